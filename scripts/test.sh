@@ -1,0 +1,40 @@
+#!/usr/bin/env bash
+# Installs what is missing, then: format check, all tests, ten seconds of each fuzz target, and all
+# tests again under the address and undefined-behaviour sanitizers.
+set -euo pipefail
+cd "$(dirname "$0")/.."
+
+./scripts/setup.sh test
+
+echo "== Format"
+git ls-files '*.cpp' '*.h' | xargs clang-format --dry-run --Werror
+
+build() {
+    cmake --preset "$1" >"build-$1.log" 2>&1 || { cat "build-$1.log"; rm -f "build-$1.log"; exit 1; }
+    rm -f "build-$1.log"
+    cmake --build --preset "$1"
+}
+
+echo "== Tests (dev)"
+build dev
+ctest --preset dev -j "$(nproc)"
+
+echo "== Fuzz targets"
+build fuzz
+seconds=${SPB_FUZZ_SECONDS:-10}
+for fuzzer in build/fuzz/bin/fuzz_*; do
+    name=$(basename "$fuzzer")
+    corpus=build/fuzz/corpus/$name
+    mkdir -p "$corpus"
+    echo "-- $name"
+    if ! SPB_FUZZ_SEEDS=$corpus "$fuzzer" "$corpus" -max_total_time="$seconds" -timeout=10 \
+        -rss_limit_mb=2048 -artifact_prefix=build/fuzz/ >"build/fuzz/$name.log" 2>&1; then
+        tail -n 60 "build/fuzz/$name.log"
+        exit 1
+    fi
+    tail -n 1 "build/fuzz/$name.log"
+done
+
+echo "== Tests (asan)"
+build asan
+ctest --preset asan -j "$(nproc)"

@@ -1,0 +1,47 @@
+#pragma once
+#include "files/Records.h"
+
+#include <QFile>
+
+#include <string>
+#include <vector>
+
+/// The one door through which the program reads firmware, image and configuration files.
+/// Reports go to `DisplayMng::logMessage`. GUI thread only.
+class FileManager
+{
+public:
+    /// Hands the sink of all messages to `DisplayMng`.
+    void setDisplayCallback(void (*callback)(int level, const wchar_t *text));
+
+    /// Reads a file by its name's ending (unknown endings as raw binary, with a notice).
+    /// @param path         file to read
+    /// @param file         receives a new record that the caller owns (`files::releaseRecord`);
+    ///                     untouched on failure
+    /// @param paddingByte  fills holes of up to 31 bytes; kept for later list operations
+    /// @param position     raw binary only: bytes to skip at the start
+    /// @param size         raw binary only: bytes to read; 0 for the file's whole size
+    /// @return false when the file was refused; the reason has been reported
+    bool Open(const std::wstring &path, FileType **file, unsigned char paddingByte,
+              unsigned int position, unsigned int size);
+
+    /// Joins neighbours less than 32 bytes apart (the hole takes the padding byte) and resolves
+    /// overlaps in favour of the later segment. The list must be sorted.
+    /// @return 1 when segments overlapped or memory ran out, else 0
+    int ReduceFileSegment(FileData *file);
+
+    /// Makes one sorted image of several; segments share their `data` with the sources.
+    /// @param merged  receives a new record (`files::releaseRecordHead`); untouched on failure
+    /// @return false when segments of two files overlap; that has been reported
+    bool MergeFiles(const std::vector<FileData *> &files, FileData **merged);
+
+    bool HexSrec_Parsing(QFile *file, FileData *data);
+    bool SFI_Parsing(QFile *file, FileSFI *image);
+    bool SSFI_Parsing(QFile *file, FileSFI *image);
+    bool extract_csv_config(QFile *file, FileData *data);
+
+    unsigned char paddingByte = 0xFF;
+};
+
+/// Sorts a `FileData` by ascending address, equal addresses in their old order.
+void FileSegmentsTri(void *file);

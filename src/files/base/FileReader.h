@@ -1,0 +1,22 @@
+#pragma once
+#include "files/base/ByteBuffer.h"
+#include "files/base/Result.h"
+
+#include <QFile>
+#include <QString>
+
+namespace files
+{
+
+/// Opens a regular file for reading, without ever blocking on a FIFO or a device.
+/// Symbolic links are followed. The QFile is open read-only and unbuffered afterwards.
+/// @return NotFound, NotRegular or CannotOpen
+Result<void> openForReading(QFile &file, const QString &path);
+
+/// Reads an open regular file whole, from its start, into memory (never mapped: a mapped file that
+/// shrinks kills the process).
+/// @return the bytes; ReadFailed when the file ends before the size it had, NoMemory, TooLarge
+///         above `limit` bytes
+Result<ByteBuffer> readAll(QFile &file, std::uint64_t limit = UINT64_MAX);
+
+}  // namespace files

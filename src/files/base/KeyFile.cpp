@@ -1,0 +1,36 @@
+#include "files/base/KeyFile.h"
+
+#include "files/base/FileReader.h"
+
+namespace files
+{
+
+Result<SecretBytes> readKeyFile(const QString &path, std::uint64_t expectedSize)
+{
+    constexpr std::uint64_t kMaximum = 16 * 1024 * 1024;
+    QFile file;
+    if (const auto opened = openForReading(file, path); !opened) {
+        return tl::unexpected<Error>(opened.error());
+    }
+    const auto size = static_cast<std::uint64_t>(file.size());
+    if ((expectedSize != 0 && size != expectedSize) || size > kMaximum) {
+        return fail(ErrorCode::WrongSize, "the file holds " + std::to_string(size) +
+                                              " bytes, expected are " +
+                                              std::to_string(expectedSize));
+    }
+    // The file is unbuffered, so these bytes are the only copy in this process.
+    SecretBytes bytes(static_cast<std::size_t>(size));
+    std::uint64_t got = 0;
+    while (got < size) {
+        const qint64 count = file.read(reinterpret_cast<char *>(bytes.data() + got),
+                                       static_cast<qint64>(size - got));
+        if (count <= 0) {
+            return fail(ErrorCode::ReadFailed, "the file ends after " + std::to_string(got) +
+                                                   " of " + std::to_string(size) + " bytes");
+        }
+        got += static_cast<std::uint64_t>(count);
+    }
+    return bytes;
+}
+
+}  // namespace files

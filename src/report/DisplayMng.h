@@ -1,0 +1,53 @@
+#pragma once
+#include <QString>
+#include <QStringList>
+
+#include <cstdarg>
+#include <cstdio>
+#include <functional>
+
+/// The in-memory trace of the whole run, one entry for each message: local time, blank, text.
+/// It only grows. GUI thread only.
+extern QStringList logs;
+
+/// The one road of all reports: callers hand a level and a wide format string to `logMessage`,
+/// which passes level and finished text to the display callback.
+///
+/// Levels: 1 information box, 4 warning box ("Warning: "), 5 error box ("Error: "); 0, 2, 7, 8, 9
+/// trace only; 10 and 11 are 4 and 5 that stay out of a box. GUI thread only, no lock.
+class DisplayMng
+{
+public:
+    static DisplayMng &getInstance();
+
+    DisplayMng(const DisplayMng &) = delete;
+    DisplayMng &operator=(const DisplayMng &) = delete;
+
+    /// Formats by the rules of the C wide `printf` (`%ls` wide, `%s` narrow UTF-8) and dispatches.
+    /// Unlike the C library the result doesn't depend on the locale: text that the locale can't
+    /// encode comes out whole, numbers have a point, `%c` prints its byte as Latin-1. Text longer
+    /// than 30,719 characters is cut there. Needs no heap for its working buffer.
+    void logMessage(int level, const wchar_t *format, ...);
+
+    /// Opens `path` with mode "w+", so an existing file is emptied. A failure leaves `logFile`
+    /// null and isn't reported. A stream that was open before is closed.
+    void initLogFile(const QString &path);
+
+    void InitProgressBar();
+    void loadBar(int current, int total);
+
+    bool noProgress = false;
+    int progressMode = 0;
+    int verbosity = 1;
+    bool plainLevels = false;
+    bool forceLevel7 = false;
+    bool logToFile = false;
+    FILE *logFile = nullptr;
+    std::function<void(int, const wchar_t *)> displayCallback;
+    std::function<void()> initProgressBarCallback;
+    std::function<void(int, int)> loadBarCallback;
+
+private:
+    DisplayMng() = default;
+    ~DisplayMng();
+};

@@ -1,0 +1,17 @@
+// One main for all test programs: widgets need an application object, and a test must never pick
+// up the user's locale or display by accident.
+#include <gtest/gtest.h>
+
+#include <QApplication>
+#include <QStandardPaths>
+
+int main(int argc, char **argv)
+{
+    if (qEnvironmentVariableIsEmpty("QT_QPA_PLATFORM")) {
+        qputenv("QT_QPA_PLATFORM", "offscreen");
+    }
+    ::testing::InitGoogleTest(&argc, argv);
+    const QApplication application(argc, argv);
+    QStandardPaths::setTestModeEnabled(true);
+    return RUN_ALL_TESTS();
+}
