@@ -1,0 +1,138 @@
+#pragma once
+#include "files/FileManager.h"
+#include "obk/Obkey.h"
+#include "preparation/Preparation.h"
+
+#include <QFont>
+#include <QString>
+#include <QWidget>
+
+#include <cstdint>
+#include <string>
+#include <vector>
+
+class QComboBox;
+class QFrame;
+class QGroupBox;
+class QHBoxLayout;
+class QLabel;
+class QPushButton;
+class QScrollArea;
+class QTabWidget;
+class QVBoxLayout;
+
+/// The form: owns every tab page, every field and every workflow slot of the program. Each tab's
+/// share stands in the file of its name (`SfiTab.cpp`), the left panel in `Panels.cpp`.
+class CentralWidget : public QWidget
+{
+    Q_OBJECT
+public:
+    /// What the command line asked for; decides how closing the window ends the program.
+    enum LaunchMode { Interactive = 0, NoGeneration = 1, FromCommandLine = 2 };
+
+    /// @param buildForm  0 leaves all fields empty; any other value builds the whole form, which
+    ///                   opens on the `sfi` panel
+    explicit CentralWidget(unsigned char buildForm, QWidget *parent = nullptr);
+    ~CentralWidget() override;
+
+    // Frame (CentralWidget.cpp)
+    int launchMode = Interactive;
+    std::string templatePath;  ///< UTF-8, slashes only; handed over behind `-obk` or `-pb`
+    FileManager fileManager;
+    Preparation preparation;
+    QString lastFolder;        ///< proposed by every "open" dialog
+    QString lastOutputFolder;  ///< proposed by every dialog for output
+    QTabWidget *tabWidget = nullptr;
+    // Created once; a panel that doesn't show a page only takes it off the tab widget.
+    QWidget *sfiPage = nullptr;
+    QWidget *sfixPage = nullptr;
+    QWidget *smiPage = nullptr;
+    QWidget *hsmPage = nullptr;
+    QWidget *sfiObPage = nullptr;
+    QWidget *obkeyPage = nullptr;
+    QWidget *licensePage = nullptr;
+    QWidget *sspPage = nullptr;
+    QWidget *signPage = nullptr;
+    QWidget *daPage = nullptr;
+
+    // Left panel (Panels.cpp)
+    QGroupBox *panelFrame = nullptr;
+    QPushButton *hamburgerButton = nullptr;
+    QPushButton *sfiButton = nullptr;
+    QPushButton *sspButton = nullptr;
+    QPushButton *wbButton = nullptr;
+    QPushButton *h5Button = nullptr;
+    QPushButton *helpButton = nullptr;
+    QLabel *sfiLabel = nullptr;
+    QLabel *sspLabel = nullptr;
+    QLabel *wbLabel = nullptr;
+    QLabel *h5Label = nullptr;
+    QLabel *helpLabel = nullptr;
+    bool isHamburgerOpen = false;
+
+    // SFI tab (SfiTab.cpp)
+    QComboBox *sfiMcuCombo = nullptr;  ///< null until the tab is built
+    int currentSfiSelection = 0;       ///< index to return to when the `h5` panel is left
+    void InitSfiTab();
+    void clearSfiForm();  ///< back to the state after `InitSfiTab`; the MCU box keeps its index
+    void setSFImcuComboBoxH5(bool lock);
+
+    // SFIx tab (SfixTab.cpp)
+    QComboBox *sfixMcuCombo = nullptr;
+    int currentSfixSelection = 0;
+    void InitSfixTab();
+    void setSFIxmcuComboBoxH5(bool lock);
+
+    // Option bytes tab (SfiObTab.cpp)
+    QComboBox *sfiObMcuCombo = nullptr;
+    int currentSfiObSelection = 0;
+    void InitSfiObTab();
+    void setSFIOBmcuComboBoxH5(bool lock);
+
+    // SMI, SSP, signed image, HSM, licence and certificate tabs
+    void InitSmiTab();
+    void InitSspTab();
+    void InitSignTab();
+    void InitHSMTab();
+    void InitLicenseTab();
+    void InitCertifTab();
+
+    // OBkey tab (OBkeyTab.cpp)
+    Obkey *obkey = nullptr;  ///< created by `ensureObkey`, owned by the form
+    QScrollArea *obkeyScrollArea = nullptr;
+    std::uint8_t obkeyTabIndex = 0;
+    void InitOBkeyTab();
+    void OpenOBkeyKey();
+    void ensureObkey();  ///< creates `obkey` if there is none
+
+    // Image-generation tabs (ImageGenTab.cpp)
+    std::vector<QWidget *> imageGenPages;  ///< without a parent until shown; owned by the form
+    std::uint8_t imageGenTabIndex = 0;
+    void InitMCUbootTab();  ///< lays the form into page `imageGenCount` - 1, if there is one
+    void OpenMCUboot();
+    void appendImageGenPage();
+    QWidget *currentImageGenPage() const;  ///< page `imageGenCount` - 1, or null
+
+public slots:
+    // Left panel (Panels.cpp): each clears the tab widget, shows its pages and marks its button.
+    void displaySFI_Tabs();
+    void displaySSP_Tabs();
+    void displayWB_Tabs();
+    void displayH5_Tabs();
+    void displayHamburger();
+    void displayHelp();
+
+public:
+    void initPanelIcons();                           ///< builds the panel; ends in displaySFI_Tabs
+    void highlightCurrentIcon(const QString &name);  ///< "sfi", "ssp", "wb", "h5", in any case
+
+private:
+    void createPages();
+    void buildTabs();
+    void connectPanel();
+    int addTab(QWidget *page,
+               const QString &title);  ///< the title is the tool tip, too; returns the index
+
+    QHBoxLayout *m_topLayout = nullptr;
+    QVBoxLayout *m_rightLayout = nullptr;
+};

@@ -1,0 +1,8 @@
+#include "workbench/CentralWidget.h"
+#include "workbench/TabNotice.h"
+
+void CentralWidget::InitCertifTab()
+{
+    workbench::layTabNotice(daPage, tr("This tab makes and chains certificates for debug "
+                                       "authentication. Its form isn't part of this version."));
+}

@@ -1,0 +1,8 @@
+#include "workbench/CentralWidget.h"
+#include "workbench/TabNotice.h"
+
+void CentralWidget::InitHSMTab()
+{
+    workbench::layTabNotice(hsmPage, tr("This tab programs hardware security modules for licensed "
+                                        "production. Its form isn't part of this version."));
+}

@@ -1,0 +1,9 @@
+#include "workbench/CentralWidget.h"
+#include "workbench/TabNotice.h"
+
+void CentralWidget::InitLicenseTab()
+{
+    workbench::layTabNotice(
+        licensePage,
+        tr("This tab makes licence files for devices. Its form isn't part of this version."));
+}

@@ -1,0 +1,8 @@
+#include "workbench/CentralWidget.h"
+#include "workbench/TabNotice.h"
+
+void CentralWidget::InitSignTab()
+{
+    workbench::layTabNotice(signPage, tr("This tab signs firmware images of wireless devices. Its "
+                                         "form isn't part of this version."));
+}

@@ -1,0 +1,8 @@
+#include "workbench/CentralWidget.h"
+#include "workbench/TabNotice.h"
+
+void CentralWidget::InitSmiTab()
+{
+    workbench::layTabNotice(smiPage, tr("This tab makes secure module images (SMI) from ELF files. "
+                                        "Its form isn't part of this version."));
+}

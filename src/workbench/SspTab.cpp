@@ -1,0 +1,8 @@
+#include "workbench/CentralWidget.h"
+#include "workbench/TabNotice.h"
+
+void CentralWidget::InitSspTab()
+{
+    workbench::layTabNotice(sspPage, tr("This tab makes secret-provisioning images (SSP) for "
+                                        "microprocessors. Its form isn't part of this version."));
+}
