@@ -1,0 +1,14 @@
+#include "crypto/Crypto.h"
+
+#include <openssl/crypto.h>
+
+Crypto::Crypto()
+{
+    OPENSSL_init_crypto(OPENSSL_INIT_LOAD_CRYPTO_STRINGS, nullptr);
+    OPENSSL_init_crypto(OPENSSL_INIT_ADD_ALL_CIPHERS | OPENSSL_INIT_ADD_ALL_DIGESTS, nullptr);
+    OPENSSL_init_crypto(OPENSSL_INIT_ADD_ALL_DIGESTS, nullptr);
+    OPENSSL_init_crypto(OPENSSL_INIT_LOAD_CONFIG, nullptr);
+}
+
+// Out of line, so that the symbol exists for those who look it up by name.
+Crypto::~Crypto() = default;

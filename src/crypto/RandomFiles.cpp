@@ -1,0 +1,109 @@
+#include "crypto/Crypto.h"
+#include "files/base/SafeWriter.h"
+#include "files/base/Wipe.h"
+#include "report/DisplayMng.h"
+
+#include <QFile>
+
+#include <cerrno>
+#include <cstring>
+#include <fcntl.h>
+#include <new>
+#include <openssl/rand.h>
+#include <unistd.h>
+
+namespace
+{
+
+constexpr int kSspKeyBytes = 16;
+
+QString fromBytes(const unsigned char *path)
+{
+    return QFile::decodeName(reinterpret_cast<const char *>(path));
+}
+
+void report(int level, const wchar_t *format, const QString &path)
+{
+    DisplayMng::getInstance().logMessage(level, format, path.toUtf8().constData());
+}
+
+files::Result<files::SecretBytes> randomBytes(int size)
+{
+    try {
+        files::SecretBytes bytes(size > 0 ? static_cast<std::size_t>(size) : 0);
+        for (std::size_t at = 0; at < bytes.size(); ++at) {
+            const int byte = randomByte();
+            if (byte < 0) {
+                return files::fail(files::ErrorCode::Refused, "random source");
+            }
+            bytes.data()[at] = static_cast<std::uint8_t>(byte);
+        }
+        return bytes;
+    } catch (const std::bad_alloc &) {
+        return files::fail(files::ErrorCode::NoMemory, "random bytes");
+    }
+}
+
+/// The writer of secrets would rename over a read-only file. A random file isn't locked after it is
+/// made, so an old one that can't be opened for writing was locked by someone on purpose.
+files::Result<files::SafeWriter> openTarget(const QString &path)
+{
+    const int file = ::open(QFile::encodeName(path).constData(), O_WRONLY | O_NONBLOCK | O_CLOEXEC);
+    if (file < 0 && errno != ENOENT) {
+        return files::fail(files::ErrorCode::CannotOpen, std::strerror(errno));
+    }
+    if (file >= 0) {
+        ::close(file);
+    }
+    return files::SafeWriter::open(path, files::Secrecy::Secret);
+}
+
+int writeRandomFile(const QString &path, int size)
+{
+    const auto bytes = randomBytes(size);
+    if (!bytes) {
+        report(5, L"The random source failed, no file was written : %s", path);
+        return -1;
+    }
+    if (QFile::exists(path)) {
+        report(4, L"The file %s already exists, it will be overwritten", path);
+    }
+    auto writer = openTarget(path);
+    if (!writer) {
+        report(5, L"Failed to create output file : %s", path);
+        return -1;
+    }
+    if (!writer->write(bytes->span()) || !writer->commit()) {
+        report(5, L"Error while writing in file : %s file", path);
+        return -1;
+    }
+    return 0;
+}
+
+}  // namespace
+
+int randomByte()
+{
+    unsigned char byte = 0;
+    return RAND_priv_bytes(&byte, 1) == 1 ? byte : -1;
+}
+
+int Crypto::generateSspKey(const QString &path)
+{
+    return writeRandomFile(path, kSspKeyBytes);
+}
+
+int Crypto::generateSspKey(unsigned char *path)
+{
+    return generateSspKey(fromBytes(path));
+}
+
+int Crypto::generateEncryptionandNonce(const QString &path, int size)
+{
+    return writeRandomFile(path, size);
+}
+
+int Crypto::generateEncryptionandNonce(unsigned char *path, int size)
+{
+    return generateEncryptionandNonce(fromBytes(path), size);
+}

@@ -1,0 +1,111 @@
+#pragma once
+#include "crypto/Crypto.h"
+#include "report/DisplayMng.h"
+
+#include <QDir>
+#include <QFile>
+#include <QTemporaryDir>
+
+#include <csignal>
+#include <gtest/gtest.h>
+#include <sys/resource.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+/// A folder of its own and a record of every message as "level|text".
+class CryptoTest : public ::testing::Test
+{
+protected:
+    CryptoTest()
+    {
+        DisplayMng::getInstance().displayCallback = [this](int level, const wchar_t *text) {
+            m_messages << QString::number(level) + '|' + QString::fromWCharArray(text);
+        };
+    }
+    ~CryptoTest() override { DisplayMng::getInstance().displayCallback = nullptr; }
+
+    [[nodiscard]] QString at(const QString &name) const { return m_folder.filePath(name); }
+    [[nodiscard]] QByteArray bytesAt(const QString &name) const
+    {
+        return QFile::encodeName(at(name));
+    }
+
+    /// Messages since the last call.
+    QStringList messages() { return std::exchange(m_messages, QStringList()); }
+
+    [[nodiscard]] QByteArray contents(const QString &name) const
+    {
+        QFile file(at(name));
+        return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray("<none>");
+    }
+    void put(const QString &name, const QByteArray &bytes, mode_t mode = 0644) const
+    {
+        QFile file(at(name));
+        ASSERT_TRUE(file.open(QIODevice::WriteOnly));
+        file.write(bytes);
+        file.close();
+        ASSERT_EQ(::chmod(bytesAt(name).constData(), mode), 0);
+    }
+    /// Permission bits of a file; -1 when there is none.
+    [[nodiscard]] int mode(const QString &name) const
+    {
+        struct stat entry = {};
+        return ::stat(bytesAt(name).constData(), &entry) == 0
+                   ? static_cast<int>(entry.st_mode & 07777)
+                   : -1;
+    }
+    [[nodiscard]] QStringList entries() const
+    {
+        return QDir(m_folder.path())
+            .entryList(QDir::AllEntries | QDir::Hidden | QDir::NoDotAndDotDot);
+    }
+
+private:
+    QTemporaryDir m_folder;
+    QStringList m_messages;
+};
+
+/// A disk that is full after `bytes` of each file.
+class FullDisk
+{
+public:
+    explicit FullDisk(rlim_t bytes)
+    {
+        std::signal(SIGXFSZ, SIG_IGN);
+        ::getrlimit(RLIMIT_FSIZE, &m_before);
+        const rlimit tight = {bytes, m_before.rlim_max};
+        ::setrlimit(RLIMIT_FSIZE, &tight);
+    }
+    ~FullDisk() { ::setrlimit(RLIMIT_FSIZE, &m_before); }
+    FullDisk(const FullDisk &) = delete;
+    FullDisk &operator=(const FullDisk &) = delete;
+
+private:
+    rlimit m_before = {};
+};
+
+/// Root may write anything, so tests of refused writes step down to a plain user, who gets the
+/// folder for himself.
+class PlainUser
+{
+public:
+    explicit PlainUser(const QByteArray &folder) : m_before(::geteuid())
+    {
+        constexpr uid_t kNobody = 65534;
+        m_done = m_before != 0 ||
+                 (::chown(folder.constData(), kNobody, kNobody) == 0 && ::seteuid(kNobody) == 0);
+    }
+    ~PlainUser()
+    {
+        if (::seteuid(m_before) != 0) {
+            std::abort();
+        }
+    }
+    PlainUser(const PlainUser &) = delete;
+    PlainUser &operator=(const PlainUser &) = delete;
+    [[nodiscard]] bool done() const { return m_done; }
+
+private:
+    uid_t m_before;
+    bool m_done = false;
+};
