@@ -23,24 +23,50 @@ std::string nameOf(const QString &path)
 
 Result<void> openForReading(QFile &file, const QString &path)
 {
+    // encodeName would end at a zero character and name another file.
+    if (path.contains(QChar(u'\0'))) {
+        return fail(ErrorCode::NotFound, "a file name can't hold a zero character");
+    }
     // O_NONBLOCK: opening a FIFO without a writer would hang the window.
-    const int handle =
+    const int probe =
         ::open(QFile::encodeName(path).constData(), O_RDONLY | O_CLOEXEC | O_NONBLOCK);
-    if (handle < 0) {
+    if (probe < 0) {
         const bool missing = errno == ENOENT || errno == ENOTDIR;
         return fail(missing ? ErrorCode::NotFound : ErrorCode::CannotOpen,
                     nameOf(path) + ": " + std::strerror(errno));
     }
     struct stat status = {};
-    if (::fstat(handle, &status) != 0 || !S_ISREG(status.st_mode)) {
-        ::close(handle);
+    const bool isRegular = ::fstat(probe, &status) == 0 && S_ISREG(status.st_mode);
+    ::close(probe);
+    if (!isRegular) {
         return fail(ErrorCode::NotRegular, nameOf(path) + " is not a regular file");
     }
+    // A QFile opened over a handle forgets its name, which messages need; so it opens once more.
     file.setFileName(path);
-    if (!file.open(handle, QIODevice::ReadOnly | QIODevice::Unbuffered,
-                   QFileDevice::AutoCloseHandle)) {
-        ::close(handle);
+    if (!file.open(QIODevice::ReadOnly | QIODevice::Unbuffered)) {
         return fail(ErrorCode::CannotOpen, nameOf(path) + ": " + file.errorString().toStdString());
+    }
+    struct stat opened = {};
+    if (::fstat(file.handle(), &opened) != 0 || opened.st_dev != status.st_dev ||
+        opened.st_ino != status.st_ino) {
+        file.close();
+        return fail(ErrorCode::CannotOpen, nameOf(path) + " was replaced while it was opened");
+    }
+    return {};
+}
+
+Result<void> readExactly(QFile &file, std::span<std::uint8_t> out)
+{
+    std::size_t got = 0;
+    while (got < out.size()) {
+        const qint64 count = file.read(reinterpret_cast<char *>(out.data() + got),
+                                       static_cast<qint64>(out.size() - got));
+        if (count <= 0) {
+            return fail(ErrorCode::ReadFailed, nameOf(file.fileName()) + " ends after " +
+                                                   std::to_string(got) + " of " +
+                                                   std::to_string(out.size()) + " bytes");
+        }
+        got += static_cast<std::size_t>(count);
     }
     return {};
 }
@@ -59,16 +85,8 @@ Result<ByteBuffer> readAll(QFile &file, std::uint64_t limit)
     if (!file.seek(0)) {
         return fail(ErrorCode::ReadFailed, nameOf(file.fileName()) + ": can't go to its start");
     }
-    std::uint64_t got = 0;
-    while (got < size) {
-        const qint64 count = file.read(reinterpret_cast<char *>(buffer.data() + got),
-                                       static_cast<qint64>(size - got));
-        if (count <= 0) {
-            return fail(ErrorCode::ReadFailed, nameOf(file.fileName()) + " ends after " +
-                                                   std::to_string(got) + " of " +
-                                                   std::to_string(size) + " bytes");
-        }
-        got += static_cast<std::uint64_t>(count);
+    if (auto whole = readExactly(file, buffer.span()); !whole) {
+        return tl::unexpected<Error>(std::move(whole).error());
     }
     return buffer;
 }

@@ -5,6 +5,9 @@
 #include <QFile>
 #include <QString>
 
+#include <cstdint>
+#include <span>
+
 namespace files
 {
 
@@ -12,6 +15,10 @@ namespace files
 /// Symbolic links are followed. The QFile is open read-only and unbuffered afterwards.
 /// @return NotFound, NotRegular or CannotOpen
 Result<void> openForReading(QFile &file, const QString &path);
+
+/// Fills `out` from the file's current position on.
+/// @return ReadFailed when the file ends before or the system reports a fault
+Result<void> readExactly(QFile &file, std::span<std::uint8_t> out);
 
 /// Reads an open regular file whole, from its start, into memory (never mapped: a mapped file that
 /// shrinks kills the process).

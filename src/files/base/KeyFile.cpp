@@ -20,15 +20,8 @@ Result<SecretBytes> readKeyFile(const QString &path, std::uint64_t expectedSize)
     }
     // The file is unbuffered, so these bytes are the only copy in this process.
     SecretBytes bytes(static_cast<std::size_t>(size));
-    std::uint64_t got = 0;
-    while (got < size) {
-        const qint64 count = file.read(reinterpret_cast<char *>(bytes.data() + got),
-                                       static_cast<qint64>(size - got));
-        if (count <= 0) {
-            return fail(ErrorCode::ReadFailed, "the file ends after " + std::to_string(got) +
-                                                   " of " + std::to_string(size) + " bytes");
-        }
-        got += static_cast<std::uint64_t>(count);
+    if (auto whole = readExactly(file, {bytes.data(), bytes.size()}); !whole) {
+        return tl::unexpected<Error>(std::move(whole).error());
     }
     return bytes;
 }

@@ -1,0 +1,36 @@
+#pragma once
+#include "files/Records.h"
+
+#include <cstdlib>
+#include <cstring>
+#include <vector>
+
+/// A segment as a test writes it down: address and bytes.
+struct Piece {
+    std::uint32_t address = 0;
+    std::vector<std::uint8_t> bytes;
+
+    bool operator==(const Piece &other) const = default;
+};
+
+inline files::RecordOwner<FileData> recordOf(const std::vector<Piece> &pieces)
+{
+    files::RecordOwner<FileData> record(new FileData);
+    for (const Piece &piece : pieces) {
+        auto *block = static_cast<std::uint8_t *>(std::malloc(piece.bytes.size() + 1));
+        std::memcpy(block, piece.bytes.data(), piece.bytes.size());
+        record->segments.push_back(
+            {piece.address, static_cast<std::uint32_t>(piece.bytes.size()), block});
+    }
+    record->segmentCount = static_cast<std::uint32_t>(pieces.size());
+    return record;
+}
+
+inline std::vector<Piece> piecesOf(const FileData &record)
+{
+    std::vector<Piece> pieces;
+    for (const SegmentData &segment : record.segments) {
+        pieces.push_back({segment.address, {segment.data, segment.data + segment.size}});
+    }
+    return pieces;
+}
