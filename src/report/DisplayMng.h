@@ -23,14 +23,14 @@ public:
     DisplayMng(const DisplayMng &) = delete;
     DisplayMng &operator=(const DisplayMng &) = delete;
 
-    /// Formats by the rules of the C wide `printf` (`%ls` wide, `%s` narrow UTF-8) and dispatches.
-    /// Unlike the C library the result doesn't depend on the locale: text that the locale can't
-    /// encode comes out whole, numbers have a point, `%c` prints its byte as Latin-1. Text longer
-    /// than 30,719 characters is cut there. Needs no heap for its working buffer.
+    /// Formats as `report::formatWide` tells (`%ls` wide, `%s` UTF-8, the same in every locale),
+    /// puts the level's prefix in front and calls `displayCallback`, if there is one. A text is cut
+    /// at 30,719 characters, the prefix not counted. Uses the stack alone, no heap.
     void logMessage(int level, const wchar_t *format, ...);
 
     /// Opens `path` with mode "w+", so an existing file is emptied. A failure leaves `logFile`
-    /// null and isn't reported. A stream that was open before is closed.
+    /// null and isn't reported. A stream that was open before is closed, so that its lines are
+    /// kept.
     void initLogFile(const QString &path);
 
     void InitProgressBar();

@@ -1,17 +1,114 @@
 #include "report/DisplayMng.h"
 
+#include <QFile>
+#include <QTemporaryDir>
+
 #include <gtest/gtest.h>
 
-TEST(DisplayMng, LevelsDecideThePrefix)
+namespace
 {
-    QStringList seen;
-    DisplayMng::getInstance().displayCallback = [&seen](int level, const wchar_t *text) {
-        seen << QString::number(level) + '|' + QString::fromWCharArray(text);
-    };
-    for (const int level : {0, 4, 5, 10, 11}) {
-        DisplayMng::getInstance().logMessage(level, L"%ls %08X", L"at", 0x1Fu);
+
+/// The sink with its start values, and what it handed on.
+class Sink : public ::testing::Test
+{
+protected:
+    Sink()
+    {
+        sink.displayCallback = [this](int level, const wchar_t *text) {
+            seen << QString::number(level) + '|' + QString::fromWCharArray(text);
+        };
     }
-    DisplayMng::getInstance().displayCallback = nullptr;
-    EXPECT_EQ(seen, (QStringList{"0|at 0000001F", "4|Warning: at 0000001F", "5|Error: at 0000001F",
-                                 "10|Warning: at 0000001F", "11|Error: at 0000001F"}));
+    ~Sink() override
+    {
+        sink.displayCallback = nullptr;
+        sink.plainLevels = sink.forceLevel7 = sink.noProgress = false;
+        sink.progressMode = 0;
+    }
+
+    DisplayMng &sink = DisplayMng::getInstance();
+    QStringList seen;
+};
+
+constexpr int kLevels[] = {0, 1, 2, 4, 5, 7, 10, 11, 99};
+
+TEST_F(Sink, LevelsDecideThePrefix)
+{
+    for (const int level : kLevels) {
+        sink.logMessage(level, L"%ls %08X", L"at", 0x1Fu);
+    }
+    EXPECT_EQ(seen,
+              (QStringList{"0|at 0000001F", "1|at 0000001F", "2|at 0000001F",
+                           "4|Warning: at 0000001F", "5|Error: at 0000001F", "7|at 0000001F",
+                           "10|Warning: at 0000001F", "11|Error: at 0000001F", "99|at 0000001F"}));
 }
+
+TEST_F(Sink, PlainLevelsRewriteAndDropPrefixesButForTen)
+{
+    sink.plainLevels = true;
+    for (const int level : kLevels) {
+        sink.logMessage(level, L"x");
+    }
+    EXPECT_EQ(seen, (QStringList{"0|x", "1|x", "9|x", "0|x", "0|x", "7|x", "10|Warning: x", "0|x",
+                                 "99|x"}));
+}
+
+TEST_F(Sink, ForcedLevelKeepsTheChosenPrefix)
+{
+    sink.forceLevel7 = true;
+    sink.logMessage(5, L"x");
+    sink.plainLevels = true;
+    sink.logMessage(10, L"y");
+    EXPECT_EQ(seen, (QStringList{"7|Error: x", "7|Warning: y"}));
+}
+
+TEST_F(Sink, LongTextIsCutAndItsPrefixKept)
+{
+    for (const int length : {30718, 30719, 30720, 40000}) {
+        seen.clear();
+        sink.logMessage(5, L"%ls", std::wstring(static_cast<std::size_t>(length), L'x').c_str());
+        ASSERT_EQ(seen.size(), 1);
+        EXPECT_EQ(seen[0], "5|Error: " + QString(qMin(length, 30719), 'x')) << length;
+    }
+}
+
+TEST_F(Sink, ProgressPassesUnlessSwitchedOff)
+{
+    int bars = 0;
+    int loads = 0;
+    sink.loadBar(1, 2);  // unset callbacks are fine
+    sink.initProgressBarCallback = [&bars] { ++bars; };
+    sink.loadBarCallback = [&loads](int current, int total) { loads += current * 10 + total; };
+    sink.noProgress = true;
+    sink.InitProgressBar();
+    sink.loadBar(1, 2);
+    EXPECT_EQ(bars + loads, 0);
+    sink.progressMode = 1;
+    sink.loadBar(1, 2);
+    EXPECT_EQ(loads, 12);
+    sink.initProgressBarCallback = nullptr;
+    sink.loadBarCallback = nullptr;
+}
+
+TEST_F(Sink, ANewLogFileEmptiesItsTargetAndKeepsTheLinesOfTheOldOne)
+{
+    const QTemporaryDir folder;
+    const auto path = [&folder](const char *name) {
+        return folder.filePath(QString::fromUtf8(name));
+    };
+    const auto contents = [](const QString &name) {
+        QFile file(name);
+        return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray("absent");
+    };
+    sink.initLogFile(path("a.log"));
+    ASSERT_NE(sink.logFile, nullptr);
+    std::fputs("first", sink.logFile);
+    sink.initLogFile(path("\xC3\xA9.log"));
+    EXPECT_EQ(contents(path("a.log")), "first");
+    EXPECT_EQ(contents(path("\xC3\xA9.log")), "");
+    sink.initLogFile(path("a.log"));
+    EXPECT_EQ(contents(path("a.log")), "");
+    sink.initLogFile(path("missing/x.log"));
+    EXPECT_EQ(sink.logFile, nullptr);
+}
+
+}  // namespace
