@@ -10,7 +10,7 @@ packages=(g++ cmake ninja-build pkg-config git
 case $purpose in
     run) ;;
     test) packages+=(libgtest-dev libgmock-dev clang clang-format libclang-rt-14-dev
-              desktop-file-utils appstream) ;;
+              desktop-file-utils appstream python3) ;;
     bench) packages+=(libbenchmark-dev srecord binutils-arm-none-eabi llvm python3) ;;
     *) echo "setup.sh: unknown purpose '$purpose'" >&2; exit 3 ;;
 esac
