@@ -1,4 +1,5 @@
 #include "files/HexText.h"
+#include "files/QuickRecord.h"
 
 #include <algorithm>
 #include <cstring>
@@ -9,8 +10,7 @@ namespace files
 namespace
 {
 
-/// Longest data of one record, and one byte for the checksum behind it.
-constexpr std::size_t kRecordRoom = 256;
+constexpr std::size_t kRecordRoom = RecordRoom::extent;
 
 tl::unexpected<Error> outOfMemory()
 {
@@ -34,6 +34,11 @@ Result<std::size_t> HexText::consume(std::span<const std::uint8_t> text, bool is
 {
     std::size_t at = 0;
     while (true) {
+        const auto quick = takeQuickRecords(text.subspan(at));
+        if (!quick) {
+            return quick;
+        }
+        at += *quick;
         const auto rest = text.subspan(at);
         const std::size_t length = lineLength(rest, isLast);
         if (length == 0) {
@@ -45,6 +50,36 @@ Result<std::size_t> HexText::consume(std::span<const std::uint8_t> text, bool is
         }
         at += length;
     }
+}
+
+/// Takes the run of usual data records at the start of `text`. Near the end of `text`, where a line
+/// might not be whole, it leaves off.
+/// @return how many bytes were taken
+Result<std::size_t> HexText::takeQuickRecords(std::span<const std::uint8_t> text)
+{
+    if (m_syntax == HexSyntax::Unknown) {
+        return 0;
+    }
+    const auto decode = m_syntax == HexSyntax::IntelHex ? quickIntelRecord : quickSRecord;
+    std::size_t at = 0;
+    while (text.size() - at >= kMostLineCharacters) {
+        std::uint8_t *tail = m_stage.tail(kRecordRoom);
+        if (tail == nullptr) {
+            break;  // reported where the line is looked at again
+        }
+        const QuickRecord record =
+            decode(text.subspan(at).first<kMostLineCharacters>(), RecordRoom(tail, kRecordRoom));
+        if (record.characters == 0) {
+            break;
+        }
+        ++m_line;
+        const std::uint32_t address = m_segmentBase + m_linearBase + record.address;
+        if (const auto added = addBytes(address, record.size); !added) {
+            return tl::unexpected<Error>(added.error());
+        }
+        at += record.characters;
+    }
+    return at;
 }
 
 Result<void> HexText::takeLine(std::span<const std::uint8_t> line)

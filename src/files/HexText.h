@@ -30,6 +30,7 @@ public:
     [[nodiscard]] std::uint32_t lineNumber() const { return m_line; }
 
 private:
+    Result<std::size_t> takeQuickRecords(std::span<const std::uint8_t> text);
     Result<void> takeLine(std::span<const std::uint8_t> line);
     Result<void> addBytes(std::uint32_t address, std::size_t count);
     Result<void> closeSegment();

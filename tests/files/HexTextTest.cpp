@@ -7,6 +7,7 @@
 
 #include <QString>
 
+#include <ostream>
 #include <random>
 
 namespace
@@ -57,6 +58,10 @@ struct Fault {
     std::uint32_t line;
     std::string message;
 };
+void PrintTo(const Fault &fault, std::ostream *out)
+{
+    *out << fault.name;
+}
 class HexTextFaults : public ::testing::TestWithParam<Fault>
 {
 };
