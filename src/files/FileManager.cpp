@@ -149,6 +149,10 @@ OwnedRecord readWith(FileManager &manager, QFile &file)
 constexpr auto readHexSrec =
     &readWith<FileData, &FileManager::HexSrec_Parsing, file_type::kIntelHex>;
 
+constexpr auto readCsv = &readWith<FileData, &FileManager::extract_csv_config, file_type::kCsv>;
+constexpr auto readSfi = &readWith<FileSFI, &FileManager::SFI_Parsing, file_type::kSfi>;
+constexpr auto readSsfi = &readWith<FileSFI, &FileManager::SSFI_Parsing, file_type::kSsfi>;
+
 /// A format that this version knows by its ending only.
 OwnedRecord readLater(FileManager &, QFile &file)
 {
@@ -166,8 +170,8 @@ struct Format {
 constexpr Format kFormats[] = {
     {".smi", readSmi},     {".smu", readLater},  {".hex", readHexSrec}, {".srec", readHexSrec},
     {".s19", readHexSrec}, {".elf", readLater},  {".axf", readLater},   {".o", readLater},
-    {".so", readLater},    {".out", readLater},  {".tsv", readLater},   {".csv", readLater},
-    {".kcsv", readLater},  {".sfi", readLater},  {".sfix", readLater},  {".ssfi", readLater},
+    {".so", readLater},    {".out", readLater},  {".tsv", readLater},   {".csv", readCsv},
+    {".kcsv", readCsv},    {".sfi", readSfi},    {".sfix", readSfi},    {".ssfi", readSsfi},
     {".obk", readObk},     {".mcsv", readLater},
 };
 

@@ -1,8 +1,8 @@
 #pragma once
 #include "files/Records.h"
 
+#include <algorithm>
 #include <cstdlib>
-#include <cstring>
 #include <vector>
 
 /// A segment as a test writes it down: address and bytes.
@@ -18,7 +18,7 @@ inline files::RecordOwner<FileData> recordOf(const std::vector<Piece> &pieces)
     files::RecordOwner<FileData> record(new FileData);
     for (const Piece &piece : pieces) {
         auto *block = static_cast<std::uint8_t *>(std::malloc(piece.bytes.size() + 1));
-        std::memcpy(block, piece.bytes.data(), piece.bytes.size());
+        std::copy(piece.bytes.begin(), piece.bytes.end(), block);
         record->segments.push_back(
             {piece.address, static_cast<std::uint32_t>(piece.bytes.size()), block});
     }

@@ -5,7 +5,7 @@
 
 #include <gtest/gtest.h>
 
-#include <chrono>
+#include <ctime>
 #include <random>
 
 namespace
@@ -145,13 +145,13 @@ TEST(ReduceFileSegment, HandlesManySegmentsInLinearTime)
     }
     auto record = recordOf(pieces);
     FileManager manager;
-    const auto start = std::chrono::steady_clock::now();
+    const std::clock_t start = std::clock();
     FileSegmentsTri(record.get());
     EXPECT_EQ(manager.ReduceFileSegment(record.get()), 1);
-    const std::chrono::duration<double> time = std::chrono::steady_clock::now() - start;
+    const double seconds = static_cast<double>(std::clock() - start) / CLOCKS_PER_SEC;
     EXPECT_EQ(record->segmentCount, 1U);
-    EXPECT_EQ(record->segments.at(0).size, 200000U * 16 + 0U + (pieces[0].bytes.size() - 16));
-    EXPECT_LT(time.count(), 0.5);
+    EXPECT_EQ(record->segments.at(0).size, 200000U * 16);
+    EXPECT_LT(seconds, 0.5);
 }
 
 bool mergeConflictLiterally(const std::vector<std::vector<files::Range>> &list)

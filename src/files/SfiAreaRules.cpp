@@ -1,0 +1,143 @@
+#include "files/SfiAreaRules.h"
+
+#include "files/RangeConflicts.h"
+
+#include <algorithm>
+#include <vector>
+
+namespace files
+{
+
+namespace
+{
+
+using Areas = std::span<const AreaExtent>;
+
+constexpr std::uint64_t kAddressSpace = std::uint64_t{1} << 32;
+
+std::uint32_t comparedSize(const AreaExtent &area)
+{
+    return area.letter == 'E' ? area.size - kExternalTrailer : area.size;
+}
+
+Range rangeOf(const AreaExtent &area)
+{
+    return {area.address, std::uint64_t{area.address} + comparedSize(area)};
+}
+
+/// An area whose range can't be compared: a lie in its size or address.
+std::optional<std::wstring> refusalOfRange(const AreaExtent &area, std::size_t ordinal)
+{
+    if (area.letter == 'E' && area.size < kExternalTrailer) {
+        return L"Area " + std::to_wstring(ordinal) + L" is an external area of " +
+               std::to_wstring(area.size) + L" bytes, its trailer alone takes " +
+               std::to_wstring(kExternalTrailer);
+    }
+    if (rangeOf(area).end > kAddressSpace) {
+        return L"Area " + std::to_wstring(ordinal) + L" holds " +
+               std::to_wstring(comparedSize(area)) + L" bytes, but only " +
+               std::to_wstring(kAddressSpace - area.address) +
+               L" are left from its address to the end of the address space";
+    }
+    return std::nullopt;
+}
+
+std::optional<std::wstring> firstBadRange(Areas areas, std::string_view letters)
+{
+    for (std::size_t i = 0; i < areas.size(); ++i) {
+        if (letters.find(static_cast<char>(areas[i].letter)) == std::string_view::npos) {
+            continue;
+        }
+        if (auto refusal = refusalOfRange(areas[i], i + 1)) {
+            return refusal;
+        }
+    }
+    return std::nullopt;
+}
+
+/// @return the lowest index whose area overlaps a later one of the same letter; or areas.size()
+std::size_t firstOverlapping(Areas areas, std::uint8_t letter)
+{
+    std::vector<Range> ranges;
+    std::vector<std::size_t> indices;
+    for (std::size_t i = 0; i < areas.size(); ++i) {
+        if (areas[i].letter == letter) {
+            ranges.push_back(rangeOf(areas[i]));
+            indices.push_back(i);
+        }
+    }
+    std::size_t first = areas.size();
+    RangeConflicts later(ranges);
+    for (std::size_t k = ranges.size(); k-- > 0;) {
+        if (later.anyConflictsWith(ranges[k])) {
+            first = indices[k];
+        }
+        later.add(ranges[k]);
+    }
+    return first;
+}
+
+std::optional<std::wstring> firstOverlap(Areas areas, std::string_view letters)
+{
+    if (areas.size() < 2) {
+        return std::nullopt;
+    }
+    const Areas compared = areas.first(areas.size() - 1);
+    std::size_t first = compared.size();
+    for (const char letter : letters) {
+        first = std::min(first, firstOverlapping(compared, static_cast<std::uint8_t>(letter)));
+    }
+    for (std::size_t second = first + 1; second < compared.size(); ++second) {
+        if (compared[second].letter == compared[first].letter &&
+            conflicts(rangeOf(compared[first]), rangeOf(compared[second]))) {
+            return L"Overlap between SFI areas " + std::to_wstring(first + 1) + L" and " +
+                   std::to_wstring(second + 1);
+        }
+    }
+    return std::nullopt;
+}
+
+/// A Flash word is programmed at once, so a module's last one must not hold another area's start.
+bool sharesLastFlashWord(Areas areas)
+{
+    constexpr std::uint64_t kWord = 32;
+    std::vector<std::uint32_t> starts;
+    starts.reserve(areas.size());
+    for (const AreaExtent &area : areas) {
+        starts.push_back(area.address);
+    }
+    std::sort(starts.begin(), starts.end());
+    return std::any_of(areas.begin(), areas.end(), [&starts](const AreaExtent &area) {
+        // A module's padding may run past the address space, so the end has 64 bits.
+        const std::uint64_t end = std::uint64_t{area.address} + area.size;
+        const auto next = std::upper_bound(starts.begin(), starts.end(), area.address);
+        return area.letter == 'M' && end % kWord != 0 && next != starts.end() &&
+               *next < end / kWord * kWord + kWord;
+    });
+}
+
+}  // namespace
+
+std::optional<std::wstring> refusalOfSfiAreas(std::span<const AreaExtent> areas)
+{
+    if (auto refusal = firstBadRange(areas, "FE")) {
+        return refusal;
+    }
+    if (auto refusal = firstOverlap(areas, "FE")) {
+        return refusal;
+    }
+    if (sharesLastFlashWord(areas)) {
+        return L"The area immediately following a module area starts in its last Flash word";
+    }
+    return std::nullopt;
+}
+
+std::optional<std::wstring> refusalOfSsfiAreas(std::span<const AreaExtent> areas)
+{
+    if (auto refusal = firstBadRange(areas, "F")) {
+        return refusal;
+    }
+    return firstOverlap(areas, "F");
+}
+
+}  // namespace files

@@ -1,0 +1,81 @@
+#include "files/SfiAreaRules.h"
+
+#include <gtest/gtest.h>
+
+#include <ctime>
+#include <random>
+
+namespace
+{
+
+using files::AreaExtent;
+using Areas = std::vector<AreaExtent>;
+
+/// The rules as they are told: all pairs, in the order of the areas.
+std::optional<std::wstring> refusalLiterally(const Areas &areas)
+{
+    for (std::size_t i = 0; i + 1 < areas.size(); ++i) {
+        for (std::size_t j = i + 1; j + 1 < areas.size(); ++j) {
+            const char letter = static_cast<char>(areas[i].letter);
+            if (areas[j].letter != areas[i].letter || (letter != 'F' && letter != 'E')) {
+                continue;
+            }
+            const std::uint64_t trailer = letter == 'E' ? 16 : 0;
+            const std::uint64_t s = areas[i].address;
+            const std::uint64_t e = s + areas[i].size - trailer;
+            const std::uint64_t bs = areas[j].address;
+            const std::uint64_t be = bs + areas[j].size - trailer;
+            if ((s >= bs && s < be) || (bs < e && e < be) || (s <= bs && e > be)) {
+                return L"Overlap between SFI areas " + std::to_wstring(i + 1) + L" and " +
+                       std::to_wstring(j + 1);
+            }
+        }
+    }
+    for (const AreaExtent &module : areas) {
+        const std::uint64_t end = std::uint64_t{module.address} + module.size;
+        for (const AreaExtent &other : areas) {
+            if (module.letter == 'M' && other.address > module.address && end % 32 != 0 &&
+                other.address < end / 32 * 32 + 32) {
+                return L"The area immediately following a module area starts in its last Flash "
+                       L"word";
+            }
+        }
+    }
+    return std::nullopt;
+}
+
+TEST(SfiAreaRules, AgreeWithAllPairsOnRandomImages)
+{
+    std::mt19937 random(31);
+    int refused = 0;
+    for (int round = 0; round < 20000; ++round) {
+        Areas areas(1 + random() % 8);
+        const std::uint32_t base = round % 2 == 0 ? 0x1000 : 0xFFFFF000;
+        for (AreaExtent &area : areas) {
+            area.letter = static_cast<std::uint8_t>("FFEEMK"[random() % 6]);
+            area.address = base + static_cast<std::uint32_t>(random() % 200);
+            area.size = static_cast<std::uint32_t>(random() % 40) + (area.letter == 'E' ? 16 : 0);
+        }
+        const auto expected = refusalLiterally(areas);
+        ASSERT_EQ(files::refusalOfSfiAreas(areas), expected) << "round " << round;
+        refused += expected ? 1 : 0;
+    }
+    EXPECT_GT(refused, 5000);
+    EXPECT_LT(refused, 18000);
+}
+
+TEST(SfiAreaRules, AreCheapForTheLargestImage)
+{
+    // Every pair ends together, which no condition catches: all pairs would be looked at.
+    Areas areas;
+    for (std::uint32_t i = 0; i < 65534; ++i) {
+        areas.push_back({'F', i, 65534 - i});
+        areas.push_back({'M', 0x10000 + i * 64, 33});
+    }
+    areas.push_back({'C', 0, 4});
+    const std::clock_t start = std::clock();
+    EXPECT_EQ(files::refusalOfSfiAreas(areas), std::nullopt);
+    EXPECT_LT(static_cast<double>(std::clock() - start) / CLOCKS_PER_SEC, 0.5);
+}
+
+}  // namespace
