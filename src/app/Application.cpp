@@ -1,31 +1,88 @@
 #include "app/Application.h"
 
+#include "app/LaunchCheck.h"
 #include "app/MainWindow.h"
 
 #include <QApplication>
 #include <QFile>
 #include <QIcon>
 
+#include <cstdio>
+#include <cstdlib>
+
 namespace app
 {
-
-int run(int argc, char **argv)
+namespace
 {
-    // All three only work before the application object exists.
-    QApplication::setAttribute(Qt::AA_EnableHighDpiScaling);
-    QApplication::setAttribute(Qt::AA_UseHighDpiPixmaps);
-    QGuiApplication::setHighDpiScaleFactorRoundingPolicy(
-        Qt::HighDpiScaleFactorRoundingPolicy::PassThrough);
-    QApplication application(argc, argv);
+
+constexpr int kNoDisplay = 69;  // EX_UNAVAILABLE of sysexits.h
+
+int complainOfDisplay()
+{
+    std::fputs("sealed-package-builder: no display: set DISPLAY or WAYLAND_DISPLAY\n", stderr);
+    return kNoDisplay;
+}
+
+// A display that is named but doesn't answer makes Qt print several lines and abort with a core
+// file. While the application object is made, that becomes our one line and status.
+QtMessageHandler previousHandler = nullptr;
+
+void handleStartMessage(QtMsgType type, const QMessageLogContext &context, const QString &text)
+{
+    if (type == QtFatalMsg) {
+        std::_Exit(complainOfDisplay());
+    }
+    // Qt tells about a fault of its platform at once and aborts then; the fatal message covers it.
+    // A session without a runtime folder works as well as any.
+    const bool isPlatformFault = qstrncmp(context.category, "qt.qpa.", 7) == 0;
+    if (!isPlatformFault && !text.contains(QLatin1String("XDG_RUNTIME_DIR"))) {
+        previousHandler(type, context, text);
+    }
+}
+
+void describeApplication(QApplication &application)
+{
     QApplication::setApplicationName(QStringLiteral("VDR32 Sealed Package Builder"));
     QApplication::setApplicationVersion(QStringLiteral("2.15.0"));
     QApplication::setOrganizationName(QStringLiteral("Vendrelis"));
     QApplication::setWindowIcon(QIcon(QStringLiteral(":/appIcon.png")));
     QFile style(QStringLiteral(":/style.qss"));
-    if (style.open(QIODevice::ReadOnly)) {
-        application.setStyleSheet(QString::fromUtf8(style.readAll()));
+    static_cast<void>(style.open(QIODevice::ReadOnly));
+    application.setStyleSheet(QString::fromUtf8(style.readAll()));
+}
+
+}  // namespace
+
+int run(int argc, char **argv)
+{
+    const QByteArrayList arguments = [&] {
+        QByteArrayList list;
+        for (int i = 0; i < argc; ++i) {
+            list << argv[i];
+        }
+        return list;
+    }();
+    if (const auto text = textForQuestion(arguments)) {
+        return std::fputs(text->constData(), stdout) < 0 || std::fflush(stdout) != 0 ? EXIT_FAILURE
+                                                                                     : EXIT_SUCCESS;
     }
+    if (!canOpenWindow(arguments, [](const char *name) { return qgetenv(name); })) {
+        return complainOfDisplay();
+    }
+    // All three only work before the application object exists.
+    QApplication::setAttribute(Qt::AA_EnableHighDpiScaling);
+    QApplication::setAttribute(Qt::AA_UseHighDpiPixmaps);
+    QGuiApplication::setHighDpiScaleFactorRoundingPolicy(
+        Qt::HighDpiScaleFactorRoundingPolicy::PassThrough);
+    previousHandler = qInstallMessageHandler(handleStartMessage);
+    QApplication application(argc, argv);
+    qInstallMessageHandler(nullptr);
+    describeApplication(application);
     const MainWindow window(argc, argv);
+    // Without a window nothing would ever end the event loop.
+    if (const auto status = window.closedStatus()) {
+        return *status;
+    }
     return QApplication::exec();
 }
 

@@ -1,12 +1,203 @@
 #include "app/MainWindow.h"
 
+#include "report/DisplayMng.h"
 #include "workbench/CentralWidget.h"
 
-MainWindow::MainWindow(int /*argc*/, char ** /*argv*/, QWidget *parent) : QMainWindow(parent)
+#include <QCloseEvent>
+#include <QCoreApplication>
+#include <QGroupBox>
+#include <QPushButton>
+#include <QScrollArea>
+#include <QTabWidget>
+
+#include <algorithm>
+
+MainWindow::MainWindow(int argc, char **argv, QWidget *parent) : QMainWindow(parent)
 {
     setWindowTitle(tr("VDR32 Sealed Package Builder"));
     setMinimumSize(1420, 800);
-    show();
+    show();  // a box raised by the command line needs a window behind it
+    InitMenuBar();
+    InitToolsBar();
     centralWidget = new CentralWidget(1, nullptr);
+    centralWidget->obkeyScrollArea = new QScrollArea(centralWidget->obkeyPage);
+    centralWidget->obkeyScrollArea->hide();
     setCentralWidget(centralWidget);
+    connectActions();
+    centralWidget->launchMode = CentralWidget::Interactive;
+    if (argc < 2) {
+        startWithoutArguments();
+    } else {
+        QStringList arguments;
+        for (int i = 0; i < argc; ++i) {
+            arguments << QString::fromLocal8Bit(argv[i]);
+        }
+        startWithArguments(arguments);
+    }
+    m_isStarting = false;
+}
+
+void MainWindow::startWithoutArguments()
+{
+    centralWidget->ensureObkey();
+    ++centralWidget->obkey->imageGenCount;
+    centralWidget->appendImageGenPage();
+    centralWidget->InitOBkeyTab();
+    centralWidget->InitMCUbootTab();
+}
+
+void MainWindow::startWithArguments(const QStringList &arguments)
+{
+    centralWidget->ensureObkey();
+    centralWidget->InitOBkeyTab();
+    if (app::startsWithoutTabs(arguments)) {
+        centralWidget->tabWidget->clear();
+    } else {
+        ++centralWidget->obkey->imageGenCount;
+        centralWidget->appendImageGenPage();
+        centralWidget->InitMCUbootTab();
+    }
+    for (const app::Step &step : app::parseCommandLine(arguments)) {
+        // A window that was closed behind a box wants nothing more.
+        if (!perform(step) || m_closedStatus) {
+            return;
+        }
+    }
+}
+
+bool MainWindow::perform(const app::Step &step)
+{
+    switch (step.kind) {
+    case app::Step::Kind::NoGeneration:
+        centralWidget->launchMode = CentralWidget::NoGeneration;
+        return true;
+    case app::Step::Kind::ObkTemplate:
+        return openObkTemplate(step);
+    case app::Step::Kind::ImageTemplate:
+        return openImageTemplate(step);
+    case app::Step::Kind::ShowTab:
+        return showTab(step);
+    case app::Step::Kind::Complaint:
+        break;
+    }
+    DisplayMng::getInstance().logMessage(5, L"%ls", step.complaint);
+    return false;
+}
+
+bool MainWindow::openObkTemplate(const app::Step &step)
+{
+    CentralWidget &form = *centralWidget;
+    form.panelFrame->hide();
+    form.hamburgerButton->hide();
+    form.obkeyTabIndex = static_cast<std::uint8_t>(form.addTab(form.obkeyPage, tr("OBkey")));
+    const std::size_t next = form.obkey->imageGenCount;
+    if (step.hidesNextImagePage && next < form.imageGenPages.size()) {
+        form.imageGenPages[next]->hide();
+    }
+    if (!step.path) {
+        form.tabWidget->setCurrentIndex(form.obkeyTabIndex);
+        DisplayMng::getInstance().logMessage(5, L"Please Check input XML obkey");
+        return false;
+    }
+    takeTemplatePath(*step.path);
+    form.OpenOBkeyKey();
+    form.tabWidget->setCurrentIndex(form.obkeyTabIndex);
+    form.obkeyScrollArea->setMinimumWidth(width() * 98 / 100);
+    form.obkeyScrollArea->setMinimumHeight(height() * 3 / 4);
+    return true;
+}
+
+bool MainWindow::openImageTemplate(const app::Step &step)
+{
+    CentralWidget &form = *centralWidget;
+    ++form.obkey->imageGenCount;
+    form.appendImageGenPage();
+    form.imageGenTabIndex = static_cast<std::uint8_t>(form.addTab(
+        form.currentImageGenPage(), tr("H5-Image Gen %1").arg(form.obkey->imageGenCount)));
+    form.InitMCUbootTab();
+    form.panelFrame->hide();
+    form.hamburgerButton->hide();
+    if (form.launchMode == CentralWidget::NoGeneration) {
+        form.obkey->imgTools.back().saveStatus = 2;
+    }
+    if (!step.path) {
+        form.tabWidget->setCurrentIndex(form.imageGenTabIndex);
+        DisplayMng::getInstance().logMessage(5, L"Please Check input XML Imgtool");
+        return false;
+    }
+    takeTemplatePath(*step.path);
+    form.OpenMCUboot();
+    form.tabWidget->setCurrentIndex(form.imageGenTabIndex);
+    return true;
+}
+
+void MainWindow::takeTemplatePath(const QString &path)
+{
+    centralWidget->templatePath = path.toStdString();
+    if (centralWidget->launchMode != CentralWidget::NoGeneration) {
+        centralWidget->launchMode = CentralWidget::FromCommandLine;
+    }
+}
+
+bool MainWindow::showTab(const app::Step &step)
+{
+    switch (step.panel) {
+    case app::Panel::Sfi:
+        centralWidget->displaySFI_Tabs();
+        break;
+    case app::Panel::Ssp:
+        centralWidget->displaySSP_Tabs();
+        break;
+    case app::Panel::Wb:
+        centralWidget->displayWB_Tabs();
+        break;
+    case app::Panel::H5:
+        centralWidget->displayH5_Tabs();
+        break;
+    }
+    if (step.index < 0 || step.index >= centralWidget->tabWidget->count()) {
+        DisplayMng::getInstance().logMessage(5, L"%ls", app::rangeComplaint(step.panel));
+        return false;
+    }
+    centralWidget->tabWidget->setCurrentIndex(step.index);
+    return true;
+}
+
+int MainWindow::statusOnClose() const
+{
+    if (centralWidget == nullptr || centralWidget->launchMode != CentralWidget::NoGeneration) {
+        return 0;
+    }
+    const Obkey &obkey = *centralWidget->obkey;
+    // A single tab isn't looked at, saved or not.
+    if (obkey.imageGenCount < 2) {
+        return 2;
+    }
+    const bool saved = std::any_of(obkey.imgTools.begin(), obkey.imgTools.end(),
+                                   [](const ImgTool &tool) { return tool.saveStatus == 1; });
+    return saved ? 1 : 2;
+}
+
+void MainWindow::closeEvent(QCloseEvent *event)
+{
+    event->accept();
+    m_closedStatus = statusOnClose();
+    const bool noGeneration =
+        centralWidget != nullptr && centralWidget->launchMode == CentralWidget::NoGeneration;
+    // During start-up only the loop of a box is running; it must not outlive its window.
+    if (noGeneration || m_isStarting) {
+        QCoreApplication::exit(*m_closedStatus);
+    }
+}
+
+void MainWindow::resizeEvent(QResizeEvent *event)
+{
+    QMainWindow::resizeEvent(event);
+    // The window is shown, and so resized, before it has a form.
+    if (centralWidget == nullptr || centralWidget->obkeyScrollArea == nullptr) {
+        return;
+    }
+    const QSize page = centralWidget->obkeyPage->size();
+    centralWidget->obkeyScrollArea->setMinimumSize(page);
+    centralWidget->obkeyScrollArea->resize(page);
 }

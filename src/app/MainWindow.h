@@ -1,16 +1,98 @@
 #pragma once
+#include "app/CommandLine.h"
+
 #include <QMainWindow>
 #include <QString>
 
+#include <optional>
+#include <vector>
+
 class CentralWidget;
+class QAction;
+class QMenu;
+class QMenuBar;
+class QToolBar;
 
 /// The one window: menus, tool bar, the form, and what the command line does to it.
 class MainWindow : public QMainWindow
 {
     Q_OBJECT
 public:
-    /// Does the whole start-up, the command line included, and shows the window.
+    /// Does the whole start-up and shows the window. The command line has been parsed when it
+    /// returns; boxes on the way run event loops of their own, in which the window may be closed.
     MainWindow(int argc, char **argv, QWidget *parent = nullptr);
 
+    /// The process's exit status once the window was closed; nothing before that.
+    std::optional<int> closedStatus() const { return m_closedStatus; }
+
+    // Menus and their actions, null until InitMenuBar
+    QMenuBar *menus = nullptr;
+    QMenu *fileMenu = nullptr;
+    QAction *checkAction = nullptr;
+    QAction *clearAction = nullptr;
+    QAction *exitAction = nullptr;
+    QMenu *editMenu = nullptr;
+    QAction *undoAction = nullptr;
+    QAction *redoAction = nullptr;
+    QAction *copyAction = nullptr;
+    QAction *cutAction = nullptr;
+    QAction *pasteAction = nullptr;
+    QMenu *optionsMenu = nullptr;
+    QAction *logAction = nullptr;
+    QAction *settingsAction = nullptr;
+    QMenu *infoMenu = nullptr;
+    QAction *aboutAction = nullptr;
+    QMenu *docMenu = nullptr;
+    QAction *docAction = nullptr;
+    QAction *refAction = nullptr;
+    // Tool bar and its actions, null until InitToolsBar
+    QToolBar *toolBar = nullptr;
+    QAction *checkTool = nullptr;
+    QAction *clearTool = nullptr;
+    QAction *settingsTool = nullptr;
+    QAction *logsTool = nullptr;
+    QAction *closeTool = nullptr;
+
     CentralWidget *centralWidget = nullptr;
+    QString settingsPath;
+    bool paddingFF = true;  ///< padding byte 0xFF, else 0x00
+    bool generateLogFile = false;
+    bool generateSettingsFile = true;
+    QString logFilePath;
+
+    void InitMenuBar();
+    void InitToolsBar();
+
+public slots:
+    void Check();
+    void Clear();
+    void Log();
+    void About();
+    void OpenDoc();
+    void OpenRef();
+    // Each posts its key combination to the widget with the focus, if there is one.
+    void Undo();
+    void Redo();
+    void Copy();
+    void Cut();
+    void Paste();
+
+protected:
+    void closeEvent(QCloseEvent *event) override;
+    void resizeEvent(QResizeEvent *event) override;
+
+private:
+    void connectActions();
+    void startWithoutArguments();
+    void startWithArguments(const QStringList &arguments);
+    // Each returns false when the steps behind it are to be ignored.
+    bool perform(const app::Step &step);
+    bool openObkTemplate(const app::Step &step);
+    bool openImageTemplate(const app::Step &step);
+    bool showTab(const app::Step &step);
+    void takeTemplatePath(const QString &path);
+    int statusOnClose() const;
+
+    bool m_isStarting = true;
+    std::optional<int> m_closedStatus;
 };

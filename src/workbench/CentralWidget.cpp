@@ -46,6 +46,7 @@ CentralWidget::CentralWidget(unsigned char buildForm, QWidget *parent) : QWidget
         return;
     }
     preparation.setDisplayCallback(displayMessage);
+    fileManager.setDisplayCallback(displayMessage);
     DisplayMng::getInstance().displayCallback = displayMessage;
     createPages();
     m_rightLayout = new QVBoxLayout;

@@ -55,6 +55,10 @@ public:
     QWidget *signPage = nullptr;
     QWidget *daPage = nullptr;
 
+    /// Appends a tab whose title is its tool tip, too.
+    /// @return its index
+    int addTab(QWidget *page, const QString &title);
+
     // Left panel (Panels.cpp)
     QGroupBox *panelFrame = nullptr;
     QPushButton *hamburgerButton = nullptr;
@@ -69,6 +73,13 @@ public:
     QLabel *h5Label = nullptr;
     QLabel *helpLabel = nullptr;
     bool isHamburgerOpen = false;
+
+    // Check and clear (CheckAndClear.cpp)
+    void clearParsePanes();  ///< empties the tables that show existing images
+    /// Shows an image that is read already in the SFI tab.
+    /// @return false when the record isn't a protected image
+    bool showCheckedSfi(const QString &path, const FileType &record);
+    void clearForms();  ///< all tabs, shown or not; the MCU boxes keep their entries
 
     // SFI tab (SfiTab.cpp)
     QComboBox *sfiMcuCombo = nullptr;  ///< null until the tab is built
@@ -130,8 +141,6 @@ private:
     void createPages();
     void buildTabs();
     void connectPanel();
-    int addTab(QWidget *page,
-               const QString &title);  ///< the title is the tool tip, too; returns the index
 
     QHBoxLayout *m_topLayout = nullptr;
     QVBoxLayout *m_rightLayout = nullptr;

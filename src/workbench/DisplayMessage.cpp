@@ -54,3 +54,8 @@ void displayMessage(int level, const wchar_t *text)
         std::fputs(line.constData(), sink.logFile);
     }
 }
+
+void myMessageHandler(QtMsgType /*type*/, const QMessageLogContext & /*context*/,
+                      const QString & /*text*/)
+{
+}

@@ -20,9 +20,11 @@ constexpr int kOpenWidth = 320;
 const char *const kGradient =
     "background-color: qlineargradient(x1: 0, x2: 0, y1: 0, y2: 1, stop: 0 #03234B, stop: 1 "
     "#3CB4E6)";
+// Without a rule for the focus "border:none" would hide it.
 const char *const kHoverRule =
     "QPushButton:hover{background-color: qlineargradient(x1: 0, x2: 0, y1: 0, y2: 1, stop: 0 "
-    "#03234B, stop: 1 #3CB4E6)}";
+    "#03234B, stop: 1 #3CB4E6)}"
+    "QPushButton:focus{border: 2px solid #8FD3F4; border-radius: 4px}";
 
 QPushButton *makeIconButton(QWidget *parent, const char *name, const char *icon,
                             const QString &label)
@@ -224,7 +226,7 @@ void CentralWidget::highlightCurrentIcon(const QString &name)
         // selector.
         row.button->setStyleSheet(
             chosen ? QLatin1String("QPushButton{border:none;") + QLatin1String(kGradient) +
-                         QLatin1Char('}')
+                         QLatin1Char('}') + hover
                    : QLatin1String("QPushButton{background: transparent; border:none;}") + hover);
         row.label->setStyleSheet(
             chosen ? QLatin1String("QLabel{color: white;") + QLatin1String(kGradient) +

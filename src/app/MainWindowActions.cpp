@@ -1,0 +1,124 @@
+// What the menus and the tool bar start.
+#include "app/LogDialog.h"
+#include "app/MainWindow.h"
+#include "files/FileManager.h"
+#include "workbench/CentralWidget.h"
+#include "workbench/widgets/Boxes.h"
+
+#include <QApplication>
+#include <QDesktopServices>
+#include <QFileDialog>
+#include <QFileInfo>
+#include <QKeyEvent>
+#include <QUrl>
+
+using workbench::BoxKind;
+using workbench::showBox;
+
+namespace
+{
+
+const QLatin1String kManualPage("https://www.vendrelis.example/documents/um4100");
+const QLatin1String kReferencePage("https://www.vendrelis.example/documents/an4100");
+
+void postKeyToFocus(int key, Qt::KeyboardModifiers modifiers)
+{
+    QWidget *widget = QApplication::focusWidget();
+    if (widget == nullptr) {
+        return;
+    }
+    QCoreApplication::postEvent(widget, new QKeyEvent(QEvent::KeyPress, key, modifiers));
+    QCoreApplication::postEvent(widget, new QKeyEvent(QEvent::KeyRelease, key, modifiers));
+}
+
+}  // namespace
+
+void MainWindow::Check()
+{
+    const QString path =
+        QFileDialog::getOpenFileName(this, tr("Open file"), centralWidget->lastFolder,
+                                     QStringLiteral("Secure firmwares (*.sfi *.smi)"));
+    if (path.isEmpty()) {
+        return;
+    }
+    centralWidget->lastFolder = path;
+    centralWidget->clearParsePanes();
+    const bool isSfi = path.endsWith(QLatin1String(".sfi"));
+    if (!isSfi && !path.endsWith(QLatin1String(".smi"))) {
+        showBox(this, BoxKind::Error, tr("It is neither an SFI nor an SMI file"));
+        return;
+    }
+    FileType *opened = nullptr;
+    if (!centralWidget->fileManager.Open(path.toStdWString(), &opened,
+                                         centralWidget->fileManager.paddingByte, 0, 0)) {
+        return;  // the reader has reported
+    }
+    const files::RecordOwner<FileType> record(opened);
+    if (!isSfi) {
+        showBox(this, BoxKind::Error, tr("This version can't show SMI files yet"));
+    } else if (centralWidget->showCheckedSfi(path, *record)) {
+        showBox(this, BoxKind::Success, tr("Valid SFI file"));
+    }
+}
+
+void MainWindow::Clear()
+{
+    centralWidget->clearForms();
+}
+
+void MainWindow::Log()
+{
+    LogDialog dialog(this);
+    dialog.ReadLogs();
+    dialog.exec();
+}
+
+void MainWindow::About()
+{
+    centralWidget->displayHelp();
+}
+
+void MainWindow::OpenDoc()
+{
+    const QFileInfo manual(QCoreApplication::applicationDirPath() +
+                           QLatin1String("/../doc/VDR32_Sealed_Package_Builder.pdf"));
+    // Desktops say yes to a missing file, too, and show a box of their own later.
+    if (manual.isFile() && QDesktopServices::openUrl(QUrl::fromLocalFile(manual.filePath()))) {
+        return;
+    }
+    if (!QDesktopServices::openUrl(QUrl(kManualPage))) {
+        showBox(this, BoxKind::Error, tr("User Manual not found"));
+    }
+}
+
+void MainWindow::OpenRef()
+{
+    if (!QDesktopServices::openUrl(QUrl(kReferencePage))) {
+        showBox(this, BoxKind::Error, tr("Application note not found"));
+    }
+}
+
+void MainWindow::Undo()
+{
+    postKeyToFocus(Qt::Key_Z, Qt::ControlModifier);
+}
+
+void MainWindow::Redo()
+{
+    postKeyToFocus(Qt::Key_Z, Qt::ControlModifier | Qt::ShiftModifier);
+}
+
+void MainWindow::Copy()
+{
+    postKeyToFocus(Qt::Key_C, Qt::ControlModifier);
+}
+
+void MainWindow::Cut()
+{
+    postKeyToFocus(Qt::Key_X, Qt::ControlModifier);
+}
+
+void MainWindow::Paste()
+{
+    postKeyToFocus(Qt::Key_V, Qt::ControlModifier);
+}

@@ -1,0 +1,28 @@
+#pragma once
+#include <QDialog>
+
+#include <cstdint>
+
+class QDialogButtonBox;
+class QLineEdit;
+
+/// Asks for the start address of a raw binary file, which has none of its own.
+class AddressDialog : public QDialog
+{
+    Q_OBJECT
+public:
+    /// @param fileName  shown as written, without folder
+    explicit AddressDialog(const QString &fileName, QWidget *parent = nullptr);
+
+    /// The address given; only meaningful once the dialog was accepted.
+    std::uint32_t address() const { return m_address; }
+
+private slots:
+    void OkEnabled();     ///< Ok needs a text
+    void CheckAddress();  ///< accepts a number; a box reports anything else and empties the field
+
+private:
+    QLineEdit *m_startEdit = nullptr;
+    QDialogButtonBox *m_buttons = nullptr;
+    std::uint32_t m_address = 0;
+};

@@ -1,0 +1,46 @@
+#pragma once
+#include <QDialog>
+
+#include <cstdint>
+
+class QDialogButtonBox;
+class QLineEdit;
+class QSpinBox;
+
+/// Asks for what an external firmware file doesn't tell: where it goes, its region and its key.
+class ExtFirAddInfoDialog : public QDialog
+{
+    Q_OBJECT
+public:
+    /// @param fileName      shown as written, without folder
+    /// @param startAddress  "-1" asks the user for it; any other text is shown and can't be changed
+    ExtFirAddInfoDialog(const QString &fileName, const QString &startAddress,
+                        QWidget *parent = nullptr);
+
+    // The values given; only meaningful once the dialog was accepted.
+    std::uint32_t startAddress() const { return m_startAddress; }
+    std::uint32_t regionNumber() const { return m_regionNumber; }
+    std::uint32_t regionMode() const { return m_regionMode; }
+    std::uint32_t keyAddress() const { return m_keyAddress; }
+
+    void setRegionNumberRange(int smallest, int largest);  ///< 0 to 7 at first
+    void setRegionModeRange(int smallest, int largest);    ///< 0 to 3 at first
+
+private slots:
+    void OkEnabled();        ///< Ok needs the three texts
+    void CheckInputValue();  ///< accepts three numbers; each other text is reported and emptied
+
+private:
+    void buildFields(const QString &startAddress);
+    void layRows(const QString &fileName);
+
+    QLineEdit *m_startEdit = nullptr;
+    QSpinBox *m_regionSpin = nullptr;
+    QSpinBox *m_modeSpin = nullptr;
+    QLineEdit *m_keyEdit = nullptr;
+    QDialogButtonBox *m_buttons = nullptr;
+    std::uint32_t m_startAddress = 0;
+    std::uint32_t m_regionNumber = 0;
+    std::uint32_t m_regionMode = 0;
+    std::uint32_t m_keyAddress = 0;
+};
