@@ -2,12 +2,15 @@
 
 #include <QFile>
 #include <QFileInfo>
+#include <QRandomGenerator>
 
 #include <cerrno>
+#include <climits>
 #include <cstring>
 #include <fcntl.h>
 #include <sys/stat.h>
 #include <unistd.h>
+#include <utility>
 
 namespace files
 {
@@ -46,34 +49,69 @@ tl::unexpected<Error> systemFault(ErrorCode code, const QString &path, int numbe
     return fail(code, QFileInfo(path).fileName().toStdString() + ": " + std::strerror(number));
 }
 
-/// Follows a chain of symbolic links, dangling ones too, so that the link itself survives.
-QString linkTarget(QString path)
+QByteArray folderOf(const QByteArray &name)
+{
+    const int slash = name.lastIndexOf('/');
+    return slash < 0 ? QByteArray("./") : name.left(slash + 1);
+}
+
+/// Follows the symbolic links at the end of a path, the last of which may dangle, so that the
+/// links themselves survive. Works on bytes: a link may lead to a name that isn't UTF-8.
+/// @return the file's own name; or empty, with errno set, when the links never end
+QByteArray linkTarget(QByteArray name)
 {
     constexpr int kMostLinks = 40;
     for (int hop = 0; hop < kMostLinks; ++hop) {
-        const QFileInfo info(path);
-        if (!info.isSymLink()) {
-            break;
+        QByteArray next(PATH_MAX, '\0');
+        const ssize_t length =
+            ::readlink(name.constData(), next.data(), static_cast<std::size_t>(next.size()));
+        if (length < 0) {
+            return name;  // no link, or nothing there yet
         }
-        path = info.symLinkTarget();
+        next.truncate(static_cast<int>(length));
+        name = next.startsWith('/') ? next : folderOf(name) + next;
     }
-    return path;
+    errno = ELOOP;
+    return {};
 }
 
-/// The permissions that open() would give a new file.
-mode_t usualMode()
+/// Creates a file of its own beside `target`. Its short name fits also where the target's name is
+/// as long as a name can be.
+/// @return an open handle and the name; or -1 with errno set
+std::pair<int, QByteArray> createBeside(const QByteArray &target, mode_t mode)
 {
-    const mode_t mask = ::umask(0);
-    ::umask(mask);
-    return 0666 & ~mask;
+    constexpr int kTries = 100;
+    for (int i = 0; i < kTries; ++i) {
+        const quint64 random = QRandomGenerator::system()->generate64();
+        const QByteArray name = folderOf(target) + ".spb-" + QByteArray::number(random, 36);
+        // The system applies the umask and the folder's own rules to the mode.
+        const int handle = ::open(name.constData(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, mode);
+        if (handle >= 0 || errno != EEXIST) {
+            return {handle, name};
+        }
+    }
+    return {-1, {}};
+}
+
+/// Gives the new file the old one's mode, and its owner and group where the system allows that.
+bool takeOver(int handle, const struct stat &old)
+{
+    struct stat own = {};
+    if (::fstat(handle, &own) == 0 && (own.st_uid != old.st_uid || own.st_gid != old.st_gid) &&
+        ::fchown(handle, old.st_uid, old.st_gid) != 0) {
+        // Only root may give files away; the group is often still possible. Neither is a reason
+        // to refuse the user's output.
+        static_cast<void>(::fchown(handle, static_cast<uid_t>(-1), old.st_gid) == 0);
+    }
+    return ::fchmod(handle, old.st_mode & 07777) == 0;  // last: a change of owner drops mode bits
 }
 
 }  // namespace
 
 struct SafeWriter::State {
-    QString target;
-    QByteArray targetName;
-    QByteArray temporaryName;
+    QString path;          ///< as given, for error texts
+    QByteArray target;     ///< where the file will stand
+    QByteArray temporary;  ///< where it grows; empty when there is none to remove
     Handle file;
     std::uint64_t written = 0;
     bool failed = false;
@@ -81,8 +119,8 @@ struct SafeWriter::State {
     ~State()
     {
         file.close();
-        if (!temporaryName.isEmpty()) {
-            ::unlink(temporaryName.constData());
+        if (!temporary.isEmpty()) {
+            ::unlink(temporary.constData());
         }
     }
 };
@@ -94,36 +132,39 @@ SafeWriter::~SafeWriter() = default;
 
 Result<SafeWriter> SafeWriter::open(const QString &path, Secrecy secrecy)
 {
+    if (path.isEmpty() || path.contains(QChar(u'\0'))) {
+        return systemFault(ErrorCode::CannotOpen, path, ENOENT);
+    }
     auto state = std::make_unique<State>();
-    state->target = linkTarget(path);
-    state->targetName = QFile::encodeName(state->target);
-
+    state->path = path;
+    const QByteArray given = QFile::encodeName(path);
     struct stat old = {};
-    const bool exists = ::stat(state->targetName.constData(), &old) == 0;
+    const bool exists = ::stat(given.constData(), &old) == 0;
     if (exists && !S_ISREG(old.st_mode)) {
         return fail(ErrorCode::CannotOpen,
                     QFileInfo(path).fileName().toStdString() + " is not a regular file");
     }
     if (exists && secrecy == Secrecy::Public) {
         // A rename would quietly replace a file that its owner has made read-only.
-        const Handle probe(
-            ::open(state->targetName.constData(), O_WRONLY | O_CLOEXEC | O_NONBLOCK));
+        const Handle probe(::open(given.constData(), O_WRONLY | O_CLOEXEC | O_NONBLOCK));
         if (probe.number() < 0) {
             return systemFault(ErrorCode::CannotOpen, path, errno);
         }
     }
-
-    QByteArray name = state->targetName + ".XXXXXX";
-    state->file.reset(::mkostemp(name.data(), O_CLOEXEC));  // creates it with mode 0600
-    if (state->file.number() < 0) {
+    state->target = linkTarget(given);
+    if (state->target.isEmpty()) {
         return systemFault(ErrorCode::CannotOpen, path, errno);
     }
-    state->temporaryName = name;
-    if (secrecy == Secrecy::Public) {
-        const mode_t mode = exists ? old.st_mode & 07777 : usualMode();
-        if (::fchmod(state->file.number(), mode) != 0) {
-            return systemFault(ErrorCode::CannotOpen, path, errno);
-        }
+    // What will take over an old mode starts private, so that it is never wider than that.
+    const bool isPrivate = exists || secrecy == Secrecy::Secret;
+    const auto [handle, name] = createBeside(state->target, isPrivate ? 0600 : 0666);
+    if (handle < 0) {
+        return systemFault(ErrorCode::CannotOpen, path, errno);
+    }
+    state->file.reset(handle);
+    state->temporary = name;
+    if (exists && secrecy == Secrecy::Public && !takeOver(handle, old)) {
+        return systemFault(ErrorCode::CannotOpen, path, errno);
     }
     return SafeWriter(std::move(state));
 }
@@ -137,7 +178,7 @@ Result<void> SafeWriter::write(std::span<const std::uint8_t> bytes)
         }
         if (count <= 0) {
             m_state->failed = true;
-            return systemFault(ErrorCode::WriteFailed, m_state->target, count < 0 ? errno : ENOSPC);
+            return systemFault(ErrorCode::WriteFailed, m_state->path, count < 0 ? errno : ENOSPC);
         }
         m_state->written += static_cast<std::uint64_t>(count);
         bytes = bytes.subspan(static_cast<std::size_t>(count));
@@ -157,18 +198,18 @@ Result<void> SafeWriter::commit()
     }
     m_state->failed = true;  // a second commit must not report success
     if (::fsync(m_state->file.number()) != 0 || !m_state->file.close()) {
-        return systemFault(ErrorCode::WriteFailed, m_state->target, errno);
+        return systemFault(ErrorCode::WriteFailed, m_state->path, errno);
     }
-    if (::rename(m_state->temporaryName.constData(), m_state->targetName.constData()) != 0) {
-        return systemFault(ErrorCode::WriteFailed, m_state->target, errno);
+    if (::rename(m_state->temporary.constData(), m_state->target.constData()) != 0) {
+        return systemFault(ErrorCode::WriteFailed, m_state->path, errno);
     }
-    m_state->temporaryName.clear();
+    m_state->temporary.clear();
     // The content is in place; a folder that can't be synced (some network file systems) only
     // delays its durability, so that alone is no failure.
-    const QByteArray folder = QFile::encodeName(QFileInfo(m_state->target).absolutePath());
-    const Handle handle(::open(folder.constData(), O_RDONLY | O_DIRECTORY | O_CLOEXEC));
-    if (handle.number() >= 0) {
-        ::fsync(handle.number());
+    const Handle folder(
+        ::open(folderOf(m_state->target).constData(), O_RDONLY | O_DIRECTORY | O_CLOEXEC));
+    if (folder.number() >= 0) {
+        ::fsync(folder.number());
     }
     return {};
 }

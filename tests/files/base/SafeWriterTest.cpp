@@ -1,0 +1,211 @@
+#include "files/base/SafeWriter.h"
+#include "support/ScratchFolder.h"
+
+#include <QDir>
+#include <QFileInfo>
+
+#include <gtest/gtest.h>
+
+#include <csignal>
+#include <sys/resource.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+namespace
+{
+
+using files::ErrorCode;
+using files::SafeWriter;
+using files::Secrecy;
+
+std::span<const std::uint8_t> bytes(std::string_view text)
+{
+    return {reinterpret_cast<const std::uint8_t *>(text.data()), text.size()};
+}
+
+std::string contentsOf(const QString &path)
+{
+    QFile file(path);
+    return file.open(QIODevice::ReadOnly) ? file.readAll().toStdString() : "(none)";
+}
+
+unsigned modeOf(const QString &path)
+{
+    struct stat status = {};
+    return ::stat(QFile::encodeName(path).constData(), &status) == 0 ? status.st_mode & 07777 : 0;
+}
+
+class SafeWriterTest : public ::testing::Test
+{
+protected:
+    SafeWriterTest() : m_oldMask(::umask(022)) {}
+    ~SafeWriterTest() override { ::umask(m_oldMask); }
+
+    QStringList everything() const
+    {
+        return QDir(folder.path(""))
+            .entryList(QDir::AllEntries | QDir::Hidden | QDir::System | QDir::NoDotAndDotDot);
+    }
+
+    ScratchFolder folder;
+
+private:
+    mode_t m_oldMask;
+};
+
+TEST_F(SafeWriterTest, ShowsManyWritesAtOnceAndOnlyAfterCommit)
+{
+    const QString path = folder.file("out.bin", "old");
+    auto writer = SafeWriter::open(path);
+    ASSERT_TRUE(writer);
+    EXPECT_TRUE(writer->write(bytes("one ")));
+    EXPECT_TRUE(writer->write({}));
+    EXPECT_TRUE(writer->write(bytes("two")));
+    EXPECT_EQ(writer->written(), 7U);
+    EXPECT_EQ(contentsOf(path), "old");
+    EXPECT_TRUE(writer->commit());
+    EXPECT_EQ(contentsOf(path), "one two");
+    EXPECT_FALSE(writer->commit()) << "a second commit has nothing to put in place";
+    EXPECT_EQ(everything(), QStringList{"out.bin"});
+}
+
+TEST_F(SafeWriterTest, DroppedWithoutCommitLeavesNothing)
+{
+    const QString path = folder.file("out.bin", "old");
+    for (const QString &name : {path, folder.path("new.bin")}) {
+        auto writer = SafeWriter::open(name);
+        ASSERT_TRUE(writer && writer->write(bytes("half")));
+    }
+    EXPECT_EQ(contentsOf(path), "old");
+    EXPECT_EQ(everything(), QStringList{"out.bin"});
+}
+
+/// Makes the system refuse files above 8 KiB, as a full disk would in the middle of a write.
+class SmallFilesOnly
+{
+public:
+    SmallFilesOnly() : m_oldHandler(std::signal(SIGXFSZ, SIG_IGN))
+    {
+        ::getrlimit(RLIMIT_FSIZE, &m_old);
+        const rlimit small = {8192, m_old.rlim_max};
+        ::setrlimit(RLIMIT_FSIZE, &small);
+    }
+    ~SmallFilesOnly()
+    {
+        ::setrlimit(RLIMIT_FSIZE, &m_old);
+        std::signal(SIGXFSZ, m_oldHandler);
+    }
+    SmallFilesOnly(const SmallFilesOnly &) = delete;
+    SmallFilesOnly &operator=(const SmallFilesOnly &) = delete;
+
+private:
+    rlimit m_old = {};
+    void (*m_oldHandler)(int);
+};
+
+TEST_F(SafeWriterTest, AFileTooLargeForTheDiskKeepsTheOldOne)
+{
+    const QString path = folder.file("out.bin", "old");
+    const std::string large(10000, 'x');
+    {
+        const SmallFilesOnly limit;
+        auto writer = SafeWriter::open(path);
+        ASSERT_TRUE(writer && writer->write(bytes("small")));
+        const auto written = writer->write(bytes(large));
+        ASSERT_FALSE(written);
+        EXPECT_EQ(written.error().code, ErrorCode::WriteFailed);
+        EXPECT_FALSE(writer->commit()) << "part of the content is missing";
+        EXPECT_FALSE(files::writeWhole(folder.path("new.bin"), bytes(large)));
+    }
+    EXPECT_EQ(contentsOf(path), "old");
+    EXPECT_EQ(everything(), QStringList{"out.bin"});
+}
+
+TEST_F(SafeWriterTest, ModesFollowTheOldFileTheUmaskOrTheSecret)
+{
+    const struct {
+        const char *name;
+        unsigned oldMode;  ///< 0: no old file
+        Secrecy secrecy;
+        unsigned umask;
+        unsigned growing;  ///< while the bytes are written
+        unsigned expected;
+    } rows[] = {
+        {"new public", 0, Secrecy::Public, 027, 0640, 0640},
+        {"new public, open umask", 0, Secrecy::Public, 0, 0666, 0666},
+        {"old public", 0606, Secrecy::Public, 077, 0606, 0606},
+        {"old executable", 0755, Secrecy::Public, 022, 0755, 0755},
+        {"new secret", 0, Secrecy::Secret, 0, 0600, 0600},
+        {"secret over a readable file", 0644, Secrecy::Secret, 0, 0600, 0600},
+        {"secret over a read-only file", 0400, Secrecy::Secret, 0, 0600, 0600},
+    };
+    for (const auto &row : rows) {
+        const ScratchFolder own;
+        const QString path = own.path("out");
+        if (row.oldMode != 0) {
+            own.file("out", "old");
+            ASSERT_EQ(::chmod(QFile::encodeName(path).constData(), row.oldMode), 0);
+        }
+        ::umask(row.umask);
+        auto writer = SafeWriter::open(path, row.secrecy);
+        ::umask(022);
+        ASSERT_TRUE(writer) << row.name;
+        const QStringList hidden =
+            QDir(own.path("")).entryList({".spb-*"}, QDir::Files | QDir::Hidden);
+        ASSERT_EQ(hidden.size(), 1) << row.name;
+        EXPECT_EQ(modeOf(own.path(hidden[0])), row.growing) << row.name;
+        ASSERT_TRUE(writer->write(bytes("new")) && writer->commit()) << row.name;
+        EXPECT_EQ(modeOf(path), row.expected) << row.name;
+        EXPECT_EQ(contentsOf(path), "new") << row.name;
+    }
+}
+
+TEST_F(SafeWriterTest, FollowsLinksAndKeepsThem)
+{
+    ASSERT_TRUE(QDir(folder.path("")).mkdir("inner"));
+    const QString target = folder.file("inner/target", "old");
+    const auto link = [this](const char *to, const char *name) {
+        return ::symlink(to, QFile::encodeName(folder.path(name)).constData()) == 0;
+    };
+    // The relative links count from their own folder, not from the working directory.
+    ASSERT_TRUE(link("inner/hop", "to-old") && link("target", "inner/hop") &&
+                link("inner/fresh", "dangling") && link("loop", "loop"));
+    EXPECT_TRUE(files::writeWhole(folder.path("to-old"), bytes("new")));
+    EXPECT_TRUE(files::writeWhole(folder.path("dangling"), bytes("made")));
+    EXPECT_EQ(contentsOf(target), "new");
+    EXPECT_EQ(contentsOf(folder.path("inner/fresh")), "made");
+    EXPECT_TRUE(QFileInfo(folder.path("to-old")).isSymLink());
+    EXPECT_TRUE(QFileInfo(folder.path("inner/hop")).isSymLink());
+    EXPECT_TRUE(QFileInfo(folder.path("dangling")).isSymLink());
+    const auto loop = files::writeWhole(folder.path("loop"), bytes("new"));
+    ASSERT_FALSE(loop);
+    EXPECT_EQ(loop.error().code, ErrorCode::CannotOpen);
+}
+
+TEST_F(SafeWriterTest, RefusesTargetsThatCannotBeOpenedForWriting)
+{
+    // A running program can't be written to by anyone, root included.
+    const QString ownProgram = QFileInfo("/proc/self/exe").canonicalFilePath();
+    const QString targets[] = {folder.path(""),
+                               folder.path("none/out"),
+                               "/dev/full",
+                               "",
+                               folder.path(QString("cut") + QChar(0) + "off"),
+                               ownProgram};
+    for (const QString &target : targets) {
+        const auto writer = SafeWriter::open(target);
+        ASSERT_FALSE(writer) << target.toStdString();
+        EXPECT_EQ(writer.error().code, ErrorCode::CannotOpen) << target.toStdString();
+    }
+    EXPECT_EQ(everything(), QStringList{});
+}
+
+TEST_F(SafeWriterTest, TakesNamesAsLongAsTheSystemAllows)
+{
+    const QString path = folder.path(QString(255, 'n'));
+    EXPECT_TRUE(files::writeWhole(path, bytes("new")));
+    EXPECT_TRUE(files::writeWhole(path, bytes("newer")));
+    EXPECT_EQ(contentsOf(path), "newer");
+}
+
+}  // namespace
