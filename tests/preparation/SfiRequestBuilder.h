@@ -18,6 +18,8 @@ class SfiRequestBuilder
 {
 public:
     SfiRequestBuilder();
+    // The lists hold addresses of the records inside; a move keeps them, a copy would not.
+    SfiRequestBuilder(SfiRequestBuilder &&) = default;
 
     SfiRequestBuilder &firmware(std::uint32_t address, Bytes bytes);
     SfiRequestBuilder &external(std::uint32_t address, Bytes bytes);

@@ -1,0 +1,205 @@
+#include "preparation/SfiRequestBuilder.h"
+
+#include <gtest/gtest.h>
+
+#include <QFile>
+#include <QJsonArray>
+#include <QJsonDocument>
+#include <QJsonObject>
+#include <QProcess>
+#include <QTemporaryDir>
+
+namespace
+{
+
+/// Runs the real program over files in a folder of its own.
+class SpbUnpack : public ::testing::Test
+{
+protected:
+    QString put(const char *name, const QByteArray &bytes)
+    {
+        QFile file(path(name));
+        EXPECT_TRUE(file.open(QIODevice::WriteOnly));
+        EXPECT_EQ(file.write(bytes), bytes.size());
+        return file.fileName();
+    }
+
+    [[nodiscard]] QString path(const char *name) const { return m_folder.filePath(name); }
+
+    QByteArray contents(const char *name)
+    {
+        QFile file(path(name));
+        return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray("(no file)");
+    }
+
+    int run(const QStringList &arguments)
+    {
+        QProcess process;
+        process.start(QStringLiteral(SPB_UNPACK), arguments);
+        EXPECT_TRUE(process.waitForFinished(20000));
+        EXPECT_EQ(process.exitStatus(), QProcess::NormalExit);
+        out = process.readAllStandardOutput();
+        err = process.readAllStandardError();
+        return process.exitCode();
+    }
+
+    QByteArray out;
+    QByteArray err;
+
+private:
+    QTemporaryDir m_folder;
+};
+
+/// One area of every kind the program knows, two firmware runs that touch and one behind a hole.
+SfiRequestBuilder everyKind()
+{
+    SfiRequestBuilder request;
+    request.hash = true;
+    request.combined = true;
+    request.ssfiArea(ramp(1, 1, 46), ramp(7, 1, 40));
+    request.module(0x08100000, ramp(3, 1, 50), ramp(8, 1, 20));
+    request.module(0x08200000, ramp(4, 1, 33), {}, "FW-ID-1");
+    request.smi(smiFile(0x08300000, 40));
+    request.obk(0x0FFD0000, 0, ramp(5, 1, 16));
+    request.firmware(0x08000010, {5, 6, 7}).firmware(0x08000000, ramp(0, 1, 16));
+    request.firmware(0x08000018, {9});
+    request.external(0x90000000, ramp(6, 1, 64));
+    request.regions = {{0x90000000, 2, 3, 0x0800F000}};
+    return request;
+}
+
+TEST_F(SpbUnpack, TableShowsHeadsAndTrailersOnlyToTheKey)
+{
+    SfiRequestBuilder request = everyKind();
+    const QString image = put("a.dat", request.build());  // the magic counts, not the name
+    const QString key = put("key.bin", request.key);
+    ASSERT_EQ(run({image}), 0) << err.constData();
+    EXPECT_TRUE(out.contains("10     C     Configuration  1        0x00000000  4     not checked"))
+        << out.constData();
+    EXPECT_FALSE(out.contains("FW-ID-1"));
+    ASSERT_EQ(run({image, "--key", key}), 0) << err.constData();
+    EXPECT_TRUE(out.contains("10     C     Configuration  1        0x00000000  4     authentic"));
+    EXPECT_TRUE(
+        out.contains("\nModules\nIndex  Type  Module  Licence  Identifier  Flags       Text\n"
+                     "2      M     50      20       0           0x00000001\n"
+                     "3      M     33      0        7           0x00000000  FW-ID-1\n"))
+        << out.constData();
+    EXPECT_TRUE(out.contains("\n9      E     0x90000000     2       3     0x0800F000\n"))
+        << out.constData();
+    EXPECT_TRUE(out.contains("\n4      M     1       0x00000000  0x08300000    40      "));
+    EXPECT_TRUE(err.isEmpty());
+}
+
+TEST_F(SpbUnpack, JsonTellsEveryField)
+{
+    SfiRequestBuilder request;
+    request.profile = 0x484;
+    request.imageVersion = 200;
+    request.firmware(0xFFFFFF00, {1, 2, 3});
+    const QByteArray bytes = request.build();
+    const QString image = put("a.sfi", bytes);
+    ASSERT_EQ(run({"--json", image}), 0);
+    QJsonObject object = QJsonDocument::fromJson(out).object();
+    EXPECT_EQ(object["version"], 1);
+    EXPECT_EQ(object["count"], 2);
+    EXPECT_EQ(object["nonce"].toString().toLatin1(), bytes.mid(12, 16).toHex());
+    EXPECT_TRUE(object["profile"].isNull());
+    EXPECT_EQ(object["authentic"], false);
+    const QJsonObject area = object["areas"].toArray()[0].toObject();
+    EXPECT_EQ(area, (QJsonObject{{"index", 1},
+                                 {"type", "F"},
+                                 {"label", "Firmware"},
+                                 {"imageVersion", 200},
+                                 {"address", 4294967040.0},
+                                 {"size", 3},
+                                 {"tag", QString::fromLatin1(bytes.mid(42, 16).toHex())},
+                                 {"hash", ""},
+                                 {"verdict", "not checked"}}));
+    ASSERT_EQ(run({"--json", image, "--key", put("key.bin", request.key)}), 0);
+    object = QJsonDocument::fromJson(out).object();
+    EXPECT_EQ(object["profile"], 0x484);
+    EXPECT_EQ(object["authentic"], true);
+}
+
+TEST_F(SpbUnpack, WritesFirmwareWithHolesFilledAndSingleAreas)
+{
+    SfiRequestBuilder request = everyKind();
+    const QString image = put("a.sfi", request.build());
+    const QString key = put("key.bin", request.key);
+    ASSERT_EQ(run({image, "--key", key, "--out", path("out.bin")}), 0) << err.constData();
+    EXPECT_EQ(contents("out.bin").toHex(), "000102030405060708090a0b0c0d0e0f050607ffffffffff09");
+    ASSERT_EQ(run({image, "--key", key, "--area", "10", "--out", path("options")}), 0);
+    EXPECT_EQ(contents("options").toHex(), "01020304");
+    EXPECT_EQ(run({image, "--key", key, "--area", "11", "--out", path("none")}), 4);
+    EXPECT_EQ(contents("none"), "(no file)");
+}
+
+TEST_F(SpbUnpack, RefusesABinaryOfMoreThanHalfAGigabyte)
+{
+    SfiRequestBuilder request;
+    request.firmware(0x00000000, {1}).firmware(0x1FFFFFFF, {2});  // spans 0x20000000 bytes
+    const QString image = put("a.sfi", request.build());
+    EXPECT_EQ(run({image, "--key", put("key.bin", request.key), "--out", path("out.bin")}), 4);
+    EXPECT_TRUE(err.contains("536870912")) << err.constData();
+    EXPECT_EQ(contents("out.bin"), "(no file)");
+}
+
+TEST_F(SpbUnpack, NothingIsWrittenFromAnImageThatIsNotAuthentic)
+{
+    SfiRequestBuilder request;
+    request.firmware(0x08000000, {1, 2, 3});
+    const QByteArray good = request.build();
+    const QString image = put("a.sfi", good);
+    const QString wrong = put("wrong.bin", QByteArray(16, 'x'));
+    EXPECT_EQ(run({image, "--key", wrong, "--out", path("out.bin")}), 2);
+    EXPECT_TRUE(out.contains("wrong key or damaged"));
+    EXPECT_EQ(contents("out.bin"), "(no file)");
+
+    request.hash = true;
+    QByteArray cut = request.build();
+    cut[cut.size() - 1] = static_cast<char>(cut[cut.size() - 1] ^ 1);
+    EXPECT_EQ(run({put("b.sfi", cut)}), 2);  // damage is seen without a key
+    EXPECT_TRUE(out.contains("damaged")) << out.constData();
+}
+
+TEST_F(SpbUnpack, ExitStatusNamesTheFault)
+{
+    SfiRequestBuilder request;
+    const QByteArray image = request.build();
+    const QString good = put("a.sfi", image);
+    const QString key = put("key.bin", request.key);
+    const QString shortKey = put("short.bin", request.key.left(15));
+    const struct {
+        const char *what;
+        QStringList arguments;
+        int status;
+    } cases[] = {
+        {"no image", {}, 3},
+        {"two images", {good, good}, 3},
+        {"unknown option", {good, "--frob"}, 3},
+        {"option without its value", {good, "--key"}, 3},
+        {"output without key", {good, "--out", path("o.bin")}, 3},
+        {"area without output", {good, "--key", key, "--area", "1"}, 3},
+        {"area 0", {good, "--key", key, "--area", "0", "--out", path("o.bin")}, 3},
+        {"key of 15 bytes", {good, "--key", shortKey}, 3},
+        {"no such key", {good, "--key", path("none")}, 3},
+        {"unknown output format", {good, "--key", key, "--out", path("o.elf")}, 3},
+        {"no firmware to write", {good, "--key", key, "--out", path("o.bin")}, 4},
+        {"no such folder", {good, "--key", key, "--area", "1", "--out", path("x/y")}, 4},
+        {"no such image", {path("none.sfi")}, 1},
+        {"a folder", {path(".")}, 1},
+        {"bytes behind the image", {put("b.sfi", image + '\0')}, 1},
+        {"cut image", {put("c.sfi", image.left(image.size() - 1))}, 1},
+        {"empty file", {put("d.sfi", "")}, 1},
+    };
+    for (const auto &entry : cases) {
+        EXPECT_EQ(run(entry.arguments), entry.status) << entry.what;
+        EXPECT_TRUE(err.startsWith("spb-unpack: ") && err.endsWith('\n')) << entry.what;
+    }
+    EXPECT_EQ(run({"--version"}), 0);
+    EXPECT_EQ(out, "spb-unpack 2.15.0\n");
+    EXPECT_EQ(run({"--help"}), 0);
+    EXPECT_TRUE(out.startsWith("Usage: spb-unpack "));
+}
+
+}  // namespace

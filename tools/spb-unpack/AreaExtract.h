@@ -1,0 +1,37 @@
+#pragma once
+#include "files/base/Result.h"
+#include "preparation/ImageOpener.h"
+
+#include <string>
+
+namespace unpack
+{
+
+/// A run of firmware bytes without a hole.
+struct Run {
+    std::uint32_t address = 0;
+    std::vector<std::uint8_t> bytes;
+};
+
+/// The `F` areas of an authentic image by ascending address, touching ones joined.
+/// @return Refused when there is none, or one lies over another or past the address space
+files::Result<std::vector<Run>> firmwareRuns(const preparation::OpenedImage &image);
+
+/// Writes the runs as one raw binary from the lowest address on, holes filled with 0xFF.
+/// @param path  in the system's encoding
+/// @return Refused when they span more than 0x1FFFFFFF bytes; the failures of the safe writer
+files::Result<void> writeBinary(const std::vector<Run> &runs, const std::string &path);
+
+/// Whether `writeFirmware` knows a format for the file name's ending.
+bool isFirmwareName(const std::string &path);
+
+/// Writes the `F` areas in the format of the file name's ending.
+files::Result<void> writeFirmware(const preparation::OpenedImage &image, const std::string &path);
+
+/// Writes the plain bytes of one area.
+/// @param index  from 1
+/// @return Refused when there is no such area; the failures of the safe writer
+files::Result<void> writeArea(const preparation::OpenedImage &image, std::uint32_t index,
+                              const std::string &path);
+
+}  // namespace unpack
