@@ -40,6 +40,21 @@ public:
     bool SSFI_Parsing(QFile *file, FileSFI *image);
     bool extract_csv_config(QFile *file, FileData *data);
 
+    /// Writes raw binary: the first segment's address is file offset 0, holes take the padding
+    /// byte. The segments must be sorted; starts more than 0x1FFFFFFF apart are refused.
+    /// @return bytes of the file; or -1 after a report, and then an old file is as it was
+    std::int64_t SaveFile(FileData *file, const std::wstring &path);
+
+    /// The same for a modules list: addresses and modules, without licences.
+    std::int64_t SaveFileModule(FileMCSV *modules, const std::wstring &path);
+
+    /// Writes Intel HEX; nothing at all, not even an end record, for no segments.
+    /// @return false after a report, and then an old file is as it was
+    bool SaveHexFile(FileData *file, const std::wstring &path);
+
+    /// Writes S-records, all of the kind that the highest address needs. Otherwise as above.
+    bool SaveSrecFile(FileData *file, const std::wstring &path);
+
     unsigned char paddingByte = 0xFF;
 };
 
