@@ -122,6 +122,34 @@ private:
     rlimit m_before = {};
 };
 
+/// Types `text` for whoever asks on standard input.
+class Typing
+{
+public:
+    explicit Typing(const QByteArray &text) : m_before(::dup(STDIN_FILENO))
+    {
+        int ends[2] = {};
+        m_done =
+            ::pipe(ends) == 0 &&
+            ::write(ends[1], text.data(), static_cast<std::size_t>(text.size())) == text.size() &&
+            ::dup2(ends[0], STDIN_FILENO) == STDIN_FILENO;
+        ::close(ends[0]);
+        ::close(ends[1]);
+    }
+    ~Typing()
+    {
+        ::dup2(m_before, STDIN_FILENO);
+        ::close(m_before);
+    }
+    Typing(const Typing &) = delete;
+    Typing &operator=(const Typing &) = delete;
+    [[nodiscard]] bool done() const { return m_done; }
+
+private:
+    int m_before;
+    bool m_done = false;
+};
+
 /// Root may write anything, so tests of refused writes step down to a plain user, who gets the
 /// folder for himself.
 class PlainUser

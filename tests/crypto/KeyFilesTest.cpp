@@ -98,6 +98,8 @@ TEST_F(KeyFiles, APublicFileWithoutAKeyIsReadInSilence)
 TEST_F(KeyFiles, AnEncryptedFileIsNeverAskedAbout)
 {
     ASSERT_EQ(service.SaveEncPrvKey(path("key.pem"), rsaKey(), secret, EVP_aes_256_cbc()), 1);
+    const Typing typing("pass word\npass word\n");
+    ASSERT_TRUE(typing.done());
     EVP_PKEY *key = nullptr;
     const std::string printed = printedBy([&] {
         EXPECT_EQ(service.ReadPrvKey(path("key.pem"), &key, nullptr), -1);
