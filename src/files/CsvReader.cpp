@@ -1,6 +1,5 @@
 #include "files/FileManager.h"
 #include "files/FileNames.h"
-#include "files/TextLines.h"
 #include "files/WholeFile.h"
 #include "files/base/LittleEndian.h"
 #include "files/base/Ownership.h"
@@ -63,9 +62,11 @@ std::optional<Bytes> valuesOf(std::string_view text, const Dialect &dialect)
 {
     Bytes values;
     while (!text.empty()) {
-        if (!appendLine(files::takeLine(text), dialect, values)) {
+        const std::size_t end = text.find('\n');
+        if (!appendLine(text.substr(0, end), dialect, values)) {
             return std::nullopt;
         }
+        text.remove_prefix(end == std::string_view::npos ? text.size() : end + 1);
     }
     return values;
 }

@@ -21,6 +21,12 @@ class QScrollArea;
 class QTabWidget;
 class QVBoxLayout;
 
+namespace workbench
+{
+class TwinTab;
+struct TwinSurroundings;
+}  // namespace workbench
+
 /// The form: owns every tab page, every field and every workflow slot of the program. Each tab's
 /// share stands in the file of its name (`SfiTab.cpp`), the left panel in `Panels.cpp`.
 class CentralWidget : public QWidget
@@ -82,16 +88,24 @@ public:
     void clearForms();  ///< all tabs, shown or not; the MCU boxes keep their entries
 
     // SFI tab (SfiTab.cpp)
-    QComboBox *sfiMcuCombo = nullptr;  ///< null until the tab is built
-    int currentSfiSelection = 0;       ///< index to return to when the `h5` panel is left
+    QComboBox *sfiMcuCombo = nullptr;      ///< null until the tab is built
+    int currentSfiSelection = 0;           ///< index to return to when the `h5` panel is left
+    workbench::TwinTab *sfiTab = nullptr;  ///< its form, lists and panes
     void InitSfiTab();
-    void clearSfiForm();  ///< back to the state after `InitSfiTab`; the MCU box keeps its index
+    void clearSfiForm();  ///< empties texts, lists and panes; the MCU box keeps its index
     void setSFImcuComboBoxH5(bool lock);
+
+    /// Shows an image or modules list in a parse pane.
+    /// @param kind      "sfi" or "sfix", in any case: whose pane
+    /// @param fromUser  true takes the pane's path as it stands, false the output path
+    void parseSfiFile(const QString &kind, bool fromUser);
 
     // SFIx tab (SfixTab.cpp)
     QComboBox *sfixMcuCombo = nullptr;
     int currentSfixSelection = 0;
+    workbench::TwinTab *sfixTab = nullptr;
     void InitSfixTab();
+    void clearSfixForm();
     void setSFIxmcuComboBoxH5(bool lock);
 
     // Option bytes tab (SfiObTab.cpp)
@@ -133,6 +147,20 @@ public slots:
     void displayHamburger();
     void displayHelp();
 
+    // SFI tab (SfiTab.cpp). Keys, nonces and option bytes go into the fields of all tabs that have
+    // them.
+    void GenerateSfi();
+    void OpenSfiFile();
+    void OpenSfiKey();
+    void OpenSfiNonce();
+    void OpenOb();
+    void GenerateEncryptionKey();
+    void GenerateNonceKey();
+
+    // SFIx tab (SfixTab.cpp)
+    void GenerateSfix();
+    void OpenSfixFile();
+
 public:
     void initPanelIcons();                           ///< builds the panel; ends in displaySFI_Tabs
     void highlightCurrentIcon(const QString &name);  ///< "sfi", "ssp", "wb", "h5", in any case
@@ -141,6 +169,13 @@ private:
     void createPages();
     void buildTabs();
     void connectPanel();
+
+    // SFI and SFIx tabs (SfiTab.cpp)
+    workbench::TwinSurroundings twinSurroundings();
+    void connectTwin(workbench::TwinTab *tab);
+    void fillFields(const char *row, const QString &path);
+    void generateRandomFile(const char *row, int bytes, const QString &success,
+                            const QString &failure);
 
     QHBoxLayout *m_topLayout = nullptr;
     QVBoxLayout *m_rightLayout = nullptr;

@@ -1,0 +1,17 @@
+#pragma once
+#include <QString>
+#include <QStringList>
+
+class QWidget;
+
+namespace workbench
+{
+
+/// "Open file" for one file, starting in `lastFolder`, which then holds the chosen path.
+/// @return the path; empty when the user cancelled, and then `lastFolder` stays
+QString chooseFile(QWidget *parent, QString &lastFolder, const QString &filter);
+
+/// The same for several files; `lastFolder` takes the last of them.
+QStringList chooseFiles(QWidget *parent, QString &lastFolder, const QString &filter);
+
+}  // namespace workbench

@@ -1,0 +1,93 @@
+#pragma once
+#include "files/FileManager.h"
+#include "preparation/Preparation.h"
+#include "workbench/SfiRequest.h"
+#include "workbench/TwinForm.h"
+
+#include <QObject>
+#include <QVector>
+
+#include <functional>
+
+namespace workbench
+{
+
+/// What the form lends its SFI and SFIx tabs. The tabs keep a copy; the form outlives them.
+struct TwinSurroundings {
+    QWidget *form = nullptr;  ///< parent of all boxes and dialogs
+    FileManager *fileManager = nullptr;
+    Preparation *preparation = nullptr;
+    QString *lastFolder = nullptr;
+    QString *lastOutputFolder = nullptr;
+    std::function<bool()> isCombined;             ///< whether SMI files go into the image
+    std::function<QList<FileData *>()> smiFiles;  ///< and which
+    std::function<void()> imageIsRead;            ///< called before a pane reads an image
+};
+
+/// The SFI or SFIx tab at work: lists, steps of a request, panes.
+class TwinTab : public QObject
+{
+    Q_OBJECT
+
+public:
+    /// Builds the form into `page`, which owns everything.
+    TwinTab(const TwinSpec &twin, QWidget *page, TwinSurroundings surroundings);
+
+    [[nodiscard]] TwinForm *form() const { return m_form; }
+    [[nodiscard]] const McuRow &mcu() const;
+
+    /// Adds files as if they had been chosen in the row's dialog.
+    void addFiles(Row row, const QStringList &paths);
+
+    /// What the user told about each external firmware. It may be shorter than the list and out of
+    /// step with it: S-record and ELF files have no entry.
+    QVector<ExtBinInfo> extBinInfos;
+
+    /// Asks for an image and puts its path into the parse pane. @return false when cancelled
+    bool chooseImage();
+
+    /// Shows an image or a modules list in the parse pane.
+    /// @param fromUser  take the pane's path as it stands; otherwise the output path
+    void parse(bool fromUser);
+
+    /// Shows an image that is read already.
+    void showImage(const QString &path, const FileSFI &image, const QString &version);
+
+    /// Disables the "Remove" buttons of the firmware lists until something is selected again.
+    void dropFirmwareSelections();
+
+    void updateGenerate();  ///< enables or disables the Generate button
+    void generate();
+    void clear();
+
+private:
+    void connectLists();
+    void connectFields();
+    void changeMcu(int index);
+    void chooseFiles(Row row);
+    void chooseOwnPath(Row row);
+    void chooseOutputFolder();
+    void addFile(Row row, const QString &path);
+    bool askPlace(Row row, const QString &path, FileData &record);
+    bool askExternalPlace(const QString &path, FileData &record);
+    void removeSelected(Row row);
+    void pickFile(Row row);  ///< the user turned to the selected file
+    void showFile(Row row);
+    void parseModules(const QString &path);
+
+    // Steps of a request; each returns false when the request ends.
+    bool reload(Row row, KeepAddress keep, bool disablesWhenEmpty);
+    bool reloadFirmware(Row row, bool disablesWhenEmpty, files::RecordView<FileData> &merged);
+    bool reloadAll(TwinInputs &inputs);
+    bool readExtras(const TwinValues &values, TwinInputs &inputs);
+    bool passes(const std::optional<Refusal> &refusal);
+    [[nodiscard]] ListInputs listInputs() const;
+    bool writeImage(const QString &path, const QByteArray &image);
+
+    const TwinSpec &m_twin;
+    TwinSurroundings m_near;
+    TwinForm *m_form;
+    int m_deviceIndex = 0;  ///< entry of the MCU box that the form stands for
+};
+
+}  // namespace workbench

@@ -1,0 +1,150 @@
+#include "workbench/widgets/FileList.h"
+
+#include "workbench/widgets/Drops.h"
+#include "workbench/widgets/FieldNames.h"
+
+#include <QDragEnterEvent>
+#include <QDropEvent>
+#include <QHBoxLayout>
+#include <QScopedValueRollback>
+#include <QShortcut>
+#include <QVBoxLayout>
+
+namespace workbench
+{
+
+FileList::FileList(const QString &name, const QString &label, QWidget *parent)
+    : QWidget(parent), m_label(new QLabel(label, parent)), m_view(new QListView(this)),
+      m_add(new QPushButton(tr("Add"), this)), m_remove(new QPushButton(tr("Remove"), this))
+{
+    const QString plain = withoutMnemonic(label);
+    m_label->setObjectName(name + QStringLiteral("_label"));
+    m_label->setBuddy(m_view);
+    nameWidget(m_view, name + QStringLiteral("_list"), plain);
+    nameWidget(m_add, name + QStringLiteral("_add"), plain + ' ' + m_add->text());
+    nameWidget(m_remove, name + QStringLiteral("_remove"), plain + ' ' + m_remove->text());
+    m_remove->setEnabled(false);
+    setFocusProxy(m_view);
+
+    m_view->setModel(m_rows.model());
+    m_view->setSelectionMode(QAbstractItemView::SingleSelection);
+    m_view->setEditTriggers(QAbstractItemView::NoEditTriggers);
+    m_view->setUniformItemSizes(true);
+    m_view->setTextElideMode(Qt::ElideMiddle);
+    m_view->setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
+    m_view->setAcceptDrops(true);
+    m_view->viewport()->setAcceptDrops(true);
+    // The view itself knows how to move rows only, so drops are taken from its viewport.
+    m_view->viewport()->installEventFilter(this);
+    buildLayout();
+
+    connect(m_add, &QPushButton::clicked, this, &FileList::addRequested);
+    connect(m_remove, &QPushButton::clicked, this, &FileList::removeRequested);
+    connect(m_view->selectionModel(), &QItemSelectionModel::selectionChanged, this,
+            [this] { reportSelection(); });
+    auto *deleteKey = new QShortcut(QKeySequence::Delete, m_view);
+    deleteKey->setContext(Qt::WidgetShortcut);
+    connect(deleteKey, &QShortcut::activated, m_remove, &QPushButton::click);
+}
+
+void FileList::buildLayout()
+{
+    auto *buttons = new QVBoxLayout;
+    buttons->setSpacing(4);
+    buttons->addWidget(m_add);
+    buttons->addWidget(m_remove);
+    buttons->addStretch();
+    auto *layout = new QHBoxLayout(this);
+    layout->setContentsMargins(0, 0, 0, 0);
+    layout->addWidget(m_view, 1);
+    layout->addLayout(buttons);
+    m_view->setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Expanding);
+    m_view->setMinimumHeight(m_add->sizeHint().height() + m_remove->sizeHint().height() + 4);
+    setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Expanding);
+}
+
+int FileList::selectedRow() const
+{
+    const QModelIndexList selected = m_view->selectionModel()->selectedRows();
+    return selected.isEmpty() ? -1 : selected.first().row();
+}
+
+QItemSelection FileList::selection() const
+{
+    return m_view->selectionModel()->selection();
+}
+
+void FileList::removeRow(int row)
+{
+    if (!m_rows.contains(row)) {
+        return;
+    }
+    {
+        const QScopedValueRollback<bool> guard(m_changingRows, true);
+        const bool wasSelected = row == selectedRow();
+        m_rows.removeAt(row);
+        if (wasSelected && !m_rows.isEmpty()) {
+            m_view->setCurrentIndex(m_rows.model()->index(qMin(row, m_rows.count() - 1), 0));
+        }
+    }
+    reportSelection();
+}
+
+void FileList::removeAllRows()
+{
+    {
+        const QScopedValueRollback<bool> guard(m_changingRows, true);
+        m_rows.clear();
+    }
+    reportSelection();
+}
+
+void FileList::clearSelection()
+{
+    m_view->clearSelection();
+    // Without a current row the same row can be selected again by a click or a key.
+    m_view->selectionModel()->clearCurrentIndex();
+}
+
+void FileList::reportSelection()
+{
+    if (!m_changingRows) {
+        emit selectionChanged(selection());
+    }
+}
+
+bool FileList::eventFilter(QObject *watched, QEvent *event)
+{
+    switch (event->type()) {
+    case QEvent::DragEnter:
+    case QEvent::DragMove: {
+        auto *drag = static_cast<QDragMoveEvent *>(event);
+        const bool wanted = !droppedFiles(*drag->mimeData()).isEmpty();
+        drag->setDropAction(Qt::CopyAction);
+        drag->setAccepted(wanted);
+        return true;
+    }
+    case QEvent::Drop: {
+        auto *drop = static_cast<QDropEvent *>(event);
+        drop->setDropAction(Qt::CopyAction);
+        drop->accept();
+        acceptDrop(*drop->mimeData());
+        return true;
+    }
+    default:
+        return QWidget::eventFilter(watched, event);
+    }
+}
+
+void FileList::acceptDrop(const QMimeData &dropped)
+{
+    const QStringList paths = droppedFiles(dropped);
+    if (paths.isEmpty()) {
+        return;
+    }
+    // Queued: a box raised while the drop is still going on would block the program it came from.
+    QMetaObject::invokeMethod(
+        this, [this, paths] { emit filesDropped(paths); }, Qt::QueuedConnection);
+}
+
+}  // namespace workbench

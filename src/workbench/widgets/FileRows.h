@@ -1,0 +1,49 @@
+#pragma once
+#include "files/Records.h"
+
+#include <QFileIconProvider>
+#include <QList>
+#include <QStandardItemModel>
+#include <QStringList>
+
+#include <vector>
+
+namespace workbench
+{
+
+/// The files of one list: paths, records and view rows. The three are always in step, since
+/// nothing but the operations here changes them. Records belong to the list.
+class FileRows
+{
+public:
+    [[nodiscard]] int count() const { return static_cast<int>(m_records.size()); }
+    [[nodiscard]] bool isEmpty() const { return m_records.empty(); }
+    [[nodiscard]] const QStringList &paths() const { return m_paths; }
+    [[nodiscard]] QString path(int row) const { return m_paths.at(row); }
+    [[nodiscard]] FileData &record(int row) const { return *m_records.at(toIndex(row)); }
+    [[nodiscard]] bool contains(int row) const { return row >= 0 && row < count(); }
+
+    /// The records in list order, still owned by the list.
+    [[nodiscard]] QList<FileData *> records() const;
+
+    /// One row per file: icon, name without folder, full path as tool tip.
+    [[nodiscard]] QStandardItemModel *model() { return &m_model; }
+
+    void append(const QString &path, files::RecordOwner<FileData> record);
+
+    /// Puts a newly read record in the place of the old one, which is released.
+    void replace(int row, files::RecordOwner<FileData> record);
+
+    void removeAt(int row);
+    void clear();
+
+private:
+    static std::size_t toIndex(int row) { return static_cast<std::size_t>(row); }
+
+    QStringList m_paths;
+    std::vector<files::RecordOwner<FileData>> m_records;
+    QStandardItemModel m_model;
+    QFileIconProvider m_icons;
+};
+
+}  // namespace workbench

@@ -1,0 +1,136 @@
+#include "workbench/widgets/InfoPane.h"
+
+#include "workbench/widgets/FieldNames.h"
+
+#include <QHeaderView>
+#include <QVBoxLayout>
+
+#include <memory>
+
+namespace workbench
+{
+
+namespace
+{
+
+QTableWidget *makeTable(const QString &objectName, const QString &accessibleName, QWidget *parent)
+{
+    auto *table = new QTableWidget(parent);
+    nameWidget(table, objectName, accessibleName);
+    table->setEditTriggers(QAbstractItemView::NoEditTriggers);
+    table->setSelectionBehavior(QAbstractItemView::SelectRows);
+    table->setTextElideMode(Qt::ElideMiddle);
+    table->setWordWrap(false);
+    table->setTabKeyNavigation(false);  // Tab leaves the table, as in the rest of the form
+    table->horizontalHeader()->setSectionResizeMode(QHeaderView::Stretch);
+    table->horizontalHeader()->setHighlightSections(false);
+    table->verticalHeader()->setHighlightSections(false);
+    return table;
+}
+
+QTableWidgetItem *makeItem(const QString &text)
+{
+    auto item = std::make_unique<QTableWidgetItem>(text);
+    item->setFlags(Qt::ItemIsSelectable | Qt::ItemIsEnabled);
+    return item.release();
+}
+
+}  // namespace
+
+InfoPane::InfoPane(const QString &name, const PaneContents &contents, QWidget *parent)
+    : QWidget(parent), m_start(contents),
+      m_overview(makeTable(name + QStringLiteral("_table"), tr("Overview"), this)),
+      m_title(new QLabel(this)),
+      m_details(makeTable(name + QStringLiteral("_segments"), tr("Details"), this))
+{
+    m_title->setObjectName(name + QStringLiteral("_label"));
+    m_overview->setVerticalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
+    m_overview->setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
+    m_overview->setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Fixed);
+    m_details->verticalHeader()->hide();
+    auto *layout = new QVBoxLayout(this);
+    layout->addWidget(m_overview);
+    layout->addWidget(m_title);
+    layout->addWidget(m_details, 1);
+    reset();
+}
+
+void InfoPane::show(const PaneContents &contents)
+{
+    showOverview(contents.overview);
+    showDetails(contents.details);
+}
+
+void InfoPane::clearContents()
+{
+    m_overview->clearContents();
+    m_details->setRowCount(0);
+}
+
+void InfoPane::reset()
+{
+    m_start.overview.values.clear();
+    m_start.details.rows.clear();
+    show(m_start);
+}
+
+void InfoPane::showOverview(const Overview &overview)
+{
+    const bool beside = overview.headings == Qt::Vertical;
+    const int count = overview.names.size();
+    m_overview->clear();
+    m_overview->setRowCount(beside ? count : 1);
+    m_overview->setColumnCount(beside ? 1 : count);
+    m_overview->verticalHeader()->setVisible(beside);
+    m_overview->horizontalHeader()->setVisible(!beside);
+    if (beside) {
+        m_overview->setVerticalHeaderLabels(overview.names);
+    } else {
+        m_overview->setHorizontalHeaderLabels(overview.names);
+    }
+    for (int at = 0; at < count; ++at) {
+        const QString text = overview.values.value(at);
+        QTableWidgetItem *item = makeItem(text);
+        item->setToolTip(plainToolTip(text));  // the cell may cut a long name
+        m_overview->setItem(beside ? at : 0, beside ? 0 : at, item);
+    }
+    fitOverview();
+}
+
+void InfoPane::fitOverview()
+{
+    int height = 2 * m_overview->frameWidth();
+    if (!m_overview->horizontalHeader()->isHidden()) {
+        height += m_overview->horizontalHeader()->sizeHint().height();
+    }
+    for (int row = 0; row < m_overview->rowCount(); ++row) {
+        height += m_overview->rowHeight(row);
+    }
+    m_overview->setFixedHeight(height);
+}
+
+void InfoPane::showDetails(const Details &details)
+{
+    m_title->setText(details.title);
+    m_details->setAccessibleName(details.title);
+    m_details->setUpdatesEnabled(false);
+    m_details->clear();
+    m_details->setColumnCount(details.columns.size());
+    m_details->setHorizontalHeaderLabels(details.columns);
+    m_details->setRowCount(static_cast<int>(details.rows.size()));
+    int row = 0;
+    for (const DetailRow &wanted : details.rows) {
+        for (int column = 0; column < wanted.cells.size(); ++column) {
+            QTableWidgetItem *item = makeItem(wanted.cells.at(column));
+            if (wanted.colours) {
+                item->setForeground(wanted.colours->text);
+                item->setBackground(wanted.colours->background);
+            }
+            m_details->setItem(row, column, item);
+        }
+        ++row;
+    }
+    m_details->setUpdatesEnabled(true);
+}
+
+}  // namespace workbench

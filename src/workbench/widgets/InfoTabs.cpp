@@ -1,0 +1,31 @@
+#include "workbench/widgets/InfoTabs.h"
+
+#include "workbench/ResizeFilter.h"
+#include "workbench/widgets/FieldNames.h"
+
+#include <QTabBar>
+
+namespace workbench
+{
+
+InfoTabs::InfoTabs(const QString &name, QWidget *first, const QString &firstTitle, QWidget *second,
+                   const QString &secondTitle, QWidget *parent)
+    : QTabWidget(parent)
+{
+    nameWidget(this, name, firstTitle + QStringLiteral(", ") + secondTitle);
+    tabBar()->setUsesScrollButtons(false);
+    addTab(first, firstTitle);
+    setTabEnabled(addTab(new QWidget(this), QString()), false);
+    addTab(second, secondTitle);
+    installEventFilter(new ResizeFilterInf(this));
+}
+
+QSize InfoTabs::minimumSizeHint() const
+{
+    // The tabs are as wide as the pane, so their own hint would never let it shrink again.
+    const QSize first = widget(kFirst)->minimumSizeHint();
+    const QSize second = widget(kSecond)->minimumSizeHint();
+    return {qMax(first.width(), second.width()), QTabWidget::minimumSizeHint().height()};
+}
+
+}  // namespace workbench

@@ -1,0 +1,28 @@
+#include "workbench/widgets/ParsePane.h"
+
+#include <QVBoxLayout>
+
+namespace workbench
+{
+
+ParsePane::ParsePane(const QString &tab, const PaneContents &contents, QWidget *parent)
+    : QWidget(parent),
+      m_field(new FileField(tab + QStringLiteral("_parse"), tr("&Parse sfi, ssfi, mcsv file"),
+                            {{"browse", "Browse"}}, this)),
+      m_info(new InfoPane(tab + QStringLiteral("_imageInfo"), contents, this))
+{
+    auto *head = new QHBoxLayout;
+    head->addWidget(m_field->label());
+    head->addWidget(m_field, 1);
+    auto *layout = new QVBoxLayout(this);
+    layout->setContentsMargins(0, 0, 0, 0);
+    layout->setSpacing(0);
+    auto *margin = new QWidget(this);
+    margin->setLayout(head);
+    layout->addWidget(margin);
+    layout->addWidget(m_info, 1);
+    connect(m_field->button(QStringLiteral("browse")), &QPushButton::clicked, this,
+            &ParsePane::browseRequested);
+}
+
+}  // namespace workbench

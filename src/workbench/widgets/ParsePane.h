@@ -1,0 +1,29 @@
+#pragma once
+#include "workbench/widgets/FileField.h"
+#include "workbench/widgets/InfoPane.h"
+
+namespace workbench
+{
+
+/// The pane that shows an existing image: its path with "Browse", and what stands in it.
+class ParsePane : public QWidget
+{
+    Q_OBJECT
+
+public:
+    /// @param tab       first part of all object names, such as "sfi"
+    /// @param contents  headings shown while no image is
+    ParsePane(const QString &tab, const PaneContents &contents, QWidget *parent);
+
+    [[nodiscard]] FileField *field() const { return m_field; }
+    [[nodiscard]] InfoPane *info() const { return m_info; }
+
+signals:
+    void browseRequested();
+
+private:
+    FileField *m_field;
+    InfoPane *m_info;
+};
+
+}  // namespace workbench
