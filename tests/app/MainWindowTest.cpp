@@ -1,0 +1,194 @@
+#include "app/WindowUnderTest.h"
+#include "support/DialogAnswers.h"
+
+#include <QAction>
+#include <QApplication>
+#include <QClipboard>
+#include <QCloseEvent>
+#include <QDesktopServices>
+#include <QLineEdit>
+#include <QMenu>
+#include <QMenuBar>
+#include <QScrollArea>
+#include <QTemporaryDir>
+#include <QTest>
+#include <QToolBar>
+
+#include <gtest/gtest.h>
+
+namespace
+{
+
+TEST(MainWindow, MenusAndToolBarStandInOrder)
+{
+    const WindowUnderTest window;
+    const auto texts = [](const QList<QAction *> &actions) {
+        QStringList all;
+        for (const QAction *action : actions) {
+            all << (action->isSeparator() ? QString("-") : action->text().remove('&'));
+        }
+        return all.join('|');
+    };
+    const auto entries = [&](const char *menu) {
+        return texts(window->findChild<QMenu *>(menu)->actions());
+    };
+    EXPECT_EQ(texts(window->menus->actions()), "File|Edit|Options|Info|Doc");
+    EXPECT_EQ(entries("file"), "Check SFI/SMI|-|Clear|-|Exit");
+    EXPECT_EQ(entries("edit"), "Undo|Redo|-|Copy|Cut|Paste");
+    EXPECT_EQ(entries("options"), "Log|Settings");
+    EXPECT_EQ(entries("help"), "About");
+    EXPECT_EQ(entries("doc"), "UM4100 Sealed Package Builder User Manual|"
+                              "AN4100 Secure programming using VDR32FlashBench");
+    EXPECT_EQ(texts(window->toolBar->actions()), "check SFI/SMI|-|clear|-|settings|-|logs|-|close");
+    EXPECT_FALSE(window->toolBar->isFloatable() || window->toolBar->isMovable());
+    for (const QAction *action : window->findChildren<QAction *>()) {
+        EXPECT_TRUE(action->shortcut().isEmpty()) << action->text().toStdString();
+    }
+    EXPECT_FALSE(window->settingsAction->isEnabled() || window->settingsTool->isEnabled());
+    EXPECT_FALSE(window->settingsTool->toolTip().isEmpty());
+}
+
+TEST(MainWindow, EventsBeforeTheFormAreHarmless)
+{
+    const WindowUnderTest window;
+    CentralWidget *const form = std::exchange(window->centralWidget, nullptr);
+    QResizeEvent resize(QSize(1500, 900), QSize(1420, 800));
+    QCoreApplication::sendEvent(&*window, &resize);
+    QCloseEvent close;
+    QCoreApplication::sendEvent(&*window, &close);
+    EXPECT_TRUE(close.isAccepted());
+    EXPECT_EQ(window->closedStatus(), 0);
+    window->centralWidget = form;
+}
+
+TEST(MainWindow, TemplateAreaFollowsItsPage)
+{
+    const WindowUnderTest window({"-tab", "h5", "0"});
+    window->resize(1600, 1000);
+    QCoreApplication::processEvents();
+    window->resize(1700, 1000);
+    EXPECT_EQ(window.form().obkeyScrollArea->minimumSize(), window.form().obkeyScrollArea->size());
+    EXPECT_GT(window.form().obkeyScrollArea->width(), 1000);
+}
+
+TEST(MainWindow, EditActionsActOnTheWidgetWithTheFocus)
+{
+    const WindowUnderTest window;
+    window->Paste();  // whatever has the focus, or nothing
+    auto *edit = new QLineEdit(&*window);
+    edit->show();
+    QApplication::setActiveWindow(&*window);
+    edit->setFocus();
+    ASSERT_EQ(QApplication::focusWidget(), edit);
+    const auto run = [&window](void (MainWindow::*slot)()) {
+        (*window.operator->().*slot)();
+        QCoreApplication::processEvents();
+    };
+    QApplication::clipboard()->setText("abc");
+    run(&MainWindow::Paste);
+    EXPECT_EQ(edit->text(), "abc");
+    run(&MainWindow::Undo);
+    EXPECT_EQ(edit->text(), "");
+    run(&MainWindow::Redo);
+    EXPECT_EQ(edit->text(), "abc");
+    edit->setSelection(0, 2);
+    run(&MainWindow::Cut);
+    EXPECT_EQ(edit->text(), "c");
+    edit->selectAll();
+    run(&MainWindow::Copy);
+    EXPECT_EQ(QApplication::clipboard()->text(), "c");
+}
+
+/// Writes a file of the given name and asks the window to check it.
+class CheckImage : public ::testing::Test
+{
+protected:
+    QString write(const QString &name, const QByteArray &bytes) const
+    {
+        QFile file(folder.filePath(name));
+        EXPECT_TRUE(file.open(QIODevice::WriteOnly));
+        file.write(bytes);
+        return file.fileName();
+    }
+
+    QTemporaryDir folder;
+    WindowUnderTest window;
+};
+
+TEST_F(CheckImage, EndingsAreComparedWithCase)
+{
+    const QString path = write("A.SFI", "x");
+    DialogAnswers boxes({path, QMessageBox::Ok});
+    window.form().lastFolder = folder.path();
+    window->Check();
+    ASSERT_EQ(boxes.seen().size(), 2u);
+    EXPECT_EQ(boxes.seen()[0].title, "Open file");
+    EXPECT_EQ(boxes.seen()[0].folder, folder.path());
+    EXPECT_EQ(boxes.seen()[0].nameFilters, QStringList("Secure firmwares (*.sfi *.smi)"));
+    EXPECT_EQ(boxes.texts()[1], "Error|It is neither an SFI nor an SMI file");
+    EXPECT_EQ(window.form().lastFolder, path);
+}
+
+TEST_F(CheckImage, RefusedFileGetsTheReadersBoxAlone)
+{
+    DialogAnswers boxes(
+        {write("a.sfi", "nothing of that kind, and long enough for a head"), QMessageBox::Ok});
+    window->Check();
+    ASSERT_EQ(boxes.seen().size(), 2u);
+    EXPECT_TRUE(boxes.seen()[1].text.startsWith("Error: ")) << boxes.seen()[1].text.toStdString();
+}
+
+TEST_F(CheckImage, CancelDoesNothing)
+{
+    window.form().lastFolder = folder.path();
+    DialogAnswers boxes({""});
+    window->Check();
+    EXPECT_EQ(window.form().lastFolder, folder.path());
+}
+
+TEST(Documents, FailureIsReportedInABox)
+{
+    const WindowUnderTest window;
+    DialogAnswers boxes({QMessageBox::Ok, QMessageBox::Ok});  // no browser on this platform
+    window->OpenDoc();
+    window->OpenRef();
+    EXPECT_EQ(boxes.texts(),
+              (QStringList{"Error|User Manual not found", "Error|Application note not found"}));
+}
+
+/// Takes the place of the desktop's browser and viewer.
+class Browser : public QObject
+{
+    Q_OBJECT
+public:
+    Browser()
+    {
+        for (const char *scheme : {"https", "file"}) {
+            QDesktopServices::setUrlHandler(scheme, this, "open");
+        }
+    }
+    ~Browser() override
+    {
+        for (const char *scheme : {"https", "file"}) {
+            QDesktopServices::unsetUrlHandler(scheme);
+        }
+    }
+    QStringList opened;
+
+public slots:
+    void open(const QUrl &url) { opened << url.scheme(); }
+};
+
+TEST(Documents, MissingLocalManualIsNotTried)
+{
+    const WindowUnderTest window;
+    DialogAnswers boxes;
+    const Browser browser;
+    window->OpenDoc();
+    window->OpenRef();
+    EXPECT_EQ(browser.opened, (QStringList{"https", "https"}));
+}
+
+}  // namespace
+
+#include "MainWindowTest.moc"

@@ -1,0 +1,66 @@
+// The real program, but for a hand that closes the window: in the first box when the variable
+// CLOSE_IN_BOX is set, else when the event loop runs. A process that doesn't end is the fault the
+// test looks for.
+#include "app/Application.h"
+
+#include <QApplication>
+#include <QDialog>
+#include <QEvent>
+#include <QMainWindow>
+#include <QTimer>
+
+namespace
+{
+
+void closeMainWindow()
+{
+    for (QWidget *widget : QApplication::topLevelWidgets()) {
+        if (auto *window = qobject_cast<QMainWindow *>(widget)) {
+            window->close();
+        }
+    }
+}
+
+class Hand : public QObject
+{
+public:
+    using QObject::QObject;
+
+    bool eventFilter(QObject *watched, QEvent *event) override
+    {
+        auto *dialog = event->type() == QEvent::Show ? qobject_cast<QDialog *>(watched) : nullptr;
+        if (dialog == nullptr) {
+            return false;
+        }
+        if (qEnvironmentVariableIsSet("CLOSE_IN_BOX")) {
+            QTimer::singleShot(0, this, closeMainWindow);
+        } else {
+            QTimer::singleShot(0, dialog, &QDialog::reject);
+        }
+        return false;
+    }
+};
+
+void reachOut()
+{
+    QCoreApplication::instance()->installEventFilter(new Hand(QCoreApplication::instance()));
+    if (!qEnvironmentVariableIsSet("CLOSE_IN_BOX")) {
+        // Boxes of the start-up run loops, too; only without one is the start-up over.
+        auto *timer = new QTimer(QCoreApplication::instance());
+        QObject::connect(timer, &QTimer::timeout, timer, [] {
+            if (QApplication::activeModalWidget() == nullptr) {
+                closeMainWindow();
+            }
+        });
+        timer->start(20);
+    }
+}
+
+}  // namespace
+
+Q_COREAPP_STARTUP_FUNCTION(reachOut)
+
+int main(int argc, char **argv)
+{
+    return app::run(argc, argv);
+}
