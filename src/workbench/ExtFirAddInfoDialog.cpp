@@ -40,6 +40,7 @@ void ExtFirAddInfoDialog::buildFields(const QString &startAddress)
     m_regionSpin = new QSpinBox(this);
     name(m_regionSpin, "extFir_region_spin", tr("Region number"));
     m_regionSpin->setRange(0, 7);
+    m_regionSpin->setValue(0);  // or its text stays empty until it is shown
     m_modeSpin = new QSpinBox(this);
     name(m_modeSpin, "extFir_mode_spin", tr("Region mode"));
     m_modeSpin->setRange(0, 3);

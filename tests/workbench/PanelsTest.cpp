@@ -1,0 +1,230 @@
+#include "workbench/CentralWidget.h"
+#include "workbench/ResizeFilter.h"
+
+#include <QComboBox>
+#include <QCoreApplication>
+#include <QGroupBox>
+#include <QLabel>
+#include <QMessageBox>
+#include <QPushButton>
+#include <QTabBar>
+#include <QTabWidget>
+
+#include <gtest/gtest.h>
+
+namespace
+{
+
+QStringList qtMessages;
+
+void recordMessage(QtMsgType /*type*/, const QMessageLogContext & /*context*/, const QString &text)
+{
+    // Only the platform of the tests says this.
+    if (!text.contains("propagateSizeHints")) {
+        qtMessages << text;
+    }
+}
+
+/// The form, with an MCU box wherever a tab has none yet.
+class Panels : public ::testing::Test
+{
+protected:
+    Panels()
+    {
+        for (QComboBox **box : {&form.sfiMcuCombo, &form.sfixMcuCombo, &form.sfiObMcuCombo}) {
+            if (*box == nullptr) {
+                *box = new QComboBox(&form);
+                for (int i = 0; i < 13; ++i) {
+                    (*box)->addItem(QString::number(i));
+                }
+            }
+        }
+    }
+
+    QStringList titles() const
+    {
+        QStringList all;
+        for (int i = 0; i < form.tabWidget->count(); ++i) {
+            all << form.tabWidget->tabText(i);
+        }
+        return all;
+    }
+    QList<int> indices() const
+    {
+        return {form.sfiMcuCombo->currentIndex(), form.sfixMcuCombo->currentIndex(),
+                form.sfiObMcuCombo->currentIndex()};
+    }
+    QList<bool> locks() const
+    {
+        return {!form.sfiMcuCombo->isEnabled(), !form.sfixMcuCombo->isEnabled(),
+                !form.sfiObMcuCombo->isEnabled()};
+    }
+
+    CentralWidget form{1};
+};
+
+const QList<bool> kFree{false, false, false};
+const QList<bool> kLocked{true, true, true};
+
+TEST_F(Panels, ButtonsShowTheirTabsAndTheFirstOne)
+{
+    EXPECT_EQ(titles(), (QStringList{"SFI", "SFIx", "SFI Option Bytes", "SMI", "HSM"}));
+    form.tabWidget->setCurrentIndex(3);
+    form.sfiButton->click();
+    EXPECT_EQ(form.tabWidget->currentIndex(), 0);
+    EXPECT_EQ(form.tabWidget->count(), 5);
+    form.sspButton->click();
+    EXPECT_EQ(titles(), (QStringList{"SSP", "HSM"}));
+    form.wbButton->click();
+    EXPECT_EQ(titles(), QStringList("VDR32WB Sign"));
+    form.h5Button->click();  // no template tab was started, so there is no image page either
+    EXPECT_EQ(titles(), (QStringList{"OBkey", "License Gen", "DA CertifGen", "SFI", "SFIx", "HSM",
+                                     "SFI Option Bytes"}));
+    for (int i = 0; i < form.tabWidget->count(); ++i) {
+        EXPECT_EQ(form.tabWidget->tabToolTip(i), form.tabWidget->tabText(i));
+        EXPECT_TRUE(form.tabWidget->widget(i)->objectName().endsWith("_page"));
+    }
+}
+
+TEST_F(Panels, H5LocksTheBoxesAndGivesTheChoiceBack)
+{
+    form.sfiMcuCombo->setCurrentIndex(2);
+    form.sfixMcuCombo->setCurrentIndex(3);
+    form.sfiObMcuCombo->setCurrentIndex(4);
+    form.h5Button->click();
+    form.h5Button->click();  // a second click must not store the locked entry
+    EXPECT_EQ(indices(), (QList<int>{9, 7, 12}));
+    EXPECT_EQ(locks(), kLocked);
+    form.sspButton->click();  // leaves the lock alone
+    EXPECT_EQ(locks(), kLocked);
+    form.sfiButton->click();
+    EXPECT_EQ(indices(), (QList<int>{2, 3, 4}));
+    EXPECT_EQ(locks(), kFree);
+}
+
+TEST_F(Panels, OtherPanelsLoseNoChoice)
+{
+    form.h5Button->click();
+    form.sfiButton->click();
+    form.sfiMcuCombo->setCurrentIndex(5);
+    form.sspButton->click();
+    form.wbButton->click();
+    form.sfiButton->click();
+    EXPECT_EQ(form.sfiMcuCombo->currentIndex(), 5);
+}
+
+TEST(PanelsWithoutBoxes, TheLockIsHarmless)
+{
+    CentralWidget form(1);
+    form.sfiMcuCombo = form.sfixMcuCombo = form.sfiObMcuCombo = nullptr;
+    form.displayH5_Tabs();
+    form.displaySFI_Tabs();
+    const CentralWidget empty(0);
+    EXPECT_EQ(empty.tabWidget, nullptr);
+    EXPECT_TRUE(empty.children().isEmpty());
+}
+
+TEST_F(Panels, HamburgerOpensAndCloses)
+{
+    form.show();
+    struct Caption {
+        const char *name;
+        const char *text;
+        int length;
+    };
+    const Caption captions[] = {{"sfiIconLabel", "Secure Firmware Install", 69},
+                                {"sspIconLabel", "MPU SSP", 69},
+                                {"wbIconLabel", "WB Sign", 70},
+                                {"h5IconLabel", "H5 Secure Firmware", 70},
+                                {"helpIconLabel", "About", 68}};
+    for (const bool open : {true, false, true}) {
+        form.hamburgerButton->click();
+        EXPECT_EQ(form.isHamburgerOpen, open);
+        EXPECT_EQ(form.panelFrame->width(), open ? 320 : 50);
+        for (const Caption &caption : captions) {
+            const auto *label = form.findChild<QLabel *>(caption.name);
+            ASSERT_NE(label, nullptr);
+            EXPECT_EQ(label->isVisible(), open);
+            EXPECT_EQ(label->text(), QString(caption.text).leftJustified(caption.length));
+            EXPECT_EQ(label->font().pointSize(), 11) << caption.name;
+        }
+        for (QPushButton *button : {form.sfiButton, form.helpButton, form.hamburgerButton}) {
+            EXPECT_EQ(button->size(), QSize(44, 40));
+        }
+    }
+}
+
+TEST_F(Panels, StylesParseAndMarkOnlyThePanelInUse)
+{
+    const auto previous = qInstallMessageHandler(recordMessage);
+    qtMessages.clear();
+    form.show();
+    for (QPushButton *button :
+         {form.h5Button, form.sspButton, form.wbButton, form.sfiButton, form.hamburgerButton}) {
+        button->click();
+        form.grab();
+    }
+    form.highlightCurrentIcon("SSP");
+    qInstallMessageHandler(previous);
+    EXPECT_EQ(qtMessages, QStringList());
+
+    const QImage chosen = form.sspButton->grab().toImage();
+    const QImage other = form.h5Button->grab().toImage();
+    EXPECT_NE(chosen.pixelColor(22, 1), chosen.pixelColor(22, 38)) << "no gradient";
+    EXPECT_EQ(other.pixelColor(22, 1), other.pixelColor(22, 38));
+}
+
+TEST(TabStyle, WidthIsAFixedShare)
+{
+    struct Case {
+        int width;
+        void (*style)(QTabWidget *);
+        const char *expected;
+    };
+    for (const Case &c : {Case{1420, expandingTabsStyleSheet, "width: 117px;"},
+                          Case{1421, expandingTabsStyleSheet, "width: 117px;"},
+                          Case{1423, expandingTabsStyleSheet, "width: 118px;"},
+                          Case{501, expandingTabsStyleSheetInf, "width: 249px;"},
+                          Case{502, expandingTabsStyleSheetInf, "width: 250px;"}}) {
+        QTabWidget tabs;
+        tabs.resize(c.width, 100);
+        c.style(&tabs);
+        EXPECT_TRUE(tabs.styleSheet().contains(c.expected)) << tabs.styleSheet().toStdString();
+        EXPECT_TRUE(
+            tabs.styleSheet().startsWith("QTabBar::tab {color: white;font: bold;height: 30px;"));
+        EXPECT_TRUE(tabs.styleSheet().endsWith(
+            "QTabBar::tab:disabled {width: 2px;background: transparent;color: transparent;}"));
+    }
+}
+
+TEST(TabStyle, FollowsTheSizeOfTheWidget)
+{
+    QTabWidget tabs;
+    tabs.installEventFilter(new ResizeFilter(&tabs));
+    QTabWidget info;
+    info.installEventFilter(new ResizeFilterInf(&info));
+    for (QTabWidget *widget : {&tabs, &info}) {
+        widget->show();
+        widget->resize(607, 300);
+        QCoreApplication::processEvents();
+    }
+    EXPECT_TRUE(tabs.styleSheet().contains("width: 50px;"));
+    EXPECT_TRUE(info.styleSheet().contains("width: 302px;"));
+}
+
+TEST_F(Panels, HelpBoxStaysBesideTheForm)
+{
+    QCoreApplication::setApplicationName("Name <b>");
+    QCoreApplication::setApplicationVersion("1.2");
+    QCoreApplication::setOrganizationName("Maker");
+    form.helpButton->click();
+    const auto *box = form.findChild<QMessageBox *>();
+    ASSERT_NE(box, nullptr);
+    EXPECT_EQ(box->text(), "\nName <b>\n v1.2\nMaker");
+    EXPECT_EQ(box->textFormat(), Qt::PlainText);
+    EXPECT_TRUE(box->isVisible());
+    EXPECT_FALSE(box->isModal());
+    EXPECT_FALSE(box->iconPixmap().isNull());
+}
+
+}  // namespace
