@@ -19,6 +19,7 @@ ExtFirAddInfoDialog::ExtFirAddInfoDialog(const QString &fileName, const QString 
     layRows(fileName);
     (m_startEdit->isReadOnly() ? m_keyEdit : m_startEdit)->setFocus();
     connect(m_startEdit, &QLineEdit::textChanged, this, &ExtFirAddInfoDialog::OkEnabled);
+    connect(m_regionSpin, &QSpinBox::textChanged, this, &ExtFirAddInfoDialog::OkEnabled);
     // The spin box itself is silent about a text without a number, such as an emptied one.
     connect(m_regionSpin->findChild<QLineEdit *>(), &QLineEdit::textChanged, this,
             &ExtFirAddInfoDialog::OkEnabled);
