@@ -1,0 +1,67 @@
+#include "FuzzFile.h"
+#include "FuzzSupport.h"
+
+#include "files/FileManager.h"
+#include "support/SfiBytes.h"
+
+#include <algorithm>
+
+namespace
+{
+
+/// The record must hold the file again, byte for byte, up to the end of its last area.
+void requireSameBytes(const FileSFI &image, std::span<const std::uint8_t> file)
+{
+    std::size_t at = 0;
+    const auto isNext = [&](const std::uint8_t *bytes, std::size_t size) {
+        require(size <= file.size() - at);
+        require(std::equal(bytes, bytes + size, file.begin() + static_cast<std::ptrdiff_t>(at)));
+        at += size;
+    };
+    isNext(image.header, image.headerSize);
+    for (const SegmentSFI &area : image.areas) {
+        isNext(area.areaHeader, area.areaHeaderSize);
+        isNext(area.data, area.size);
+        require(area.tagSize == 16 && area.areaType == area.areaHeader[0]);
+    }
+}
+
+std::vector<std::uint8_t> withKind(std::uint8_t kind, const ImageBytes &image)
+{
+    return ImageBytes().u8(kind).append(image.done()).done();
+}
+
+}  // namespace
+
+std::vector<std::vector<std::uint8_t>> fuzzSeeds()
+{
+    const std::vector<AreaBytes> areas = {{'S', 0, 3},      {'M', 0x100, 32}, {'m', 0x140, 33},
+                                          {'O', 0x200, 12}, {'K', 0, 8},      {'F', 0x1000, 20},
+                                          {'F', 0x2000, 4}, {'E', 0x90, 24},  {'C', 0, 8}};
+    return {withKind(0, sfiBytes(areas, 1)), withKind(0, sfiBytes(areas, 2)),
+            withKind(1, ssfiBytes(areas, 1)),
+            withKind(1, ssfiBytes({{'A', 0, 1}, {'C', 0, 4}}, 65001)),
+            withKind(0, sfiBytes({{'P', 0, 16}, {'R', 0, 16}, {'H', 0, 0}, {'C', 0, 4}}))};
+}
+
+extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t *data, std::size_t size)
+{
+    if (size == 0) {
+        return 0;
+    }
+    const std::span<const std::uint8_t> bytes(data + 1, size - 1);
+    const bool isSsfi = data[0] % 2 != 0;
+    FuzzFile file(isSsfi ? "a.ssfi" : "a.sfi", bytes);
+    FuzzReports reports;
+    FileManager manager;
+    const files::RecordOwner<FileSFI> image(new FileSFI);
+    const bool accepted =
+        isSsfi ? manager.SSFI_Parsing(&file, image.get()) : manager.SFI_Parsing(&file, image.get());
+    require(reports.levels().size() == (accepted ? 0 : 1));
+    if (accepted) {
+        require(image->segmentCount == image->areas.size());
+        require(image->areas.back().areaType == 'C');
+        requireSameBytes(*image, bytes);
+    }
+    return 0;
+}
