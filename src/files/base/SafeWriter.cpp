@@ -116,12 +116,23 @@ struct SafeWriter::State {
     std::uint64_t written = 0;
     bool failed = false;
 
-    ~State()
+    ~State() { discard(); }
+
+    /// Removes what was written; a failed writer may live on while its failure is shown.
+    void discard()
     {
         file.close();
         if (!temporary.isEmpty()) {
             ::unlink(temporary.constData());
+            temporary.clear();
         }
+    }
+
+    tl::unexpected<Error> giveUp(int number)
+    {
+        failed = true;
+        discard();
+        return systemFault(ErrorCode::WriteFailed, path, number);
     }
 };
 
@@ -177,8 +188,7 @@ Result<void> SafeWriter::write(std::span<const std::uint8_t> bytes)
             continue;
         }
         if (count <= 0) {
-            m_state->failed = true;
-            return systemFault(ErrorCode::WriteFailed, m_state->path, count < 0 ? errno : ENOSPC);
+            return m_state->giveUp(count < 0 ? errno : ENOSPC);
         }
         m_state->written += static_cast<std::uint64_t>(count);
         bytes = bytes.subspan(static_cast<std::size_t>(count));
@@ -198,10 +208,10 @@ Result<void> SafeWriter::commit()
     }
     m_state->failed = true;  // a second commit must not report success
     if (::fsync(m_state->file.number()) != 0 || !m_state->file.close()) {
-        return systemFault(ErrorCode::WriteFailed, m_state->path, errno);
+        return m_state->giveUp(errno);
     }
     if (::rename(m_state->temporary.constData(), m_state->target.constData()) != 0) {
-        return systemFault(ErrorCode::WriteFailed, m_state->path, errno);
+        return m_state->giveUp(errno);
     }
     m_state->temporary.clear();
     // The content is in place; a folder that can't be synced (some network file systems) only

@@ -20,9 +20,10 @@ enum class Secrecy {
 ///
 /// The bytes go to a temporary file beside the target; `commit()` checks every result, syncs the
 /// file, renames it over the target and syncs the folder. Until then, and after any failure, the
-/// old file is as it was; a writer dropped without `commit()` leaves nothing behind. Symbolic links
-/// are followed, dangling ones too (the file they name is replaced or made, the link stays). A
-/// replaced public file keeps its mode, and its owner and group where the system allows it.
+/// old file is as it was and nothing else is left, nor by a writer dropped without `commit()`.
+/// Symbolic links are followed, dangling ones too (the file they name is replaced or made, the link
+/// stays). A replaced public file keeps its mode, and its owner and group where the system allows
+/// it.
 class SafeWriter
 {
 public:
