@@ -5,6 +5,8 @@
 #include "workbench/widgets/Boxes.h"
 
 #include <QFileDialog>
+#include <QFileInfo>
+#include <QLineEdit>
 
 using workbench::Row;
 
@@ -138,6 +140,7 @@ void CentralWidget::generateRandomFile(const char *row, int bytes, const QString
         workbench::showBox(this, workbench::BoxKind::Error, failure);
         return;
     }
+    lastOutputFolder = QFileInfo(path).absolutePath();
     fillFields(row, path);
     workbench::showBox(this, workbench::BoxKind::Success, success);
 }

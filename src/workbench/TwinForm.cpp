@@ -6,6 +6,7 @@
 #include <QDialogButtonBox>
 #include <QScrollArea>
 #include <QSplitter>
+#include <QTabBar>
 #include <QVBoxLayout>
 
 namespace workbench
@@ -82,6 +83,8 @@ TwinForm::TwinForm(const TwinSpec &twin, QWidget *parent)
     auto *layout = new QVBoxLayout(this);
     layout->setContentsMargins(0, 0, 0, 0);
     layout->addWidget(splitter);
+    // The tab bar was made last, but stands above what it shows.
+    setTabOrder(m_generate, m_tabs->tabBar());
     applyMcu(twin.mcus.front());
 }
 

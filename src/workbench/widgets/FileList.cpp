@@ -6,8 +6,8 @@
 #include <QDragEnterEvent>
 #include <QDropEvent>
 #include <QHBoxLayout>
+#include <QKeyEvent>
 #include <QScopedValueRollback>
-#include <QShortcut>
 #include <QVBoxLayout>
 
 namespace workbench
@@ -36,15 +36,13 @@ FileList::FileList(const QString &name, const QString &label, QWidget *parent)
     m_view->viewport()->setAcceptDrops(true);
     // The view itself knows how to move rows only, so drops are taken from its viewport.
     m_view->viewport()->installEventFilter(this);
+    m_view->installEventFilter(this);
     buildLayout();
 
     connect(m_add, &QPushButton::clicked, this, &FileList::addRequested);
     connect(m_remove, &QPushButton::clicked, this, &FileList::removeRequested);
     connect(m_view->selectionModel(), &QItemSelectionModel::selectionChanged, this,
             [this] { reportSelection(); });
-    auto *deleteKey = new QShortcut(QKeySequence::Delete, m_view);
-    deleteKey->setContext(Qt::WidgetShortcut);
-    connect(deleteKey, &QShortcut::activated, m_remove, &QPushButton::click);
 }
 
 void FileList::buildLayout()
@@ -116,6 +114,12 @@ void FileList::reportSelection()
 bool FileList::eventFilter(QObject *watched, QEvent *event)
 {
     switch (event->type()) {
+    case QEvent::KeyPress:
+        if (watched == m_view && static_cast<QKeyEvent *>(event)->matches(QKeySequence::Delete)) {
+            m_remove->click();
+            return true;
+        }
+        break;
     case QEvent::DragEnter:
     case QEvent::DragMove: {
         auto *drag = static_cast<QDragMoveEvent *>(event);
@@ -132,8 +136,9 @@ bool FileList::eventFilter(QObject *watched, QEvent *event)
         return true;
     }
     default:
-        return QWidget::eventFilter(watched, event);
+        break;
     }
+    return QWidget::eventFilter(watched, event);
 }
 
 void FileList::acceptDrop(const QMimeData &dropped)

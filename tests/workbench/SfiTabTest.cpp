@@ -1,0 +1,374 @@
+#include "TwinFixture.h"
+
+#include <QFileInfo>
+
+namespace
+{
+
+constexpr int kH7 = 1;
+constexpr int kU575 = 2;
+constexpr int kL4 = 7;
+constexpr int kH5 = 9;
+
+const QString kHex = ":020000040800F2\n:10000000000102030405060708090A0B0C0D0E0F78\n:00000001FF\n";
+
+class SfiTab : public TwinFixture
+{
+protected:
+    SfiTab() : TwinFixture("sfi") {}
+
+    void prepare(int mcu)
+    {
+        fillFields();
+        hexPath = folder.file("fw.hex", kHex.toStdString());
+        DialogAnswers dialogs({hexPath});
+        click("firmware_add");
+        chooseMcu(mcu);
+        edit("ram")->clear();
+    }
+    /// Presses Generate and answers every box with Ok. @return "title|text" of each
+    QStringList refusals(std::size_t count)
+    {
+        DialogAnswers boxes;
+        for (std::size_t left = count; left > 0; --left) {
+            boxes.expect(QMessageBox::Ok);
+        }
+        click("generate_ok");
+        for (const SeenDialog &box : boxes.seen()) {
+            EXPECT_EQ(box.textFormat, Qt::PlainText);
+        }
+        return boxes.texts();
+    }
+
+    QString hexPath;
+};
+
+TEST_F(SfiTab, GenerateNeedsFourFieldsAndAFirmwareFile)
+{
+    EXPECT_FALSE(canGenerate());
+    fillFields();
+    EXPECT_FALSE(canGenerate()) << "no firmware yet";
+    chooseMcu(kH5);
+    EXPECT_TRUE(canGenerate()) << "this device takes images of provisioning files alone";
+    chooseMcu(kU575);
+    EXPECT_FALSE(canGenerate());
+    prepare(kU575);
+    for (const char *row : {"key", "nonce", "optionBytes", "output"}) {
+        const QString text = edit(row)->text();
+        EXPECT_TRUE(canGenerate());
+        edit(row)->clear();
+        EXPECT_FALSE(canGenerate()) << row;
+        edit(row)->setText(text);
+    }
+    select("firmware", 0);
+    click("firmware_remove");
+    EXPECT_FALSE(canGenerate());
+}
+
+TEST_F(SfiTab, RepairsComeInTheOrderOfTheChecks)
+{
+    prepare(0);
+    edit("output")->setText(folder.path("out.SFI"));
+    EXPECT_EQ(refusals(1), QStringList{"Error|MCU product must be selected"});
+    chooseMcu(kU575);
+    EXPECT_EQ(refusals(1), QStringList{"Error|SFI file must have the .sfi extension"});
+    edit("output")->setText(output);
+    edit("key")->setText(folder.file("short.bin", std::string(15, 'k')));
+    edit("nonce")->setText(folder.path("absent.bin"));
+    edit("ram")->setText("0");
+    EXPECT_EQ(refusals(1), QStringList{"Error|Size of short.bin is expected to be 16 bytes"});
+    EXPECT_EQ(edit("key")->text(), "");
+    EXPECT_FALSE(canGenerate());
+    edit("key")->setText(folder.path("key.bin"));
+    EXPECT_EQ(
+        refusals(1),
+        QStringList{"Error|The file absent.bin does not exist, please check the file's path"});
+    EXPECT_EQ(edit("nonce")->text(), "");
+    edit("nonce")->setText(folder.path("nonce.bin"));
+    edit("optionBytes")->setText(folder.file("bad.csv", "no comma\n"));
+    EXPECT_EQ(refusals(2), (QStringList{"Error|Error: " + folder.path("bad.csv") +
+                                            " is an invalid option bytes file",
+                                        "Error|Failure to open Option bytes file"}));
+    EXPECT_EQ(edit("optionBytes")->text(), "");
+    edit("optionBytes")->setText(hexPath);
+    EXPECT_EQ(refusals(1), QStringList{"Error|Option bytes file is not in a csv format"});
+    edit("optionBytes")->setText(folder.path("ob.csv"));
+    edit("areaKey")->setText(folder.path("absent.kcsv"));
+    EXPECT_EQ(refusals(2),
+              (QStringList{
+                  "Error|Error: The file absent.kcsv does not exist, please check the file's path",
+                  "Error|Failure to open KCSV file"}));
+    EXPECT_EQ(edit("areaKey")->text(), "");
+    edit("areaKey")->setText(hexPath);
+    EXPECT_EQ(refusals(1), QStringList{"Error|Area K file is not in a kcsv format"});
+    EXPECT_EQ(refusals(1), QStringList{"Error|Invalid RAM size"});
+    EXPECT_FALSE(QFileInfo::exists(output));
+    edit("ram")->setText("0x55500 ");
+    EXPECT_EQ(refusals(1), QStringList{"Success|SFI successfully created"});
+}
+
+TEST_F(SfiTab, ImageIsReadBackIntoThePane)
+{
+    prepare(kU575);
+    EXPECT_EQ(refusals(1), QStringList{"Success|SFI successfully created"});
+    EXPECT_EQ(edit("parse")->text(), output);
+    EXPECT_EQ(headings("imageInfo_table"), (QStringList{"File name", "Size", "Protocol version"}));
+    const QString size = QString::number(QFileInfo(output).size());
+    EXPECT_EQ(cells("imageInfo_table"), QStringList{"out.sfi|" + size + " Bytes|2"});
+    EXPECT_EQ(headings("imageInfo_segments"), (QStringList{"Index", "Type", "Size", "Address"}));
+    EXPECT_EQ(cells("imageInfo_segments"),
+              (QStringList{"1|Firmware|16 B|0x8000000", "2|Configuration|4 B|0x0"}));
+    form.clearForms();
+    EXPECT_EQ(headings("imageInfo_table").size(), 3);
+    EXPECT_EQ(cells("imageInfo_table"), QStringList{"||"});
+    EXPECT_TRUE(cells("imageInfo_segments").isEmpty());
+    EXPECT_EQ(headings("firmwareInfo_table"), (QStringList{"File name", "Size", "Type"}));
+    EXPECT_EQ(rowsOf("firmware"), 0);
+    EXPECT_EQ(edit("key")->text() + edit("parse")->text(), "");
+    EXPECT_FALSE(canGenerate());
+    EXPECT_EQ(widget<QComboBox>("mcu_combo")->currentIndex(), kU575);
+}
+
+TEST_F(SfiTab, KeepsTheOldFileWhenOverwriteIsRefused)
+{
+    prepare(kU575);
+    folder.file("out.sfi", "old");
+    {
+        DialogAnswers boxes(
+            {DialogAnswer([](QDialog &box) { QTest::keyClick(&box, Qt::Key_Escape); })});
+        click("generate_ok");
+        ASSERT_EQ(boxes.texts(),
+                  QStringList{"File exists|The file out.sfi already exists, do you want to "
+                              "overwrite it ?"});
+        EXPECT_EQ(boxes.seen()[0].defaultButton, QMessageBox::No);
+        EXPECT_EQ(boxes.seen()[0].icon, QMessageBox::Question);
+    }
+    EXPECT_EQ(contentsOf(output), "old");
+    DialogAnswers boxes({QMessageBox::Yes, QMessageBox::Ok});
+    click("generate_ok");
+    EXPECT_EQ(contentsOf(output).left(8), "SFIMAGIC");
+}
+
+TEST_F(SfiTab, OutputThatCannotBeWrittenIsReported)
+{
+    prepare(kU575);
+    edit("output")->setText(folder.path("no-such-folder/out.sfi"));
+    EXPECT_EQ(refusals(1), QStringList{"Error|Failure to create SFI file"});
+}
+
+TEST_F(SfiTab, AFileThatVanishedLeavesTheListAndEndsTheRequest)
+{
+    prepare(kU575);
+    const QString gone = folder.file("gone.bin", "1234");
+    addBinary("firmware", gone, "0x9000000");
+    ASSERT_EQ(rowsOf("firmware"), 2);
+    QFile::remove(gone);
+    EXPECT_EQ(
+        refusals(1),
+        QStringList{"Error|Error: The file gone.bin does not exist, please check the file's path"});
+    EXPECT_EQ(rowsOf("firmware"), 1);
+    EXPECT_TRUE(canGenerate());
+    QFile::remove(hexPath);
+    refusals(1);
+    EXPECT_EQ(rowsOf("firmware"), 0);
+    EXPECT_FALSE(canGenerate());
+    EXPECT_FALSE(QFileInfo::exists(output));
+}
+
+TEST_F(SfiTab, GivenAddressSurvivesAndChangedBytesCount)
+{
+    prepare(kU575);
+    const QString path = folder.file("fw.bin", "1234");
+    addBinary("firmware", path, "0x8001000");
+    select("firmware", 1);
+    EXPECT_EQ(cells("firmwareInfo_segments"), QStringList{"1|0x8001000|4 B"});
+    folder.file("fw.bin", "12345678");
+    refusals(1);
+    EXPECT_EQ(cells("firmwareInfo_segments"), QStringList{"1|0x8001000|8 B"});
+    EXPECT_EQ(cells("imageInfo_segments")[1], "2|Firmware|8 B|0x8001000");
+}
+
+TEST_F(SfiTab, OverlappingFilesAreNamedByReaderAndForm)
+{
+    prepare(kU575);
+    addBinary("firmware", folder.file("fw.bin", "1234"), "0x8000004");
+    EXPECT_EQ(refusals(2),
+              (QStringList{"Error|Error: Overlap between segments, Unable to merge files",
+                           "Error|Overlap between segments, Unable to merge firmware files"}));
+}
+
+TEST_F(SfiTab, CancelledAddressAndForeignFormatsAddNothing)
+{
+    fillFields();
+    const QString binary = folder.file("fw.bin", "1234");
+    const QString csv = folder.path("ob.csv");
+    DialogAnswers dialogs({QStringList{csv, binary}, QMessageBox::Ok,
+                           DialogAnswer([](QDialog &dialog) { dialog.reject(); })});
+    click("firmware_add");
+    EXPECT_EQ(dialogs.seen()[1].text, "Unable to create an SFI image from the format of : ob.csv");
+    EXPECT_EQ(rowsOf("firmware"), 0);
+    EXPECT_EQ(form.lastFolder, binary);
+}
+
+TEST_F(SfiTab, HiddenFieldsKeepTheirTextAndKeyAreaCountsOnlyWhereItIsRead)
+{
+    prepare(kU575);
+    edit("areaKey")->setText(folder.path("absent.kcsv"));
+    edit("ssfi")->setText("old.ssfi");
+    edit("token")->setText("12");
+    chooseMcu(kL4);
+    EXPECT_FALSE(edit("areaKey")->isVisibleTo(&form));
+    EXPECT_EQ(edit("ram")->text() + edit("token")->text() + edit("ssfi")->text(), "");
+    EXPECT_EQ(refusals(1), QStringList{"Success|SFI successfully created"})
+        << "the path left in the hidden field isn't read";
+    chooseMcu(0);
+    EXPECT_EQ(edit("areaKey")->text(), folder.path("absent.kcsv"));
+}
+
+TEST_F(SfiTab, RowsFollowTheDevice)
+{
+    const auto shown = [this](int mcu) {
+        chooseMcu(mcu);
+        QStringList names;
+        for (const char *name :
+             {"smi_list", "smi_add", "smi_label", "smi_line", "areaKey_edit", "areaKey_label",
+              "areaKey_line", "obk_list", "ssfi_edit", "modules_open", "ram_line"}) {
+            if (widget<QWidget>(name)->isVisibleTo(&form)) {
+                names << name;
+            }
+        }
+        return names.join(' ');
+    };
+    EXPECT_EQ(shown(0), "");
+    EXPECT_EQ(shown(kH7),
+              "smi_list smi_add smi_label smi_line areaKey_edit areaKey_label ram_line");
+    EXPECT_EQ(shown(kL4), "");
+    EXPECT_EQ(shown(kH5), "areaKey_edit areaKey_label areaKey_line obk_list ssfi_edit "
+                          "modules_open ram_line");
+    EXPECT_FALSE(widget<QCheckBox>("hash_check")->isEnabled());
+    EXPECT_TRUE(widget<QCheckBox>("hash_check")->isChecked());
+}
+
+TEST_F(SfiTab, H5AsksBeforeAnImageWithoutProvisioningFiles)
+{
+    prepare(kH5);
+    edit("ssfi")->setText(hexPath);
+    {
+        DialogAnswers boxes({QMessageBox::No});
+        click("generate_ok");
+        EXPECT_EQ(boxes.texts(),
+                  QStringList{"Warning|OBKey field is empty !\nNo regression is possible if the "
+                              "SFI file does not contain OBKey for DA.\nDo you want to contiue ?"});
+        EXPECT_EQ(boxes.seen()[0].defaultButton, QMessageBox::No);
+    }
+    DialogAnswers boxes({QMessageBox::Yes, QMessageBox::Ok});
+    click("generate_ok");
+    EXPECT_EQ(boxes.texts().last(), "Error|Cannot read SSFI file") << "a HEX file isn't an SSFI";
+}
+
+TEST_F(SfiTab, ProvisioningFilesGoIntoTheImageOfH5)
+{
+    prepare(kH5);
+    const QString obk = folder.file(
+        "k.obk", std::string("\x00\x01\xFD\x0F\x04\x00\x00\x00\x00\x00\x00\x00", 12) + "1234");
+    {
+        DialogAnswers dialogs({obk});
+        click("obk_add");
+    }
+    select("obk", 0);
+    EXPECT_EQ(cells("firmwareInfo_table"), (QStringList{"k.obk", "4 B", "OBK"}));
+    EXPECT_EQ(refusals(1), QStringList{"Success|SFI successfully created"});
+    EXPECT_EQ(cells("imageInfo_segments")[0], "1|OBkey|16 B|0xffd0100");
+}
+
+TEST_F(SfiTab, SmiFileThatVanishedHasABoxOfItsOwn)
+{
+    prepare(kH7);
+    const QString smi = folder.file("s.smi", "SMIMAGIC and more");
+    {
+        DialogAnswers dialogs({smi});
+        click("smi_add");
+    }
+    ASSERT_EQ(rowsOf("smi"), 1);
+    QFile::remove(smi);
+    EXPECT_EQ(
+        refusals(2),
+        (QStringList{"Error|Error: The file s.smi does not exist, please check the file's path",
+                     "Error|Failure to open SMI file : " + smi}));
+    EXPECT_EQ(rowsOf("smi"), 0);
+    EXPECT_TRUE(canGenerate());
+}
+
+TEST_F(SfiTab, KeyFieldsOfBothTwinsAreFilledTogether)
+{
+    const QString key = folder.path("new.bin");
+    {
+        DialogAnswers dialogs({key, QMessageBox::Ok});
+        click("key_generate");
+        EXPECT_EQ(dialogs.seen()[1].text, "Encrytpion Key file successfully created");
+    }
+    EXPECT_EQ(contentsOf(key).size(), 16);
+    EXPECT_EQ(edit("key")->text(), key);
+    EXPECT_EQ(form.findChild<QLineEdit *>("sfix_key_edit")->text(), key);
+    DialogAnswers dialogs({key, QString()});
+    click("nonce_open");
+    EXPECT_EQ(edit("nonce")->text(), key);
+    click("nonce_open");
+    EXPECT_EQ(edit("nonce")->text(), key) << "cancelling leaves the field alone";
+}
+
+TEST_F(SfiTab, FolderProposesTheOutputName)
+{
+    edit("output")->setText("typed.sfi");
+    DialogAnswers dialogs({DialogAnswer([this](QDialog &dialog) {
+        dialog.findChild<QLineEdit *>("fileNameEdit")->setText(folder.path(""));
+        dialog.accept();
+    })});
+    click("output_folder");
+    EXPECT_EQ(QFileInfo(edit("output")->text()).fileName(), "out.sfi");
+}
+
+TEST_F(SfiTab, ParsingWhatIsNoImageClearsThePane)
+{
+    prepare(kU575);
+    refusals(1);
+    edit("parse")->setText(folder.path("absent.sfi"));
+    {
+        DialogAnswers boxes({QMessageBox::Ok});
+        form.parseSfiFile("SFI", true);
+        EXPECT_EQ(boxes.texts(),
+                  QStringList{"Error|Failure to parse SFI/SFIx/SSFI/MCSV file, image doesn't "
+                              "exist."});
+    }
+    EXPECT_EQ(cells("imageInfo_segments").size(), 2) << "the pane stays as it was";
+    edit("parse")->setText(hexPath);
+    DialogAnswers boxes({QMessageBox::Ok});
+    form.parseSfiFile("SFI", true);
+    EXPECT_EQ(boxes.texts(), QStringList{"Error|Error: Cannot parse SFI/SFIx image"});
+    EXPECT_TRUE(cells("imageInfo_segments").isEmpty());
+    EXPECT_EQ(cells("imageInfo_table"), QStringList{"||"});
+}
+
+TEST_F(SfiTab, TabKeyGoesThroughTheFormFromTopToBottom)
+{
+    chooseMcu(kH5);
+    QStringList order;
+    const QWidget *start = widget<QComboBox>("mcu_combo");
+    const QWidget *at = start;
+    do {
+        if (at->objectName().startsWith("sfi_") && (at->focusPolicy() & Qt::TabFocus) != 0 &&
+            at->isVisibleTo(&form)) {
+            order << at->objectName().mid(4);
+            EXPECT_FALSE(at->accessibleName().isEmpty()) << at->objectName().toStdString();
+        }
+        at = at->nextInFocusChain();
+    } while (at != start);
+    EXPECT_EQ(order.mid(0, 12).join(' '),
+              "mcu_combo firmware_list firmware_add firmware_remove key_edit key_open "
+              "key_generate nonce_edit nonce_open nonce_generate optionBytes_edit "
+              "optionBytes_open");
+    EXPECT_LT(order.indexOf("output_folder"), order.indexOf("generate_ok"));
+    EXPECT_LT(order.indexOf("generate_ok"), order.indexOf("firmwareInfo_table"));
+}
+
+}  // namespace

@@ -1,0 +1,153 @@
+#include "TwinFixture.h"
+
+namespace
+{
+
+constexpr int kH7 = 1;
+constexpr int kU575 = 2;
+constexpr int kH5 = 7;
+
+const QString kHex = ":020000049000"
+                     "6A\n:0400000001020304F2\n:00000001FF\n";
+const QString kSRecord = "S1070000112233444E\nS9030000FC\n";
+
+/// Fills and accepts the region dialog.
+DialogAnswer region(const QString &start, int number, int mode, const QString &key)
+{
+    return DialogAnswer([=](QDialog &dialog) {
+        auto *startEdit = dialog.findChild<QLineEdit *>("extFir_start_edit");
+        if (!startEdit->isReadOnly()) {
+            startEdit->setText(start);
+        }
+        dialog.findChild<QSpinBox *>("extFir_region_spin")->setValue(number);
+        dialog.findChild<QSpinBox *>("extFir_mode_spin")->setValue(mode);
+        dialog.findChild<QLineEdit *>("extFir_key_edit")->setText(key);
+        dialog.findChild<QPushButton *>()->setFocus();
+        QTest::keyClick(&dialog, Qt::Key_Return);
+    });
+}
+
+class SfixTab : public TwinFixture
+{
+protected:
+    SfixTab() : TwinFixture("sfix") {}
+
+    void add(const QString &row, const QString &path, std::initializer_list<DialogAnswer> answers)
+    {
+        DialogAnswers dialogs({path});
+        for (const DialogAnswer &answer : answers) {
+            dialogs.expect(answer);
+        }
+        click(row + "_add");
+    }
+    QStringList boxesOfGenerate(std::size_t count)
+    {
+        DialogAnswers boxes;
+        for (std::size_t left = count; left > 0; --left) {
+            boxes.expect(QMessageBox::Ok);
+        }
+        click("generate_ok");
+        return boxes.texts();
+    }
+};
+
+TEST_F(SfixTab, ListsDoNotDecideAboutGenerate)
+{
+    fillFields();
+    EXPECT_TRUE(canGenerate());
+    chooseMcu(kU575);
+    EXPECT_EQ(boxesOfGenerate(1), QStringList{"Error|External firmware files is empty"});
+}
+
+TEST_F(SfixTab, RegionDialogFollowsDeviceAndFormat)
+{
+    chooseMcu(kH5);
+    add("external", folder.file("e.hex", kHex.toStdString()), {DialogAnswer([](QDialog &dialog) {
+            const auto *start = dialog.findChild<QLineEdit *>("extFir_start_edit");
+            EXPECT_EQ(start->text(), "0x90000000");
+            EXPECT_TRUE(start->isReadOnly());
+            const auto *mode = dialog.findChild<QSpinBox *>("extFir_mode_spin");
+            const auto *number = dialog.findChild<QSpinBox *>("extFir_region_spin");
+            EXPECT_EQ(mode->minimum(), 1);
+            EXPECT_EQ(mode->maximum(), 2);
+            EXPECT_EQ(number->maximum(), 3);
+            dialog.reject();
+        })});
+    EXPECT_EQ(rowsOf("external"), 0) << "a cancelled file isn't added";
+    EXPECT_TRUE(form.sfixTab->extBinInfos.isEmpty());
+    chooseMcu(kU575);
+    add("external", folder.file("e.bin", "1234"), {DialogAnswer([](QDialog &dialog) {
+            EXPECT_FALSE(dialog.findChild<QLineEdit *>("extFir_start_edit")->isReadOnly());
+            EXPECT_EQ(dialog.findChild<QSpinBox *>("extFir_mode_spin")->maximum(), 3);
+            EXPECT_EQ(dialog.findChild<QSpinBox *>("extFir_region_spin")->maximum(), 7);
+            dialog.reject();
+        })});
+}
+
+TEST_F(SfixTab, RegionsOutOfStepInventNothing)
+{
+    chooseMcu(kU575);
+    add("external", folder.file("e.srec", kSRecord.toStdString()), {});
+    add("external", folder.file("e.bin", "1234"), {region("0x90000000", 5, 2, "0x40")});
+    ASSERT_EQ(form.sfixTab->extBinInfos.size(), 1);
+    EXPECT_EQ(form.sfixTab->extBinInfos[0].regionNumber, 5U);
+    select("external", 1);
+    EXPECT_EQ(cells("firmwareInfo_table"), (QStringList{"e.bin", "4 B", "Binary", "", "", ""}));
+    select("external", 0);
+    EXPECT_EQ(cells("firmwareInfo_table").mid(0, 3), (QStringList{"e.srec", "4 B", "S-Record"}));
+    select("external", 1);
+    click("external_remove");
+    EXPECT_EQ(form.sfixTab->extBinInfos.size(), 1) << "no entry stands at the removed row";
+    EXPECT_EQ(rowsOf("external"), 1);
+}
+
+TEST_F(SfixTab, ParsingOfEitherTwinDisablesRemoveUntilAClick)
+{
+    chooseMcu(kU575);
+    add("external", folder.file("e.bin", "1234"), {region("0x90000000", 5, 2, "0x40")});
+    select("external", 0);
+    ASSERT_TRUE(widget<QPushButton>("external_remove")->isEnabled());
+    const QString notAnImage = folder.file("x.sfi", "no image");
+    form.findChild<QLineEdit *>("sfi_parse_edit")->setText(notAnImage);
+    {
+        DialogAnswers boxes({QMessageBox::Ok, QMessageBox::Ok});
+        form.parseSfiFile("sfi", true);
+    }
+    EXPECT_FALSE(widget<QPushButton>("external_remove")->isEnabled());
+    select("external", 0);
+    EXPECT_TRUE(widget<QPushButton>("external_remove")->isEnabled());
+}
+
+TEST_F(SfixTab, VanishedFilesEndTheRequestEachInItsOwnWay)
+{
+    fillFields();
+    chooseMcu(kU575);
+    const QString internal = folder.file("i.hex", kHex.toStdString());
+    const QString external = folder.file("e.bin", "1234");
+    add("internal", internal, {});
+    add("external", external, {region("0x90000000", 5, 2, "0x40")});
+    QFile::remove(internal);
+    boxesOfGenerate(1);
+    EXPECT_EQ(rowsOf("internal"), 0);
+    EXPECT_TRUE(canGenerate()) << "the internal list may be empty";
+    QFile::remove(external);
+    boxesOfGenerate(1);
+    EXPECT_EQ(rowsOf("external"), 0);
+    EXPECT_FALSE(canGenerate());
+    EXPECT_EQ(form.sfixTab->extBinInfos.size(), 1) << "entries of dropped files stay";
+}
+
+TEST_F(SfixTab, H7NeedsATokenAndKeyAreaHasItsOwnWords)
+{
+    fillFields();
+    chooseMcu(kH7);
+    add("external", folder.file("e.bin", "1234"), {region("0x90000000", 5, 2, "0x40")});
+    edit("areaKey")->setText(folder.path("e.bin"));
+    EXPECT_EQ(boxesOfGenerate(1), QStringList{"Error|area bytes file is not in a csv format"});
+    EXPECT_EQ(edit("areaKey")->text(), "");
+    edit("areaKey")->setText(folder.path("absent.kcsv"));
+    EXPECT_EQ(boxesOfGenerate(2).last(), "Error|Failure to open Key areas file");
+    EXPECT_EQ(boxesOfGenerate(1), QStringList{"Error|Continuation token address is empty"});
+}
+
+}  // namespace

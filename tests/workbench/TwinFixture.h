@@ -1,0 +1,108 @@
+#pragma once
+#include "support/DialogAnswers.h"
+#include "support/QtPrinters.h"
+#include "support/ScratchFolder.h"
+#include "workbench/CentralWidget.h"
+#include "workbench/TwinTab.h"
+
+#include <QCheckBox>
+#include <QComboBox>
+#include <QHeaderView>
+#include <QLabel>
+#include <QLineEdit>
+#include <QListView>
+#include <QPushButton>
+#include <QTableWidget>
+#include <QTest>
+
+#include <gtest/gtest.h>
+
+/// The real form over a folder of small, valid inputs. Widgets are reached by object name, as an
+/// outside program would.
+class TwinFixture : public ::testing::Test
+{
+protected:
+    explicit TwinFixture(QString kind) : m_kind(std::move(kind)) { form.show(); }
+
+    template <typename Widget>
+    Widget *widget(const QString &rest)
+    {
+        auto *found = form.findChild<Widget *>(m_kind + '_' + rest);
+        EXPECT_NE(found, nullptr) << (m_kind + '_' + rest).toStdString();
+        return found;
+    }
+    QLineEdit *edit(const QString &row) { return widget<QLineEdit>(row + "_edit"); }
+    void click(const QString &name)
+    {
+        QTest::mouseClick(widget<QPushButton>(name), Qt::LeftButton);
+    }
+    void chooseMcu(int index) { widget<QComboBox>("mcu_combo")->setCurrentIndex(index); }
+    bool canGenerate() { return widget<QPushButton>("generate_ok")->isEnabled(); }
+    int rowsOf(const QString &row) { return widget<QListView>(row + "_list")->model()->rowCount(); }
+    void select(const QString &row, int index)
+    {
+        auto *view = widget<QListView>(row + "_list");
+        view->setCurrentIndex(view->model()->index(index, 0));
+    }
+    /// Cells of a table, row by row: "a|b".
+    QStringList cells(const QString &name)
+    {
+        QStringList rows;
+        const auto *table = widget<QTableWidget>(name);
+        for (int row = 0; row < table->rowCount(); ++row) {
+            QStringList cells;
+            for (int column = 0; column < table->columnCount(); ++column) {
+                const QTableWidgetItem *item = table->item(row, column);
+                cells << (item == nullptr ? QString() : item->text());
+            }
+            rows << cells.join('|');
+        }
+        return rows;
+    }
+    /// Names of a table's headings, beside or above its cells.
+    QStringList headings(const QString &name)
+    {
+        QStringList names;
+        const auto *table = widget<QTableWidget>(name);
+        const bool above = table->verticalHeader()->isHidden();
+        const int count = above ? table->columnCount() : table->rowCount();
+        for (int at = 0; at < count; ++at) {
+            names << (above ? table->horizontalHeaderItem(at) : table->verticalHeaderItem(at))
+                         ->text();
+        }
+        return names;
+    }
+
+    /// Fills key, nonce, option bytes and output with files that pass every check.
+    void fillFields()
+    {
+        edit("key")->setText(folder.file("key.bin", std::string(16, 'k')));
+        edit("nonce")->setText(folder.file("nonce.bin", std::string(12, 'n')));
+        edit("optionBytes")->setText(folder.file("ob.csv", "0x1,0xAABBCCDD\n"));
+        output = folder.path("out." + m_kind);
+        edit("output")->setText(output);
+    }
+    /// Adds a raw binary through the list's dialogs.
+    void addBinary(const QString &row, const QString &path, const QString &address)
+    {
+        DialogAnswers boxes(
+            {path, DialogAnswer([address](QDialog &dialog) {
+                 dialog.findChild<QLineEdit *>("address_start_edit")->setText(address);
+                 dialog.findChild<QPushButton *>()->setFocus();
+                 QTest::keyClick(&dialog, Qt::Key_Return);
+             })});
+        click(row + "_add");
+    }
+    static QByteArray contentsOf(const QString &path)
+    {
+        QFile file(path);
+        return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
+    }
+
+    ScratchFolder folder;
+    QString output;
+    CentralWidget form{1};
+
+private:
+    QString m_kind;
+};
