@@ -39,7 +39,7 @@ function(project_add_test name)
         DISCOVERY_TIMEOUT 60
         PROPERTIES
         TIMEOUT 120
-        ENVIRONMENT "QT_QPA_PLATFORM=offscreen;LSAN_OPTIONS=suppressions=${CMAKE_SOURCE_DIR}/tests/support/lsan.supp:print_suppressions=0")
+        ENVIRONMENT "QT_QPA_PLATFORM=offscreen")
 endfunction()
 
 # project_add_fuzzer(name SOURCES ... LINK ...): a libFuzzer program; it writes its own seeds.

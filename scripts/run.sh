@@ -29,7 +29,7 @@ cleanup() {
 trap cleanup EXIT
 
 # Xvfb finds a free display by itself and writes its number once it accepts clients.
-Xvfb -displayfd 3 -screen 0 1920x1200x24 -nolisten tcp 3>"$scratch/display" >"$scratch/xvfb.log" 2>&1 &
+Xvfb -displayfd 3 -dpi 96 -screen 0 1920x1200x24 -nolisten tcp 3>"$scratch/display" >"$scratch/xvfb.log" 2>&1 &
 screen=$!
 for _ in $(seq 100); do
     [ ! -s "$scratch/display" ] || break

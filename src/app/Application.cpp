@@ -45,6 +45,7 @@ void describeApplication(QApplication &application)
     QApplication::setApplicationName(QStringLiteral("VDR32 Sealed Package Builder"));
     QApplication::setApplicationVersion(QStringLiteral("2.15.0"));
     QApplication::setOrganizationName(QStringLiteral("Vendrelis"));
+    QApplication::setDesktopFileName(QStringLiteral("com.vendrelis.SealedPackageBuilder"));
     QApplication::setWindowIcon(QIcon(QStringLiteral(":/appIcon.png")));
     QFile style(QStringLiteral(":/style.qss"));
     static_cast<void>(style.open(QIODevice::ReadOnly));

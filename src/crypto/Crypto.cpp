@@ -1,5 +1,7 @@
 #include "crypto/Crypto.h"
 
+#include "report/DisplayMng.h"
+
 #include <openssl/crypto.h>
 
 Crypto::Crypto()
@@ -12,3 +14,18 @@ Crypto::Crypto()
 
 // Out of line, so that the symbol exists for those who look it up by name.
 Crypto::~Crypto() = default;
+
+int Crypto::GetPubKeyBin(evp_pkey_st *, unsigned char **, unsigned long *)
+{
+    DisplayMng::getInstance().logMessage(5, L"Not supported operation\n");
+    return 0;
+}
+
+int Crypto::Buffer_Cleanup(unsigned char *buffer)
+{
+    if (buffer == nullptr) {
+        return 0;
+    }
+    OPENSSL_free(buffer);
+    return 1;
+}

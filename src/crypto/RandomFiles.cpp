@@ -1,26 +1,17 @@
 #include "crypto/Crypto.h"
-#include "files/base/SafeWriter.h"
+#include "crypto/KeyFileWriter.h"
 #include "files/base/Wipe.h"
 #include "report/DisplayMng.h"
 
 #include <QFile>
 
-#include <cerrno>
-#include <cstring>
-#include <fcntl.h>
 #include <new>
 #include <openssl/rand.h>
-#include <unistd.h>
 
 namespace
 {
 
 constexpr int kSspKeyBytes = 16;
-
-QString fromBytes(const unsigned char *path)
-{
-    return QFile::decodeName(reinterpret_cast<const char *>(path));
-}
 
 void report(int level, const wchar_t *format, const QString &path)
 {
@@ -44,20 +35,6 @@ files::Result<files::SecretBytes> randomBytes(int size)
     }
 }
 
-/// The writer of secrets would rename over a read-only file. A random file isn't locked after it is
-/// made, so an old one that can't be opened for writing was locked by someone on purpose.
-files::Result<files::SafeWriter> openTarget(const QString &path)
-{
-    const int file = ::open(QFile::encodeName(path).constData(), O_WRONLY | O_NONBLOCK | O_CLOEXEC);
-    if (file < 0 && errno != ENOENT) {
-        return files::fail(files::ErrorCode::CannotOpen, std::strerror(errno));
-    }
-    if (file >= 0) {
-        ::close(file);
-    }
-    return files::SafeWriter::open(path, files::Secrecy::Secret);
-}
-
 int writeRandomFile(const QString &path, int size)
 {
     const auto bytes = randomBytes(size);
@@ -68,7 +45,8 @@ int writeRandomFile(const QString &path, int size)
     if (QFile::exists(path)) {
         report(4, L"The file %s already exists, it will be overwritten", path);
     }
-    auto writer = openTarget(path);
+    // Random files aren't locked after they are made, so a locked one was meant to stay.
+    auto writer = crypto::openKeyFile(path, crypto::OldFile::MustBeUsable);
     if (!writer) {
         report(5, L"Failed to create output file : %s", path);
         return -1;
@@ -95,7 +73,7 @@ int Crypto::generateSspKey(const QString &path)
 
 int Crypto::generateSspKey(unsigned char *path)
 {
-    return generateSspKey(fromBytes(path));
+    return generateSspKey(crypto::fromBytes(path));
 }
 
 int Crypto::generateEncryptionandNonce(const QString &path, int size)
@@ -105,5 +83,5 @@ int Crypto::generateEncryptionandNonce(const QString &path, int size)
 
 int Crypto::generateEncryptionandNonce(unsigned char *path, int size)
 {
-    return generateEncryptionandNonce(fromBytes(path), size);
+    return generateEncryptionandNonce(crypto::fromBytes(path), size);
 }

@@ -1,5 +1,6 @@
 #include "files/FileManager.h"
 #include "files/FileNames.h"
+#include "files/TextLines.h"
 #include "files/WholeFile.h"
 #include "files/base/LittleEndian.h"
 #include "files/base/Ownership.h"
@@ -62,11 +63,9 @@ std::optional<Bytes> valuesOf(std::string_view text, const Dialect &dialect)
 {
     Bytes values;
     while (!text.empty()) {
-        const std::size_t end = text.find('\n');
-        if (!appendLine(text.substr(0, end), dialect, values)) {
+        if (!appendLine(files::takeLine(text), dialect, values)) {
             return std::nullopt;
         }
-        text.remove_prefix(end == std::string_view::npos ? text.size() : end + 1);
     }
     return values;
 }

@@ -153,6 +153,9 @@ constexpr auto readCsv = &readWith<FileData, &FileManager::extract_csv_config, f
 constexpr auto readSfi = &readWith<FileSFI, &FileManager::SFI_Parsing, file_type::kSfi>;
 constexpr auto readSsfi = &readWith<FileSFI, &FileManager::SSFI_Parsing, file_type::kSsfi>;
 
+constexpr auto readModules =
+    &readWith<FileMCSV, &FileManager::extract_mcsv_config, file_type::kMcsv>;
+
 /// A format that this version knows by its ending only.
 OwnedRecord readLater(FileManager &, QFile &file)
 {
@@ -168,11 +171,11 @@ struct Format {
 };
 
 constexpr Format kFormats[] = {
-    {".smi", readSmi},     {".smu", readLater},  {".hex", readHexSrec}, {".srec", readHexSrec},
-    {".s19", readHexSrec}, {".elf", readLater},  {".axf", readLater},   {".o", readLater},
-    {".so", readLater},    {".out", readLater},  {".tsv", readLater},   {".csv", readCsv},
-    {".kcsv", readCsv},    {".sfi", readSfi},    {".sfix", readSfi},    {".ssfi", readSsfi},
-    {".obk", readObk},     {".mcsv", readLater},
+    {".smi", readSmi},     {".smu", readLater},    {".hex", readHexSrec}, {".srec", readHexSrec},
+    {".s19", readHexSrec}, {".elf", readLater},    {".axf", readLater},   {".o", readLater},
+    {".so", readLater},    {".out", readLater},    {".tsv", readLater},   {".csv", readCsv},
+    {".kcsv", readCsv},    {".sfi", readSfi},      {".sfix", readSfi},    {".ssfi", readSsfi},
+    {".obk", readObk},     {".mcsv", readModules},
 };
 
 /// @return the reader for the path's ending, or null when no format claims it

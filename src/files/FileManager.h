@@ -35,10 +35,20 @@ public:
     /// @return false when segments of two files overlap; that has been reported
     bool MergeFiles(const std::vector<FileData *> &files, FileData **merged);
 
+    // The readers behind `Open`. Each reads an open file from its start, fills a fresh record, sets
+    // its type, and returns false after a report; the record then holds what was read so far.
+
+    /// Intel HEX or S-record text, whichever the text is; sorted and reduced.
     bool HexSrec_Parsing(QFile *file, FileData *data);
+    /// An SFI or SFIx image up to its first `C` area, with the checks of its areas.
     bool SFI_Parsing(QFile *file, FileSFI *image);
+    /// The same for an SSFI image.
     bool SSFI_Parsing(QFile *file, FileSFI *image);
+    /// Option bytes: address and value pairs, or hexadecimal values alone when the name ends in
+    /// ".kcsv". Gives one segment of 32-bit values, lowest byte first.
     bool extract_csv_config(QFile *file, FileData *data);
+    /// A modules list, with all files that it names. Overwrites `paddingByte` when one is a HEX.
+    bool extract_mcsv_config(QFile *file, FileMCSV *modules);
 
     /// Writes raw binary: the first segment's address is file offset 0, holes take the padding
     /// byte. The segments must be sorted; starts more than 0x1FFFFFFF apart are refused.
@@ -55,6 +65,7 @@ public:
     /// Writes S-records, all of the kind that the highest address needs. Otherwise as above.
     bool SaveSrecFile(FileData *file, const std::wstring &path);
 
+    /// Fills the holes of up to 31 bytes; the last `Open` decides.
     unsigned char paddingByte = 0xFF;
 };
 

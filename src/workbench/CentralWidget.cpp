@@ -81,6 +81,7 @@ void CentralWidget::createPages()
         return page;
     };
     tabWidget = new QTabWidget(this);
+    tabWidget->setElideMode(Qt::ElideRight);  // the whole title is its tool tip
     tabWidget->setObjectName(QStringLiteral("workbench_tabs"));
     tabWidget->setAccessibleName(tr("Workbench tabs"));
     tabWidget->installEventFilter(new ResizeFilter(tabWidget));

@@ -185,6 +185,7 @@ void CentralWidget::displayHamburger()
 {
     isHamburgerOpen = !isHamburgerOpen;
     panelFrame->setFixedWidth(isHamburgerOpen ? kOpenWidth : kClosedWidth);
+    update();  // at a scale such as 104 % a row of the moved tabs would stay behind
     hamburgerButton->setIcon(QIcon(isHamburgerOpen ? QStringLiteral(":/rotateHamburger.png")
                                                    : QStringLiteral(":/hamburger.png")));
     static const QFont fontLabel(QStringLiteral("Segoe UI"), 11);
@@ -223,14 +224,14 @@ void CentralWidget::highlightCurrentIcon(const QString &name)
     for (const Row &row : rows) {
         const bool chosen = name.compare(QLatin1String(row.name), Qt::CaseInsensitive) == 0;
         // Bare declarations and a rule in one sheet don't parse, so the declarations get a
-        // selector.
+        // selector. The panel's round corners would leave a notch between button and label.
         row.button->setStyleSheet(
-            chosen ? QLatin1String("QPushButton{border:none;") + QLatin1String(kGradient) +
-                         QLatin1Char('}') + hover
+            chosen ? QLatin1String("QPushButton{border:none;border-radius:0px;") +
+                         QLatin1String(kGradient) + QLatin1Char('}') + hover
                    : QLatin1String("QPushButton{background: transparent; border:none;}") + hover);
         row.label->setStyleSheet(
-            chosen ? QLatin1String("QLabel{color: white;") + QLatin1String(kGradient) +
-                         QLatin1Char('}')
+            chosen ? QLatin1String("QLabel{color: white;border-radius:0px;") +
+                         QLatin1String(kGradient) + QLatin1Char('}')
                    : QStringLiteral("QLabel{color: white;background: transparent;}"));
     }
     helpButton->setStyleSheet(QLatin1String("QPushButton{border:none;}") + hover);

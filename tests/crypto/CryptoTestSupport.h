@@ -1,5 +1,6 @@
 #pragma once
 #include "crypto/Crypto.h"
+#include "crypto/Handles.h"
 #include "report/DisplayMng.h"
 
 #include <QDir>
@@ -7,10 +8,47 @@
 #include <QTemporaryDir>
 
 #include <csignal>
+#include <cstring>
+#include <functional>
 #include <gtest/gtest.h>
+#include <openssl/ec.h>
+#include <openssl/err.h>
+#include <openssl/rsa.h>
 #include <sys/resource.h>
 #include <sys/stat.h>
 #include <unistd.h>
+
+/// A path or password as the key service takes it.
+class Chars
+{
+public:
+    Chars(QByteArray text) : m_text(std::move(text)) {}
+    operator unsigned char *() { return reinterpret_cast<unsigned char *>(m_text.data()); }
+
+private:
+    QByteArray m_text;
+};
+
+/// One pair for all tests of a program: making one takes a while.
+inline EVP_PKEY *rsaKey()
+{
+    static const crypto::EvpKey key(EVP_RSA_gen(2048));
+    return key.get();
+}
+
+inline EVP_PKEY *p256Key()
+{
+    static const crypto::EvpKey key(EVP_EC_gen("P-256"));
+    return key.get();
+}
+
+/// What `action` prints on standard output.
+inline std::string printedBy(const std::function<void()> &action)
+{
+    ::testing::internal::CaptureStdout();
+    action();
+    return ::testing::internal::GetCapturedStdout();
+}
 
 /// A folder of its own and a record of every message as "level|text".
 class CryptoTest : public ::testing::Test
@@ -82,6 +120,34 @@ public:
 
 private:
     rlimit m_before = {};
+};
+
+/// Types `text` for whoever asks on standard input.
+class Typing
+{
+public:
+    explicit Typing(const QByteArray &text) : m_before(::dup(STDIN_FILENO))
+    {
+        int ends[2] = {};
+        m_done =
+            ::pipe(ends) == 0 &&
+            ::write(ends[1], text.data(), static_cast<std::size_t>(text.size())) == text.size() &&
+            ::dup2(ends[0], STDIN_FILENO) == STDIN_FILENO;
+        ::close(ends[0]);
+        ::close(ends[1]);
+    }
+    ~Typing()
+    {
+        ::dup2(m_before, STDIN_FILENO);
+        ::close(m_before);
+    }
+    Typing(const Typing &) = delete;
+    Typing &operator=(const Typing &) = delete;
+    [[nodiscard]] bool done() const { return m_done; }
+
+private:
+    int m_before;
+    bool m_done = false;
 };
 
 /// Root may write anything, so tests of refused writes step down to a plain user, who gets the

@@ -11,6 +11,11 @@ struct CsvRow {
     std::vector<std::uint32_t> values;  ///< empty: refused
 };
 
+void PrintTo(const CsvRow &row, std::ostream *out)
+{
+    *out << row.name;
+}
+
 class Csv : public OpenFixture, public ::testing::WithParamInterface<CsvRow>
 {
 };

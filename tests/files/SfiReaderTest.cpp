@@ -60,6 +60,11 @@ struct SfiFault {
     const char *text;
 };
 
+void PrintTo(const SfiFault &row, std::ostream *out)
+{
+    *out << row.name;
+}
+
 class SfiFaults : public OpenFixture, public ::testing::WithParamInterface<SfiFault>
 {
 };
