@@ -61,7 +61,8 @@ std::string describe(const PlanArea &area)
 {
     std::string text = sourceName(area.source);
     if (area.ordinal != 0) {
-        text += " " + std::to_string(area.ordinal);
+        text += ' ';
+        text += std::to_string(area.ordinal);
     }
     text += " (";
     if (area.source != Source::Ssfi && area.source != Source::KeyArea &&
@@ -71,7 +72,8 @@ std::string describe(const PlanArea &area)
     // What the user gave: without the heads, trailers and padding that the image adds.
     const std::uint64_t bytes =
         area.extent.empty() ? area.size : area.extent.end - area.extent.begin;
-    return text + std::to_string(bytes) + " bytes)";
+    text += std::to_string(bytes);
+    return text + " bytes)";
 }
 
 void appendExternalArea(Plan &plan, std::uint32_t address, ByteView firmware,

@@ -128,6 +128,12 @@ TEST_F(SpbUnpack, WritesFirmwareWithHolesFilledAndSingleAreas)
     const QString key = put("key.bin", request.key);
     ASSERT_EQ(run({image, "--key", key, "--out", path("out.bin")}), 0) << err.constData();
     EXPECT_EQ(contents("out.bin").toHex(), "000102030405060708090a0b0c0d0e0f050607ffffffffff09");
+    // The hole between 0x08000013 and 0x08000018 stays one.
+    ASSERT_EQ(run({image, "--key", key, "--out", path("out.HEX")}), 0) << err.constData();
+    EXPECT_EQ(contents("out.HEX").count(":01001800"), 1) << contents("out.HEX").constData();
+    ASSERT_EQ(run({image, "--key", key, "--out", path("out.s19")}), 0) << err.constData();
+    EXPECT_EQ(contents("out.s19").count("S30608000018"), 1) << contents("out.s19").constData();
+    EXPECT_TRUE(err.isEmpty()) << err.constData();
     ASSERT_EQ(run({image, "--key", key, "--area", "10", "--out", path("options")}), 0);
     EXPECT_EQ(contents("options").toHex(), "01020304");
     EXPECT_EQ(run({image, "--key", key, "--area", "11", "--out", path("none")}), 4);
@@ -167,6 +173,7 @@ TEST_F(SpbUnpack, ExitStatusNamesTheFault)
     SfiRequestBuilder request;
     const QByteArray image = request.build();
     const QString good = put("a.sfi", image);
+    const QString full = put("f.sfi", request.firmware(0, {1}).build());
     const QString key = put("key.bin", request.key);
     const QString shortKey = put("short.bin", request.key.left(15));
     const struct {
@@ -185,6 +192,7 @@ TEST_F(SpbUnpack, ExitStatusNamesTheFault)
         {"no such key", {good, "--key", path("none")}, 3},
         {"unknown output format", {good, "--key", key, "--out", path("o.elf")}, 3},
         {"no firmware to write", {good, "--key", key, "--out", path("o.bin")}, 4},
+        {"no folder for firmware", {full, "--key", key, "--out", path("x/y.bin")}, 4},
         {"no such folder", {good, "--key", key, "--area", "1", "--out", path("x/y")}, 4},
         {"no such image", {path("none.sfi")}, 1},
         {"a folder", {path(".")}, 1},

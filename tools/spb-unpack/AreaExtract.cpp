@@ -1,6 +1,8 @@
 #include "AreaExtract.h"
 
+#include "files/FileManager.h"
 #include "files/base/SafeWriter.h"
+#include "report/DisplayMng.h"
 
 #include <QFile>
 
@@ -18,6 +20,39 @@ using files::Result;
 using namespace preparation;
 
 constexpr std::uint64_t kMaxSpan = 0x1FFFFFFF;
+constexpr int kErrorLevel = 5;
+
+enum class Format { Unknown, Binary, IntelHex, SRecord };
+
+Format formatOf(const QString &path)
+{
+    const auto endsIn = [&path](const char *ending) {
+        return path.endsWith(QLatin1String(ending), Qt::CaseInsensitive);
+    };
+    if (endsIn(".bin")) {
+        return Format::Binary;
+    }
+    if (endsIn(".hex")) {
+        return Format::IntelHex;
+    }
+    return endsIn(".srec") || endsIn(".s19") ? Format::SRecord : Format::Unknown;
+}
+
+bool save(Format format, FileData &firmware, const std::wstring &path)
+{
+    FileManager manager;
+    switch (format) {
+    case Format::Binary:
+        return manager.SaveFile(&firmware, path) >= 0;
+    case Format::IntelHex:
+        return manager.SaveHexFile(&firmware, path);
+    case Format::SRecord:
+        return manager.SaveSrecFile(&firmware, path);
+    case Format::Unknown:
+        break;
+    }
+    return false;
+}
 
 }  // namespace
 
@@ -54,35 +89,44 @@ Result<std::vector<Run>> firmwareRuns(const OpenedImage &image)
     return runs;
 }
 
-Result<void> writeBinary(const std::vector<Run> &runs, const std::string &path)
-{
-    const std::uint64_t start = runs.front().address;
-    const std::uint64_t span = runs.back().address + runs.back().bytes.size() - start;
-    if (span > kMaxSpan) {
-        return fail(ErrorCode::Refused, "the firmware spans " + std::to_string(span) +
-                                            " bytes, a binary may have " +
-                                            std::to_string(kMaxSpan));
-    }
-    std::vector<std::uint8_t> binary(span, 0xFF);
-    for (const Run &run : runs) {
-        std::copy(run.bytes.begin(), run.bytes.end(),
-                  binary.begin() + static_cast<std::ptrdiff_t>(run.address - start));
-    }
-    return files::writeWhole(QFile::decodeName(path.c_str()), binary);
-}
-
 bool isFirmwareName(const std::string &path)
 {
-    return QFile::decodeName(path.c_str()).endsWith(".bin", Qt::CaseInsensitive);
+    return formatOf(QFile::decodeName(path.c_str())) != Format::Unknown;
 }
 
 Result<void> writeFirmware(const OpenedImage &image, const std::string &path)
 {
-    const auto runs = firmwareRuns(image);
+    auto runs = firmwareRuns(image);
     if (!runs) {
         return tl::unexpected(runs.error());
     }
-    return writeBinary(*runs, path);
+    FileData firmware;
+    for (Run &run : *runs) {
+        firmware.segments.push_back(
+            {run.address, static_cast<std::uint32_t>(run.bytes.size()), run.bytes.data()});
+    }
+    firmware.segmentCount = static_cast<std::uint32_t>(firmware.segments.size());
+    const QString target = QFile::decodeName(path.c_str());
+    const Format format = formatOf(target);
+    const std::uint64_t span =
+        runs->back().address + runs->back().bytes.size() - runs->front().address;
+    if (format == Format::Binary && span > kMaxSpan) {
+        return fail(ErrorCode::Refused, "the firmware spans " + std::to_string(span) +
+                                            " bytes, a binary may have " +
+                                            std::to_string(kMaxSpan));
+    }
+    // The writers report through the program's one sink; here their words become the error's.
+    std::wstring refusal = L"the file can't be written";
+    DisplayMng::getInstance().displayCallback = [&refusal](int level, const wchar_t *text) {
+        refusal = level == kErrorLevel ? text : refusal;
+    };
+    const bool written = save(format, firmware, target.toStdWString());
+    DisplayMng::getInstance().displayCallback = nullptr;
+    if (!written) {
+        const QString text = QString::fromStdWString(refusal).remove(QLatin1String("Error: "));
+        return fail(ErrorCode::WriteFailed, text.toStdString());
+    }
+    return {};
 }
 
 Result<void> writeArea(const OpenedImage &image, std::uint32_t index, const std::string &path)

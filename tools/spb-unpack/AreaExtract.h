@@ -17,15 +17,15 @@ struct Run {
 /// @return Refused when there is none, or one lies over another or past the address space
 files::Result<std::vector<Run>> firmwareRuns(const preparation::OpenedImage &image);
 
-/// Writes the runs as one raw binary from the lowest address on, holes filled with 0xFF.
-/// @param path  in the system's encoding
-/// @return Refused when they span more than 0x1FFFFFFF bytes; the failures of the safe writer
-files::Result<void> writeBinary(const std::vector<Run> &runs, const std::string &path);
-
-/// Whether `writeFirmware` knows a format for the file name's ending.
+/// Whether `writeFirmware` knows a format for the file name's ending, in upper or lower case:
+/// `.bin`, `.hex`, `.srec`, `.s19`.
 bool isFirmwareName(const std::string &path);
 
-/// Writes the `F` areas in the format of the file name's ending.
+/// Writes the `F` areas in the format of the file name's ending; holes of a raw binary are 0xFF.
+/// @param path  in the system's encoding
+/// @return Refused when there is no firmware, or a raw binary would span more than 0x1FFFFFFF
+/// bytes;
+///         WriteFailed with the writer's own words
 files::Result<void> writeFirmware(const preparation::OpenedImage &image, const std::string &path);
 
 /// Writes the plain bytes of one area.

@@ -69,7 +69,7 @@ int run(const unpack::Options &options)
         return printed ? kFine : kOutputFailed;
     }
     if (options.out && !options.area && !unpack::isFirmwareName(*options.out)) {
-        return complain(kUsage, "the name after --out must end in .bin");
+        return complain(kUsage, "the name after --out must end in .bin, .hex, .srec or .s19");
     }
     files::SecretBytes key;
     if (options.key) {
