@@ -15,6 +15,7 @@ bool CentralWidget::showCheckedSfi(const QString &path, const FileType &record)
     if (record.type != file_type::kSfi && record.type != file_type::kSsfi) {
         return false;
     }
+    sfiTab->form()->showImagePane();
     sfiTab->showImage(path, static_cast<const FileSFI &>(record), QStringLiteral("01"));
     return true;
 }

@@ -1,15 +1,19 @@
 #include "app/WindowUnderTest.h"
 #include "support/DialogAnswers.h"
+#include "support/SfiBytes.h"
 
 #include <QAction>
 #include <QApplication>
 #include <QClipboard>
 #include <QCloseEvent>
+#include <QComboBox>
 #include <QDesktopServices>
 #include <QLineEdit>
 #include <QMenu>
 #include <QMenuBar>
+#include <QPushButton>
 #include <QScrollArea>
+#include <QTableWidget>
 #include <QTemporaryDir>
 #include <QTest>
 #include <QToolBar>
@@ -136,6 +140,45 @@ TEST_F(CheckImage, RefusedFileGetsTheReadersBoxAlone)
     window->Check();
     ASSERT_EQ(boxes.seen().size(), 2u);
     EXPECT_TRUE(boxes.seen()[1].text.startsWith("Error: ")) << boxes.seen()[1].text.toStdString();
+}
+
+TEST_F(CheckImage, ValidImageFillsThePaneAndClearEmptiesIt)
+{
+    const auto bytes = sfiBytes({{'F', 0x08000000, 1024}, {'C', 0, 36}}).done();
+    const QString path = write("a.sfi", QByteArray(reinterpret_cast<const char *>(bytes.data()),
+                                                   static_cast<int>(bytes.size())));
+    const auto cell = [this](const char *table, int row, int column) {
+        const QTableWidgetItem *item = window->findChild<QTableWidget *>(table)->item(row, column);
+        return item == nullptr ? QString() : item->text();
+    };
+    {
+        DialogAnswers boxes({path, QMessageBox::Ok});
+        window.form().displayWB_Tabs();
+        window->Check();
+        EXPECT_EQ(boxes.texts()[1], "Success|Valid SFI file");
+    }
+    EXPECT_EQ(cell("sfi_imageInfo_table", 0, 0), "a.sfi");
+    EXPECT_EQ(cell("sfi_imageInfo_table", 0, 2), "01");
+    EXPECT_EQ(cell("sfi_imageInfo_segments", 0, 1), "Firmware");
+    EXPECT_EQ(cell("sfi_imageInfo_segments", 1, 1), "Configuration");
+    {
+        DialogAnswers boxes({write("b.smi", "SMIMAGIC and more"), QMessageBox::Ok});
+        window->Check();
+        EXPECT_EQ(boxes.texts()[1], "Error|This version can't show SMI files yet");
+    }
+    EXPECT_EQ(cell("sfi_imageInfo_table", 0, 0), "") << "an earlier image is still shown";
+
+    DialogAnswers boxes({path, QMessageBox::Ok});
+    window->Check();
+    auto *key = window->findChild<QLineEdit *>("sfi_key_edit");
+    key->setText("/tmp/key.bin");
+    window.form().sfiMcuCombo->setCurrentIndex(3);
+    window->Clear();
+    EXPECT_EQ(cell("sfi_imageInfo_table", 0, 0), "");
+    EXPECT_EQ(window->findChild<QTableWidget *>("sfi_imageInfo_segments")->rowCount(), 0);
+    EXPECT_EQ(key->text(), "");
+    EXPECT_EQ(window.form().sfiMcuCombo->currentIndex(), 3);
+    EXPECT_FALSE(window->findChild<QPushButton *>("sfi_generate_ok")->isEnabled());
 }
 
 TEST_F(CheckImage, CancelDoesNothing)

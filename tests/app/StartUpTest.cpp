@@ -191,19 +191,4 @@ TEST(StartUpState, PagesGrowWithEveryLookAtH5ButTheShownOneStays)
     EXPECT_EQ(window.form().obkeyTabIndex, 0);
 }
 
-TEST(StartUpState, ManyArgumentsEndAndNumberTheirTabs)
-{
-    QStringList arguments;
-    DialogAnswers boxes;
-    for (int i = 0; i < 300; ++i) {
-        arguments << "-pb";
-    }
-    for (int i = 0; i < 254; ++i) {
-        boxes.expect(QMessageBox::Ok);
-    }
-    const WindowUnderTest window(arguments);
-    EXPECT_EQ(window.tabs().count(), 254);
-    EXPECT_EQ(window.tabs().currentIndex(), 253);
-}
-
 }  // namespace
