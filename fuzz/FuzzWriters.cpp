@@ -24,7 +24,8 @@ PlainImage imageFrom(std::span<const std::uint8_t> input)
     files::ByteCursor in(input);
     while (in.left() >= 7 && image.size() < 4) {
         const std::uint32_t address = in.u32le();
-        const std::uint32_t size = in.u16le();
+        // Enough for a block of the HEX writer and a little of the next.
+        const std::uint32_t size = in.u16le() % 0x2200;
         std::uint8_t value = in.u8();
         std::vector<std::uint8_t> bytes(std::min(size, UINT32_MAX - address));
         std::generate(bytes.begin(), bytes.end(), [&value] { return value++; });

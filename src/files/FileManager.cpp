@@ -149,6 +149,7 @@ OwnedRecord readWith(FileManager &manager, QFile &file)
 constexpr auto readHexSrec =
     &readWith<FileData, &FileManager::HexSrec_Parsing, file_type::kIntelHex>;
 
+constexpr auto readElf = &readWith<FileELF, &FileManager::ELF_Parsing, file_type::kElf>;
 constexpr auto readCsv = &readWith<FileData, &FileManager::extract_csv_config, file_type::kCsv>;
 constexpr auto readSfi = &readWith<FileSFI, &FileManager::SFI_Parsing, file_type::kSfi>;
 constexpr auto readSsfi = &readWith<FileSFI, &FileManager::SSFI_Parsing, file_type::kSsfi>;
@@ -172,8 +173,8 @@ struct Format {
 
 constexpr Format kFormats[] = {
     {".smi", readSmi},     {".smu", readLater},    {".hex", readHexSrec}, {".srec", readHexSrec},
-    {".s19", readHexSrec}, {".elf", readLater},    {".axf", readLater},   {".o", readLater},
-    {".so", readLater},    {".out", readLater},    {".tsv", readLater},   {".csv", readCsv},
+    {".s19", readHexSrec}, {".elf", readElf},      {".axf", readElf},     {".o", readElf},
+    {".so", readElf},      {".out", readElf},      {".tsv", readLater},   {".csv", readCsv},
     {".kcsv", readCsv},    {".sfi", readSfi},      {".sfix", readSfi},    {".ssfi", readSsfi},
     {".obk", readObk},     {".mcsv", readModules},
 };

@@ -40,6 +40,20 @@ public:
 
     /// Intel HEX or S-record text, whichever the text is; sorted and reduced.
     bool HexSrec_Parsing(QFile *file, FileData *data);
+
+    /// Reads a 32-bit ELF file: one segment for each PT_LOAD header, at its physical address, then
+    /// head and tables.
+    /// @param file  gives the name only; the file is opened anew
+    /// @return false after a report
+    bool ELF_Parsing(QFile *file, FileELF *elf);
+
+    /// Copies the first section of that name out of an ELF file of either class.
+    /// @param data  receives a `malloc` block of the section's size, zeros where the file has none
+    /// @return bytes; 0 without memory or above 0x1FFFFFFF bytes, -1 without file or section, both
+    ///         after a report
+    int GetDataFromSection(const std::string &elfPath, const std::string &sectionName,
+                           unsigned char **data);
+
     /// An SFI or SFIx image up to its first `C` area, with the checks of its areas.
     bool SFI_Parsing(QFile *file, FileSFI *image);
     /// The same for an SSFI image.

@@ -1,0 +1,292 @@
+#include "files/ElfFile.h"
+#include "files/FileManager.h"
+#include "files/base/ByteCursor.h"
+#include "files/base/FileReader.h"
+#include "files/base/Ownership.h"
+#include "report/DisplayMng.h"
+
+#include <QFileInfo>
+#include <QtEndian>
+
+#include <algorithm>
+#include <new>
+
+namespace
+{
+
+using files::ElfFile;
+using files::ElfNames;
+using files::MallocArray;
+
+constexpr std::uint64_t kMiB = 1024 * 1024;
+
+void reportError(const wchar_t *text)
+{
+    DisplayMng::getInstance().logMessage(5, L"%ls", text);
+}
+
+bool refuseAsInvalid(const QFile &file)
+{
+    DisplayMng::getInstance().logMessage(5, L"%ls is an invalid ELF file",
+                                         file.fileName().toStdWString().c_str());
+    return false;
+}
+
+/// @param input  is opened, and must outlive the result
+files::Result<ElfFile> openElf(QFile &input, const QString &path)
+{
+    if (const auto opened = files::openForReading(input, path); !opened) {
+        return tl::unexpected<files::Error>(opened.error());
+    }
+    return ElfFile::load(input);
+}
+
+void storeHead(const ElfFile &file, FileELF *elf)
+{
+    const Elf64_Ehdr &head = file.head().fields;
+    elf->elfVersion = file.head().identVersion;
+    elf->encoding = file.head().encoding;
+    elf->version = head.e_version;
+    elf->headerSize = head.e_ehsize;
+    elf->sectionEntrySize = head.e_shentsize;
+    elf->sectionCount = static_cast<std::uint16_t>(file.sections().size());
+    elf->segmentEntrySize = head.e_phentsize;
+    elf->programHeaderCount = static_cast<std::uint16_t>(file.segments().size());
+    elf->osAbi = file.head().osAbi;
+    elf->abiVersion = file.head().abiVersion;
+    elf->elfType = head.e_type;
+    elf->machine = head.e_machine;
+    elf->flags = head.e_flags;
+    elf->entry = head.e_entry;
+    elf->sectionsOffset = head.e_shoff;
+    elf->segmentsOffset = head.e_phoff;
+    elf->sectionNameIndex = head.e_shstrndx;
+}
+
+void storeSections(const ElfFile &file, FileELF *elf)
+{
+    elf->sections = file.sections();
+    if (file.head().encoding != ELFDATA2MSB) {
+        return;
+    }
+    // Offsets have always been shown as the raw little-endian words of the table.
+    for (section_header &section : elf->sections) {
+        section.fileOffset = qbswap(static_cast<quint32>(section.fileOffset));
+    }
+}
+
+/// How a load ends that can fail in two ways.
+enum class Outcome { Done, NoMemory, Unreadable };
+
+Outcome storeSegments(const ElfFile &file, FileELF *elf)
+{
+    // Forged headers may all name the same bytes; real ones hardly do.
+    std::uint64_t left = std::max(4 * file.size(), 256 * kMiB);
+    for (const files::ElfSegment &segment : file.segments()) {
+        elf->programHeaders.push_back(segment.header);
+        if (segment.header.headerType != PT_LOAD) {
+            continue;
+        }
+        const auto size = static_cast<std::size_t>(segment.header.fileSize);
+        MallocArray<std::uint8_t> block;
+        if (size <= left) {
+            block.reset(static_cast<std::uint8_t *>(std::malloc(size + 1)));
+        }
+        if (!block) {
+            return Outcome::NoMemory;
+        }
+        left -= size;
+        if (size != 0 && !file.read(segment.fileOffset, {block.get(), size})) {
+            return Outcome::Unreadable;
+        }
+        elf->segments.reserve(elf->segments.size() + 1);
+        elf->segments.push_back({static_cast<std::uint32_t>(segment.header.physicalAddress),
+                                 static_cast<std::uint32_t>(size), block.release()});
+        ++elf->segmentCount;
+    }
+    return Outcome::Done;
+}
+
+/// Fills the lists that come from sections. All tables together may take as many bytes as the file
+/// has, or a little more: only forged sections share their bytes.
+class TableReader
+{
+public:
+    TableReader(const ElfFile &file, FileELF *elf)
+        : m_file(file), m_elf(elf), m_left(std::max(file.size(), 16 * kMiB)), m_names(file.size())
+    {
+    }
+
+    void run()
+    {
+        for (const section_header &section : m_file.sections()) {
+            if (section.sectionType == SHT_SYMTAB && afford(section)) {
+                storeSymbols(section);
+            }
+        }
+        for (const section_header &section : m_file.sections()) {
+            if (section.sectionType == SHT_RELA && afford(section)) {
+                storeRelocations(section);
+            }
+        }
+        for (const section_header &section : m_file.sections()) {
+            if (section.sectionType == SHT_NOTE && afford(section)) {
+                storeNotes(m_file.data(section));
+            }
+        }
+    }
+
+private:
+    bool afford(const section_header &section)
+    {
+        if (!m_file.hasData(section) || section.sectionSize > m_left) {
+            return false;
+        }
+        m_left -= section.sectionSize;
+        return true;
+    }
+
+    /// The string table that a symbol table names; the last one is kept.
+    const std::vector<std::uint8_t> &strings(std::uint32_t index)
+    {
+        if (index != m_stringsIndex) {
+            m_stringsIndex = index;
+            m_strings.clear();
+            if (index < m_file.sections().size() && afford(m_file.sections()[index])) {
+                m_strings = m_file.data(m_file.sections()[index]);
+            }
+        }
+        return m_strings;
+    }
+
+    void storeSymbols(const section_header &section)
+    {
+        const std::vector<Elf32_Sym> entries = m_file.symbolsOf(section);
+        const std::vector<std::uint8_t> &text = strings(section.link);
+        m_elf->symbolTable.reserve(m_elf->symbolTable.size() + entries.size());
+        for (const Elf32_Sym &entry : entries) {
+            symbols &symbol = m_elf->symbolTable.emplace_back();
+            symbol.name = m_names.at(text, entry.st_name);
+            symbol.value = entry.st_value;
+            symbol.symbolSize = entry.st_size;
+            symbol.bind = entry.st_info >> 4;
+            symbol.symbolType = entry.st_info & 15;
+            symbol.sectionIndex = entry.st_shndx;
+            symbol.other = entry.st_other;
+        }
+    }
+
+    void storeRelocations(const section_header &section)
+    {
+        for (const Elf32_Rela &entry : m_file.relocationsOf(section)) {
+            m_elf->relocationTable.push_back(
+                {entry.r_offset, entry.r_info >> 8, entry.r_info & 255, entry.r_addend});
+        }
+    }
+
+    /// Names and descriptors are padded to words; a note that runs over ends the walk.
+    void storeNotes(const std::vector<std::uint8_t> &data)
+    {
+        const auto padded = [](std::uint32_t size) { return (std::uint64_t{size} + 3) / 4 * 4; };
+        files::ByteCursor in(data);
+        while (in.left() >= sizeof(Elf32_Nhdr)) {
+            const Elf32_Nhdr head =
+                m_file.noteHead(in.bytes(sizeof(Elf32_Nhdr)).first<sizeof(Elf32_Nhdr)>());
+            const auto name = in.bytes(static_cast<std::size_t>(padded(head.n_namesz)));
+            const auto descriptor = in.bytes(static_cast<std::size_t>(padded(head.n_descsz)));
+            if (!in.ok()) {
+                return;
+            }
+            notes &note = m_elf->noteTable.emplace_back();
+            note.noteType = head.n_type;
+            note.name = m_names.at(name.first(head.n_namesz), 0);
+            note.descriptorSize = head.n_descsz;
+            note.descriptor = head.n_descsz == 0 ? nullptr : descriptor.data();
+        }
+    }
+
+    const ElfFile &m_file;
+    FileELF *m_elf;
+    std::uint64_t m_left;  ///< bytes of tables that may still be read
+    ElfNames m_names;
+    std::uint32_t m_stringsIndex = SHN_UNDEF;
+    std::vector<std::uint8_t> m_strings;
+};
+
+}  // namespace
+
+bool FileManager::ELF_Parsing(QFile *file, FileELF *elf)
+{
+    elf->type = file_type::kElf;
+    elf->segmentCount = 0;
+    QFile input;
+    const auto loaded = openElf(input, file->fileName());
+    if (!loaded) {
+        return refuseAsInvalid(*file);
+    }
+    elf->elfClass = loaded->head().elfClass;
+    if (elf->elfClass == ELFCLASS64) {
+        reportError(L"64-bit ELF files are not supported");
+        return false;
+    }
+    storeHead(*loaded, elf);
+    if (elf->headerSize != sizeof(Elf32_Ehdr)) {
+        return refuseAsInvalid(*file);
+    }
+    storeSections(*loaded, elf);
+    const Outcome outcome = storeSegments(*loaded, elf);
+    if (outcome == Outcome::NoMemory) {
+        reportError(L"Unable to allocate memory");
+        return false;
+    }
+    if (outcome == Outcome::Unreadable) {
+        return refuseAsInvalid(*file);
+    }
+    TableReader(*loaded, elf).run();
+    if (elf->segmentCount == 0) {
+        return refuseAsInvalid(*file);
+    }
+    FileSegmentsTri(elf);
+    if (ReduceFileSegment(elf) != 0) {
+        DisplayMng::getInstance().logMessage(
+            4, L"File corrupted. Two or more segments defines the same memory zone");
+    }
+    return true;
+}
+
+int FileManager::GetDataFromSection(const std::string &elfPath, const std::string &sectionName,
+                                    unsigned char **data)
+{
+    constexpr std::uint64_t kLargest = 0x1FFFFFFF;
+    QFile input;
+    const QString path = QString::fromStdString(elfPath);
+    const auto loaded = openElf(input, path);
+    if (!loaded) {
+        DisplayMng::getInstance().logMessage(5, L"%s is not a valid ELF file", elfPath.c_str());
+        return -1;
+    }
+    const auto &list = loaded->sections();
+    const auto section = std::find_if(list.begin(), list.end(), [&sectionName](const auto &one) {
+        return one.name == sectionName;
+    });
+    if (section == list.end()) {
+        DisplayMng::getInstance().logMessage(5, L"%s does not name a section in this file",
+                                             sectionName.c_str());
+        return -1;
+    }
+    const auto size = static_cast<std::size_t>(section->sectionSize);
+    MallocArray<std::uint8_t> block;
+    if (size <= kLargest) {
+        // A section without bytes of its own reads as zeros.
+        block.reset(static_cast<std::uint8_t *>(std::calloc(size + 1, 1)));
+    }
+    if (!block) {
+        reportError(L"Unable to allocate memory");
+        return 0;
+    }
+    if (loaded->hasData(*section)) {
+        loaded->read(section->fileOffset, {block.get(), size});
+    }
+    *data = block.release();
+    return static_cast<int>(size);
+}
