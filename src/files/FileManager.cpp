@@ -241,11 +241,12 @@ bool FileManager::Open(const std::wstring &path, FileType **file, unsigned char 
     }
     OwnedRecord record;
     try {
-        const Format *format = isBinaryName(info.fileName()) ? nullptr : formatOf(name);
+        const bool isBinary = isBinaryName(info.fileName());
+        const Format *format = isBinary ? nullptr : formatOf(name);
         if (format != nullptr) {
             record = format->read(*this, input);
         } else {
-            if (!isBinaryName(info.fileName())) {
+            if (!isBinary) {
                 noticeUnknownEnding(input);
             }
             record = readBinary(input, position, size);

@@ -20,7 +20,7 @@ class Csv : public OpenFixture, public ::testing::WithParamInterface<CsvRow>
 {
 };
 
-TEST_P(Csv, GivesItsValuesOrTheToldRefusal)
+TEST_P(Csv, GivesItsValuesOrIsRefused)
 {
     const auto &[name, fileName, content, values] = GetParam();
     const auto record = openAs<FileData>(fileName, content);

@@ -15,7 +15,7 @@ using files::RecordOwner;
 
 constexpr std::uint8_t kPadding = 0xA7;
 
-/// The reduction as its rule is told, one pair at a time, on plain values.
+/// The reduction one pair at a time, on plain values.
 struct Reduced {
     std::vector<Piece> pieces;
     int result = 0;
@@ -137,7 +137,8 @@ TEST(ReduceFileSegment, AgreesWithThePlainRuleOnRandomLists)
 
 TEST(ReduceFileSegment, HandlesManySegmentsInLinearTime)
 {
-    // Descending, in turns touching and overlapping: the old insertion sort needed minutes.
+    // Descending, in turns touching and overlapping: quadratic sorting or joining takes many
+    // seconds.
     std::vector<Piece> pieces(200000);
     for (std::size_t i = 0; i < pieces.size(); ++i) {
         const auto fromEnd = static_cast<std::uint32_t>(pieces.size() - i);

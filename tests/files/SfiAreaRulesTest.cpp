@@ -11,7 +11,7 @@ namespace
 using files::AreaExtent;
 using Areas = std::vector<AreaExtent>;
 
-/// The rules as they are told: all pairs, in the order of the areas.
+/// The plain rules: all pairs, in the order of the areas.
 std::optional<std::wstring> refusalLiterally(const Areas &areas)
 {
     for (std::size_t i = 0; i + 1 < areas.size(); ++i) {
