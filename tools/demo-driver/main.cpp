@@ -13,6 +13,9 @@
 namespace
 {
 
+constexpr int kPollMs = 50;
+constexpr int kPatienceMs = 20000;
+
 demo::Request g_request;
 
 QPalette darkPalette()
@@ -37,25 +40,35 @@ QMainWindow *mainWindow()
     return nullptr;
 }
 
+void finish(const QString &fault)
+{
+    QTextStream(stdout) << (fault.isEmpty()
+                                ? QStringLiteral("demo-driver: wrote %1/out.sfi and %1/window.png")
+                                      .arg(g_request.outputFolder)
+                                : QStringLiteral("demo-driver: ") + fault)
+                        << '\n';
+    QApplication::exit(fault.isEmpty() ? 0 : 1);
+}
+
+/// Starts once the window shows its form: the program may handle events while it builds that.
 void drive()
 {
-    QTextStream out(stdout);
+    static int waited = 0;
     QMainWindow *window = mainWindow();
-    if (window == nullptr) {
-        out << "demo-driver: there is no main window\n";
-        QApplication::exit(1);
+    if (window == nullptr || window->centralWidget() == nullptr ||
+        !window->centralWidget()->isVisible()) {
+        if (++waited * kPollMs > kPatienceMs) {
+            finish(QStringLiteral("the main window didn't come up"));
+        } else {
+            QTimer::singleShot(kPollMs, qApp, drive);
+        }
         return;
     }
     if (g_request.isDark) {
         QApplication::setPalette(darkPalette());
         qApp->setStyleSheet(qApp->styleSheet());  // the sheet took its colours from the old palette
     }
-    const QString fault = demo::SfiDemo(*window, g_request).run();
-    out << (fault.isEmpty() ? QStringLiteral("demo-driver: wrote %1/out.sfi and %1/window.png")
-                                  .arg(g_request.outputFolder)
-                            : QStringLiteral("demo-driver: ") + fault)
-        << '\n';
-    QApplication::exit(fault.isEmpty() ? 0 : 1);
+    finish(demo::SfiDemo(*window, g_request).run());
 }
 
 /// Runs while the application object is made: the first thing its event loop does is to drive.
