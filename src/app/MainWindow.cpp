@@ -5,6 +5,7 @@
 
 #include <QCloseEvent>
 #include <QCoreApplication>
+#include <QFileInfo>
 #include <QGroupBox>
 #include <QPushButton>
 #include <QScrollArea>
@@ -24,6 +25,10 @@ MainWindow::MainWindow(int argc, char **argv, QWidget *parent) : QMainWindow(par
     centralWidget->obkeyScrollArea->hide();
     setCentralWidget(centralWidget);
     connectActions();
+    settingsPath = QCoreApplication::applicationDirPath() + QLatin1String("/Settings.ini");
+    if (QFileInfo::exists(settingsPath)) {
+        LoadSettings();
+    }
     centralWidget->launchMode = CentralWidget::Interactive;
     if (argc < 2) {
         startWithoutArguments();
@@ -180,6 +185,7 @@ int MainWindow::statusOnClose() const
 
 void MainWindow::closeEvent(QCloseEvent *event)
 {
+    SaveSettings();
     event->accept();
     m_closedStatus = statusOnClose();
     const bool noGeneration =

@@ -1,5 +1,6 @@
 #pragma once
 #include "app/CommandLine.h"
+#include "app/SettingsFile.h"
 
 #include <QMainWindow>
 #include <QString>
@@ -60,6 +61,12 @@ public:
     bool generateSettingsFile = true;
     QString logFilePath;
 
+    /// Writes the state of window and forms to `settingsPath`, unless the user has switched that
+    /// off. A failure stands in the trace only: it must not keep the window open.
+    void SaveSettings();
+    /// Restores what SaveSettings wrote; boxes tell about files that are gone.
+    void LoadSettings();
+
     void InitMenuBar();
     void InitToolsBar();
 
@@ -67,6 +74,7 @@ public slots:
     void Check();
     void Clear();
     void Log();
+    void Settings();
     void About();
     void OpenDoc();
     void OpenRef();
@@ -76,6 +84,9 @@ public slots:
     void Copy();
     void Cut();
     void Paste();
+
+signals:
+    void SettingsFound();
 
 protected:
     void closeEvent(QCloseEvent *event) override;
@@ -93,6 +104,9 @@ private:
     void takeTemplatePath(const QString &path);
     int statusOnClose() const;
 
+    void restoreForms(const app::SavedState &state);
+
     bool m_isStarting = true;
+    bool m_isRestoring = false;
     std::optional<int> m_closedStatus;
 };

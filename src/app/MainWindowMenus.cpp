@@ -57,7 +57,6 @@ void MainWindow::InitMenuBar()
     optionsMenu = addMenu(menus, "options", tr("&Options"));
     logAction = addEntry(optionsMenu, "menu_log_action", tr("&Log"));
     settingsAction = addEntry(optionsMenu, "menu_settings_action", tr("&Settings"));
-    optionsMenu->setToolTipsVisible(true);
 
     infoMenu = addMenu(menus, "help", tr("&Info"));
     aboutAction = addEntry(infoMenu, "menu_about_action", tr("&About"));
@@ -85,10 +84,6 @@ void MainWindow::InitToolsBar()
     settingsTool = addTool(toolBar, "tool_settings_action", ":/settings.png", tr("settings"));
     logsTool = addTool(toolBar, "tool_logs_action", ":/logs.png", tr("logs"));
     closeTool = addTool(toolBar, "tool_close_action", ":/close.png", tr("close"));
-    for (QAction *action : {settingsAction, settingsTool}) {
-        action->setEnabled(false);
-        action->setToolTip(tr("Settings can't be changed in this version: it saves none yet"));
-    }
 }
 
 void MainWindow::connectActions()
@@ -101,6 +96,9 @@ void MainWindow::connectActions()
     }
     for (const QAction *action : {logAction, logsTool}) {
         connect(action, &QAction::triggered, this, &MainWindow::Log);
+    }
+    for (const QAction *action : {settingsAction, settingsTool}) {
+        connect(action, &QAction::triggered, this, &MainWindow::Settings);
     }
     for (const QAction *action : {exitAction, closeTool}) {
         connect(action, &QAction::triggered, this, &MainWindow::close);

@@ -4,7 +4,10 @@
 #include "preparation/Preparation.h"
 
 #include <QFont>
+#include <QList>
 #include <QString>
+#include <QStringList>
+#include <QVariant>
 #include <QWidget>
 
 #include <cstdint>
@@ -86,6 +89,17 @@ public:
     /// @return false when the record isn't a protected image
     bool showCheckedSfi(const QString &path, const FileType &record);
     void clearForms();  ///< all tabs, shown or not; the MCU boxes keep their entries
+
+    // Saved state (SavedFirmwares.cpp). The paths are set first; each operation takes them over and
+    // shows what it can of them in the list, see TwinTab::restoreFiles.
+    QStringList firmwarePaths;
+    QStringList firmIxPaths;
+    QStringList firmExPaths;
+    void ParseSavedFirmwares(QList<QVariant> addresses);
+    void ParseSavedFirmwIx(QList<QVariant> addresses);
+    /// Of the external files only binaries and Intel HEX have entries in the four lists.
+    void ParseSavedFirmwEx(QList<QVariant> addresses, QList<QVariant> modes,
+                           QList<QVariant> numbers, QList<QVariant> keyAddresses);
 
     // SFI tab (SfiTab.cpp)
     QComboBox *sfiMcuCombo = nullptr;      ///< null until the tab is built

@@ -133,28 +133,40 @@ void TwinTab::addFiles(Row row, const QStringList &paths)
     updateGenerate();
 }
 
-void TwinTab::addFile(Row row, const QString &path)
+files::RecordOwner<FileData> TwinTab::openFor(Row row, const QString &path)
 {
     auto opened = openRecord(*m_near.fileManager, path);
     if (opened == nullptr) {
-        return;
+        return nullptr;
     }
     if (!accepts(row, opened->type)) {
         showBox(m_near.form, BoxKind::Error,
                 QStringLiteral("Unable to create an SFI image from the format of : ") +
                     QFileInfo(path).fileName());
-        return;
+        return nullptr;
     }
-    files::RecordOwner<FileData> record(static_cast<FileData *>(opened.release()));
-    const bool placed =
-        row == Row::External ? askExternalPlace(path, *record) : askPlace(row, path, *record);
-    if (!placed) {
-        return;
-    }
+    return files::RecordOwner<FileData>(static_cast<FileData *>(opened.release()));
+}
+
+void TwinTab::appendFile(Row row, const QString &path, files::RecordOwner<FileData> record)
+{
     FileList *list = m_form->list(row);
     list->rows().append(path, std::move(record));
     if (row == Row::External) {
         list->removeButton()->setEnabled(true);
+    }
+}
+
+void TwinTab::addFile(Row row, const QString &path)
+{
+    auto record = openFor(row, path);
+    if (record == nullptr) {
+        return;
+    }
+    const bool placed =
+        row == Row::External ? askExternalPlace(path, *record) : askPlace(row, path, *record);
+    if (placed) {
+        appendFile(row, path, std::move(record));
     }
 }
 

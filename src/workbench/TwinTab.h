@@ -1,6 +1,7 @@
 #pragma once
 #include "files/FileManager.h"
 #include "preparation/Preparation.h"
+#include "workbench/SavedForm.h"
 #include "workbench/SfiRequest.h"
 #include "workbench/TwinForm.h"
 
@@ -56,6 +57,15 @@ public:
     /// Disables the "Remove" buttons of the firmware lists until something is selected again.
     void dropFirmwareSelections();
 
+    // Saved state (TwinSaved.cpp)
+    [[nodiscard]] SavedForm saved() const;
+    void restoreFields(const SavedForm &form);  ///< texts and version, no lists
+
+    /// Reads the files of a list that was saved. One that can't be read or doesn't fit is left out,
+    /// reported; the others keep the places saved for them. "Corrupted settings file" ends it when
+    /// a place is missing, and what was restored so far stays.
+    void restoreFiles(Row row, const QStringList &paths, const SavedPlaces &places);
+
     void updateGenerate();  ///< enables or disables the Generate button
     void generate();
     void clear();
@@ -68,6 +78,10 @@ private:
     void chooseOwnPath(Row row);
     void chooseOutputFolder();
     void addFile(Row row, const QString &path);
+    /// @return the file as this row takes it; null when it can't, which has been reported
+    files::RecordOwner<FileData> openFor(Row row, const QString &path);
+    void appendFile(Row row, const QString &path, files::RecordOwner<FileData> record);
+    bool restorePlace(Row row, FileData &record, const SavedPlaces &places, int at);
     bool askPlace(Row row, const QString &path, FileData &record);
     bool askExternalPlace(const QString &path, FileData &record);
     void removeSelected(Row row);

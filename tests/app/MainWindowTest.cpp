@@ -48,8 +48,6 @@ TEST(MainWindow, MenusAndToolBarStandInOrder)
     for (const QAction *action : window->findChildren<QAction *>()) {
         EXPECT_TRUE(action->shortcut().isEmpty()) << action->text().toStdString();
     }
-    EXPECT_FALSE(window->settingsAction->isEnabled() || window->settingsTool->isEnabled());
-    EXPECT_FALSE(window->settingsTool->toolTip().isEmpty());
 }
 
 TEST(MainWindow, EventsBeforeTheFormAreHarmless)

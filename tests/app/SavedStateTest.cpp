@@ -1,0 +1,258 @@
+#include "app/SettingsFixture.h"
+
+namespace
+{
+
+using workbench::Row;
+
+constexpr char kHex[] = ":020000040800F2\n:0401000001020304F1\n:00000001FF\n";
+constexpr char kSRecord[] = "S1070000010203"
+                            "04EE\nS9030000FC\n";
+
+class SavedState : public SettingsFixture
+{
+protected:
+    const QString one = folder.file("one.bin", "one");
+    const QString two = folder.file("two é.bin", "two");
+    const QString hex = folder.file("three.hex", kHex);
+    const QString srec = folder.file("four.srec", kSRecord);
+    const QString smi = folder.file("five.smi", std::string("SMIMAGIC") + "data");
+
+    static void add(workbench::TwinTab *tab, Row row, const QStringList &paths,
+                    std::initializer_list<DialogAnswer> answers)
+    {
+        const DialogAnswers boxes(answers);
+        tab->addFiles(row, paths);
+    }
+    /// Lists with every kind of file, and all fields of both tabs.
+    void fillForms(const WindowUnderTest &window)
+    {
+        CentralWidget &form = window.form();
+        add(form.sfiTab, Row::Firmware, {one, hex, two}, {place("0x8000000"), place("0x90000000")});
+        add(form.sfiTab, Row::Smi, {smi}, {});
+        add(form.sfixTab, Row::Firmware, {two}, {place("0x20")});
+        add(form.sfixTab, Row::External, {one, srec, hex, two},
+            {place("0x70000000", "0x11"), place("", "0x22"), place("0x71000000", "0x33")});
+        for (const char *tab : {"sfi", "sfix"}) {
+            for (const char *row : {"key", "nonce", "optionBytes", "output", "ram", "token"}) {
+                fill(window, QByteArray(tab) + '_' + row + "_edit", QString(tab) + row + " é,;%\\");
+            }
+            widget<QSpinBox>(window, QByteArray(tab) + "_version_spin")->setValue(7);
+        }
+        fill(window, "sfix_areaKey_edit", "/area");
+    }
+    using SettingsFixture::fill;
+    static void fill(const WindowUnderTest &window, const QByteArray &name, const QString &text)
+    {
+        widget<QLineEdit>(window, name)->setText(text);
+    }
+    template <typename Widget>
+    static Widget *widget(const WindowUnderTest &window, const QByteArray &name)
+    {
+        return SettingsFixture::widget<Widget>(window, name.constData());
+    }
+    static QStringList texts(const WindowUnderTest &window)
+    {
+        QStringList all;
+        for (const auto *edit : window->findChildren<QLineEdit *>()) {
+            if (edit->objectName().startsWith("sfi")) {
+                all << edit->objectName() + '=' + edit->text();
+            }
+        }
+        return all;
+    }
+    void saveFilledForms()
+    {
+        const WindowUnderTest window;
+        fillForms(window);
+        window->close();
+    }
+};
+
+TEST_F(SavedState, FormsComeBackWholeAndReadyToGenerate)
+{
+    QStringList before;
+    {
+        const WindowUnderTest window;
+        fillForms(window);
+        before = texts(window);
+        window->close();
+    }
+    struct stat entry = {};
+    ASSERT_EQ(::stat(QFile::encodeName(settingsPath()).constData(), &entry), 0);
+    EXPECT_EQ(entry.st_mode & 0777, 0600u);
+    const DialogAnswers noBoxes;
+    const WindowUnderTest window;
+    CentralWidget &form = window.form();
+    EXPECT_EQ(texts(window), before);
+    EXPECT_EQ(places(form.sfiTab, Row::Firmware),
+              (QStringList{"one.bin@8000000", "three.hex@8000100", "two é.bin@90000000"}));
+    EXPECT_EQ(form.sfiTab->form()->list(Row::Smi)->rows().paths(), QStringList(smi));
+    EXPECT_EQ(places(form.sfixTab, Row::Firmware), QStringList("two é.bin@20"));
+    EXPECT_EQ(places(form.sfixTab, Row::External),
+              (QStringList{"one.bin@70000000", "four.srec@0", "three.hex@8000100",
+                           "two é.bin@71000000"}));
+    EXPECT_EQ(infos(*form.sfixTab),
+              (QStringList{"70000000 3 2 11", "8000100 3 2 22", "71000000 3 2 33"}));
+    EXPECT_EQ(widget<QSpinBox>(window, "sfix_version_spin")->value(), 7);
+    EXPECT_TRUE(canGenerate(window, "sfi_generate_ok"));
+    EXPECT_TRUE(canGenerate(window, "sfix_generate_ok"));
+    EXPECT_EQ(window->size(), window->minimumSize());
+}
+
+TEST_F(SavedState, KeysAndTypesAreThoseOfOtherVersions)
+{
+    saveFilledForms();
+    QSettings ini(settingsPath(), QSettings::IniFormat);
+    EXPECT_EQ(ini.value("Window/SFI/Addresses").toList().size(), 3);
+    // A list of one comes back as a list, too.
+    ASSERT_EQ(ini.value("Window/SFIx/Internal addresses").toList().size(), 1);
+    EXPECT_EQ(ini.value("Window/SFIx/Internal addresses").toList()[0].toUInt(), 0x20u);
+    EXPECT_EQ(ini.value("Window/SFIx/External addresses").toList().size(), 3);
+    EXPECT_EQ(ini.value("Window/SFIx/Key addresses").toList()[2].toUInt(), 0x33u);
+    EXPECT_TRUE(ini.contains("Window/SFI/ouput SFI file"));
+    EXPECT_TRUE(ini.contains("Window/Size") && !ini.contains("Window/size"));
+    EXPECT_TRUE(ini.value("Window/Settings/Pad").toBool());
+}
+
+TEST_F(SavedState, KeysOfOtherFormsStay)
+{
+    writeSettings("[Window]\nsize=@Size(1500 900)\nSIGN\\pass%20info=secret\nNew\\list=1, 2\n");
+    {
+        const WindowUnderTest window;
+        EXPECT_EQ(window->size(), QSize(1500, 900));
+        window->close();
+    }
+    QSettings ini(settingsPath(), QSettings::IniFormat);
+    EXPECT_EQ(ini.value("Window/SIGN/pass info"), "secret");
+    EXPECT_EQ(ini.value("Window/New/list").toStringList(), (QStringList{"1", "2"}));
+    EXPECT_EQ(ini.value("Window/Size").toSize(), QSize(1500, 900));
+}
+
+TEST_F(SavedState, FilesThatAreGoneLeaveTheOthersTheirPlaces)
+{
+    saveFilledForms();
+    QFile::remove(one);
+    QFile::remove(srec);
+    QFile::remove(smi);
+    DialogAnswers boxes({QMessageBox::Ok, QMessageBox::Ok, QMessageBox::Ok, QMessageBox::Ok});
+    const WindowUnderTest window;
+    const QString gone = "Error|Error: The file %1 does not exist, please check the file's path";
+    EXPECT_EQ(boxes.texts(), (QStringList{gone.arg("five.smi"), gone.arg("one.bin"),
+                                          gone.arg("one.bin"), gone.arg("four.srec")}));
+    CentralWidget &form = window.form();
+    EXPECT_EQ(rows(window, "sfi_smi_list"), 0);
+    EXPECT_EQ(places(form.sfiTab, Row::Firmware),
+              (QStringList{"three.hex@8000100", "two é.bin@90000000"}));
+    EXPECT_EQ(places(form.sfixTab, Row::External),
+              (QStringList{"three.hex@8000100", "two é.bin@71000000"}));
+    EXPECT_EQ(infos(*form.sfixTab), (QStringList{"8000100 3 2 22", "71000000 3 2 33"}));
+}
+
+TEST_F(SavedState, ShortListsEndTheRestoringOfTheirListOnly)
+{
+    saveFilledForms();
+    {
+        QSettings ini(settingsPath(), QSettings::IniFormat);
+        ini.setValue("Window/SFI/Addresses", QVariantList{0x8000000u, 0u});
+        ini.setValue("Window/SFIx/Mode", "2");  // one number as typed by hand
+        ini.setValue("Window/SFI/smi files", QStringList{one, ""});
+    }
+    DialogAnswers boxes({QMessageBox::Ok, QMessageBox::Ok, QMessageBox::Ok});
+    const WindowUnderTest window;
+    EXPECT_EQ(boxes.texts(),
+              (QStringList{"Error|Unable to create an SFI image from the format of : one.bin",
+                           "Error|Corrupted settings file", "Error|Corrupted settings file"}));
+    CentralWidget &form = window.form();
+    EXPECT_EQ(places(form.sfiTab, Row::Firmware),
+              (QStringList{"one.bin@8000000", "three.hex@8000100"}));
+    EXPECT_EQ(places(form.sfixTab, Row::Firmware), QStringList("two é.bin@20"));
+    EXPECT_EQ(places(form.sfixTab, Row::External),
+              (QStringList{"one.bin@70000000", "four.srec@0"}));
+    EXPECT_EQ(infos(*form.sfixTab), QStringList("70000000 3 2 11"));
+    EXPECT_EQ(rows(window, "sfi_smi_list"), 0);
+}
+
+TEST_F(SavedState, NoFileOfAnyKindBlocksStartOrClose)
+{
+    const std::pair<const char *, std::function<void()>> faults[] = {
+        {"empty", [] { writeSettings(""); }},
+        {"garbage",
+         [] { writeSettings(QByteArray::fromHex("00ff5b5d3d0a") + "[[\n=\n@Variant("); }},
+        {"wrong types",
+         [] {
+             writeSettings("[Window]\nsize=x\nSFI\\Addresses=x, y\nSFI\\Image%20version=many\n"
+                           "SFI\\firmware%20files=@Invalid()\nSFIx\\Mode=@Size(1 1)\n");
+         }},
+        {"folder", [] { QDir().mkdir(settingsPath()); }},
+        {"pipe", [] { ::mkfifo(QFile::encodeName(settingsPath()).constData(), 0600); }},
+        {"huge", [] { writeSettings("[Window]\nx=" + QByteArray(5 << 20, 'x')); }},
+    };
+    for (const auto &[name, lay] : faults) {
+        removeSettings();
+        lay();
+        const DialogAnswers noBoxes;
+        const WindowUnderTest window;
+        EXPECT_TRUE(window->paddingFF && window->generateSettingsFile) << name;
+        EXPECT_EQ(rows(window, "sfi_firmware_list"), 0) << name;
+        window->close();
+        EXPECT_EQ(window->closedStatus(), 0) << name;
+    }
+}
+
+TEST_F(SavedState, AnOldFileStaysWhenSavingIsOffOrRefused)
+{
+    {
+        const WindowUnderTest window;
+        window->generateSettingsFile = false;
+        window->close();
+        EXPECT_FALSE(QFile::exists(settingsPath()));
+    }
+    const QByteArray off = "[Window]\npath=/old\nSettings\\SetCheck=false\n";
+    writeSettings(off);
+    {
+        const WindowUnderTest window;
+        EXPECT_EQ(window.form().lastFolder, "/old");
+        window.form().lastFolder = "/new";
+        window->close();
+    }
+    EXPECT_EQ(contentsOf(settingsPath()), off);
+}
+
+TEST_F(SavedState, AWindowClosedWhileItIsRestoredSavesNothing)
+{
+    saveFilledForms();
+    QFile::remove(smi);
+    const QByteArray before = contentsOf(settingsPath());
+    const auto closeWindow = [](QDialog &dialog) {
+        for (QWidget *widget : QApplication::topLevelWidgets()) {
+            if (auto *window = qobject_cast<MainWindow *>(widget)) {
+                window->close();
+            }
+        }
+        dialog.accept();
+    };
+    const DialogAnswers boxes({DialogAnswer(closeWindow)});
+    const WindowUnderTest window;
+    EXPECT_EQ(window->closedStatus(), 0);
+    EXPECT_EQ(contentsOf(settingsPath()), before);
+    // Closing has ended all event loops; a new one lets the dialogs of other tests run.
+    QTimer::singleShot(0, qApp, &QCoreApplication::quit);
+    QApplication::exec();
+}
+
+TEST_F(SavedState, TheLogFileStartsEmptyWithTheNextRun)
+{
+    const QString log = folder.file("trace.log", "of the run before\n");
+    writeSettings("[Window]\nSettings\\logCheck=true\nSettings\\logLine=" + log.toUtf8() + '\n');
+    const WindowUnderTest window;
+    DisplayMng &display = DisplayMng::getInstance();
+    EXPECT_TRUE(window->generateLogFile && display.logToFile);
+    ASSERT_NE(display.logFile, nullptr);
+    display.logMessage(7, L"noted");
+    std::fflush(display.logFile);
+    EXPECT_TRUE(contentsOf(log).endsWith(" noted\n")) << contentsOf(log).toStdString();
+    EXPECT_FALSE(contentsOf(log).contains("before"));
+}
+
+}  // namespace
