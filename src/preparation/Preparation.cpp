@@ -57,6 +57,8 @@ std::wstring wide(const std::string &text)
 
 }  // namespace
 
+// The signature is fixed, two lists by value included.
+// NOLINTBEGIN(performance-unnecessary-value-param)
 QByteArray Preparation::SFIPreparation(FileData *firmware, bool combined, QList<FileOBK *> obkFiles,
                                        FileData *optionBytes, const QByteArray &key,
                                        const QByteArray &nonce, unsigned char imageVersion,
@@ -65,6 +67,7 @@ QByteArray Preparation::SFIPreparation(FileData *firmware, bool combined, QList<
                                        FileSFI *ssfi, FileMCSV *modules, unsigned int profile,
                                        FileData *externalFirmware, FileData *keyArea,
                                        QVector<ExtBinInfo> externalInfos)
+// NOLINTEND(performance-unnecessary-value-param)
 {
     const auto report = [this](int level, const wchar_t *text) {
         if (m_display != nullptr) {
