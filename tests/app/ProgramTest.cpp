@@ -95,8 +95,8 @@ TEST_P(Closing, EndsTheProcessInSilence)
     const Outcome outcome =
         runProgram(CLOSER, GetParam().arguments, variables, {"XDG_RUNTIME_DIR"});
     EXPECT_EQ(outcome.status, GetParam().status);
-    EXPECT_EQ(outcome.out, "");
-    EXPECT_EQ(outcome.err, "");
+    EXPECT_EQ(outcome.out.toStdString(), "");
+    EXPECT_EQ(outcome.err.toStdString(), "");
 }
 
 INSTANTIATE_TEST_SUITE_P(

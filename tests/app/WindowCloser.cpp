@@ -2,6 +2,7 @@
 // CLOSE_IN_BOX is set, else when the event loop runs. A process that doesn't end is the fault the
 // test looks for.
 #include "app/Application.h"
+#include "support/LeakSuppressions.h"
 
 #include <QApplication>
 #include <QDialog>
