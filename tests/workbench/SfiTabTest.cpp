@@ -1,4 +1,5 @@
 #include "TwinFixture.h"
+#include "support/ImageBytes.h"
 
 #include <QFileInfo>
 
@@ -134,8 +135,11 @@ TEST_F(SfiTab, KeepsTheOldFileWhenOverwriteIsRefused)
     prepare(kU575);
     folder.file("out.sfi", "old");
     {
-        DialogAnswers boxes(
-            {DialogAnswer([](QDialog &box) { QTest::keyClick(&box, Qt::Key_Escape); })});
+        DialogAnswers boxes({DialogAnswer([](QDialog &box) {
+            EXPECT_EQ(QApplication::overrideCursor()->shape(), Qt::ArrowCursor)
+                << "a question that waits must not look busy";
+            QTest::keyClick(&box, Qt::Key_Escape);
+        })});
         click("generate_ok");
         ASSERT_EQ(boxes.texts(),
                   QStringList{"File exists|The file out.sfi already exists, do you want to "
@@ -281,10 +285,18 @@ TEST_F(SfiTab, ProvisioningFilesGoIntoTheImageOfH5)
     EXPECT_EQ(cells("imageInfo_segments")[0], "1|OBkey|16 B|0xffd0100");
 }
 
-TEST_F(SfiTab, SmiFileThatVanishedHasABoxOfItsOwn)
+TEST_F(SfiTab, SmiFilesOfH7AreUsedAndMissedByName)
 {
     prepare(kH7);
-    const QString smi = folder.file("s.smi", "SMIMAGIC and more");
+    const QString smi = folder.file("s.smi", ImageBytes()
+                                                 .text("SMIMAGIC")
+                                                 .u16le(1)
+                                                 .u16le(0)
+                                                 .u32le(0x8040000)
+                                                 .u32le(20)
+                                                 .fill(96 - 20, 0)
+                                                 .fill(32, 0xA5)
+                                                 .done());
     {
         DialogAnswers dialogs({smi});
         click("smi_add");
@@ -297,6 +309,65 @@ TEST_F(SfiTab, SmiFileThatVanishedHasABoxOfItsOwn)
                      "Error|Failure to open SMI file : " + smi}));
     EXPECT_EQ(rowsOf("smi"), 0);
     EXPECT_TRUE(canGenerate());
+}
+
+TEST_F(SfiTab, EveryInputOfH5GoesIntoTheImage)
+{
+    prepare(kH5);
+    folder.file("m.bin", std::string(40, 'm'));
+    edit("modules")->setText(folder.file("list.mcsv", "./m.bin,FW7,0x08020000\n"));
+    edit("ssfi")->setText(folder.file("s.ssfi", ImageBytes()
+                                                    .text("SFIMAGIC")
+                                                    .u16le(1)
+                                                    .u32le(0)
+                                                    .u16le(1)
+                                                    .fill(16, 0x11)
+                                                    .text("C")
+                                                    .u8(0)
+                                                    .u16le(1)
+                                                    .u32le(4)
+                                                    .u32le(0)
+                                                    .u16le(1)
+                                                    .fill(32 + 4, 0x22)
+                                                    .done()));
+    edit("areaKey")->setText(folder.file("k.kcsv", "1,2\n"));
+    {
+        DialogAnswers boxes({QMessageBox::Yes, QMessageBox::Ok});
+        click("generate_ok");
+        EXPECT_EQ(boxes.texts().last(), "Success|SFI successfully created");
+    }
+    EXPECT_EQ(cells("imageInfo_segments"),
+              (QStringList{"1|SSFI|82 B|0x0", "2|Module|96 B|0x8020000", "3|Key|8 B|0x0",
+                           "4|Firmware|16 B|0x8000000", "5|Configuration|4 B|0x0"}));
+}
+
+TEST_F(SfiTab, ModulesOfAnotherKindEndTheRequestWithAWord)
+{
+    prepare(kH5);
+    edit("modules")->setText(hexPath);
+    DialogAnswers boxes({QMessageBox::Yes, QMessageBox::Ok});
+    click("generate_ok");
+    EXPECT_EQ(boxes.texts().last(), "Error|Error: " + hexPath + " is an invalid mcsv file");
+    EXPECT_FALSE(QFileInfo::exists(output));
+}
+
+TEST_F(SfiTab, PaneChangesBetweenModulesListAndImage)
+{
+    prepare(kU575);
+    folder.file("m.bin", std::string(2048, 'm'));
+    edit("parse")->setText(folder.file("list.MCSV", "./m.bin,FW7,0x08020000\n./m.bin,none,0x0\n"));
+    form.parseSfiFile("sfi", true);
+    EXPECT_EQ(headings("imageInfo_table"), (QStringList{"File name", "Size", "Modules number"}));
+    EXPECT_EQ(cells("imageInfo_table")[2], "2");
+    EXPECT_EQ(widget<QLabel>("imageInfo_label")->text(), "Modules");
+    EXPECT_EQ(headings("imageInfo_segments"),
+              (QStringList{"Index", "Type", "Size", "Address", "HSM FW ID"}));
+    EXPECT_EQ(cells("imageInfo_segments"),
+              (QStringList{"1|HSM|2 KB|0x8020000|FW7", "2|No license|2 KB|0x0|-"}));
+    refusals(1);
+    EXPECT_EQ(widget<QLabel>("imageInfo_label")->text(), "Segments");
+    EXPECT_EQ(headings("imageInfo_table"), (QStringList{"File name", "Size", "Protocol version"}));
+    EXPECT_EQ(cells("imageInfo_segments")[0], "1|Firmware|16 B|0x8000000");
 }
 
 TEST_F(SfiTab, KeyFieldsOfBothTwinsAreFilledTogether)

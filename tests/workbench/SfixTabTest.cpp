@@ -137,6 +137,24 @@ TEST_F(SfixTab, VanishedFilesEndTheRequestEachInItsOwnWay)
     EXPECT_EQ(form.sfixTab->extBinInfos.size(), 1) << "entries of dropped files stay";
 }
 
+TEST_F(SfixTab, ImageHoldsBothListsAndTheirRegions)
+{
+    fillFields();
+    chooseMcu(kU575);
+    add("internal", folder.file("i.srec", kSRecord.toStdString()), {});
+    add("external", folder.file("e.bin", "1234"), {region("0x90000000", 5, 2, "0x40")});
+    EXPECT_EQ(boxesOfGenerate(1), QStringList{"Success|SFIx successfully created"});
+    EXPECT_EQ(edit("parse")->text(), output);
+    EXPECT_EQ(cells("imageInfo_segments"),
+              (QStringList{"1|Firmware|4 B|0x0", "2|External|20 B|0x90000000",
+                           "3|Configuration|4 B|0x0"}));
+    // The given address isn't in the file, so only the record can have kept it.
+    folder.file("e.bin", "123456");
+    DialogAnswers boxes({QMessageBox::Yes, QMessageBox::Ok});
+    click("generate_ok");
+    EXPECT_EQ(cells("imageInfo_segments")[1], "2|External|22 B|0x90000000");
+}
+
 TEST_F(SfixTab, H7NeedsATokenAndKeyAreaHasItsOwnWords)
 {
     fillFields();

@@ -5,6 +5,7 @@
 #include "workbench/CentralWidget.h"
 #include "workbench/TwinTab.h"
 
+#include <QApplication>
 #include <QCheckBox>
 #include <QComboBox>
 #include <QHeaderView>
@@ -23,6 +24,10 @@ class TwinFixture : public ::testing::Test
 {
 protected:
     explicit TwinFixture(QString kind) : m_kind(std::move(kind)) { form.show(); }
+    ~TwinFixture() override
+    {
+        EXPECT_EQ(QApplication::overrideCursor(), nullptr) << "the wait cursor was left behind";
+    }
 
     template <typename Widget>
     Widget *widget(const QString &rest)
