@@ -47,12 +47,4 @@ INSTANTIATE_TEST_SUITE_P(
         Surroundings{"SwitchWithoutValue", {"-platform"}, {}, false}),
     [](const auto &row) { return row.param.name; });
 
-TEST(Questions, FirstOneIsAnsweredWhereverItStands)
-{
-    EXPECT_EQ(app::textForQuestion({"p", "-ng", "--version", "--help"}),
-              "VDR32 Sealed Package Builder 2.15.0\n");
-    EXPECT_TRUE(app::textForQuestion({"p", "--help"})->contains("-tab NAME INDEX"));
-    EXPECT_FALSE(app::textForQuestion({"--help", "-help", "--Version"}));
-}
-
 }  // namespace

@@ -169,7 +169,7 @@ TEST_F(CheckImage, ValidImageFillsThePaneAndClearEmptiesIt)
     DialogAnswers boxes({path, QMessageBox::Ok});
     window->Check();
     auto *key = window->findChild<QLineEdit *>("sfi_key_edit");
-    key->setText("/tmp/key.bin");
+    key->setText("key.bin");
     window.form().sfiMcuCombo->setCurrentIndex(3);
     window->Clear();
     EXPECT_EQ(cell("sfi_imageInfo_table", 0, 0), "");

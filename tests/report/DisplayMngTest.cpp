@@ -21,8 +21,7 @@ protected:
     ~Sink() override
     {
         sink.displayCallback = nullptr;
-        sink.plainLevels = sink.forceLevel7 = sink.noProgress = false;
-        sink.progressMode = 0;
+        sink.plainLevels = sink.forceLevel7 = false;
     }
 
     DisplayMng &sink = DisplayMng::getInstance();
@@ -69,24 +68,6 @@ TEST_F(Sink, LongTextIsCutAndItsPrefixKept)
         ASSERT_EQ(seen.size(), 1);
         EXPECT_EQ(seen[0], "5|Error: " + QString(qMin(length, 30719), 'x')) << length;
     }
-}
-
-TEST_F(Sink, ProgressPassesUnlessSwitchedOff)
-{
-    int bars = 0;
-    int loads = 0;
-    sink.loadBar(1, 2);  // unset callbacks are fine
-    sink.initProgressBarCallback = [&bars] { ++bars; };
-    sink.loadBarCallback = [&loads](int current, int total) { loads += current * 10 + total; };
-    sink.noProgress = true;
-    sink.InitProgressBar();
-    sink.loadBar(1, 2);
-    EXPECT_EQ(bars + loads, 0);
-    sink.progressMode = 1;
-    sink.loadBar(1, 2);
-    EXPECT_EQ(loads, 12);
-    sink.initProgressBarCallback = nullptr;
-    sink.loadBarCallback = nullptr;
 }
 
 TEST_F(Sink, ANewLogFileEmptiesItsTargetAndKeepsTheLinesOfTheOldOne)
