@@ -94,6 +94,7 @@ protected:
 
 private:
     void connectActions();
+    void checkImage(const QString &path);
     void startWithoutArguments();
     void startWithArguments(const QStringList &arguments);
     // Each returns false when the steps behind it are to be ignored.

@@ -43,18 +43,22 @@ void MainWindow::Check()
     }
     centralWidget->lastFolder = path;
     centralWidget->clearParsePanes();
-    const bool isSfi = path.endsWith(QLatin1String(".sfi"));
-    if (!isSfi && !path.endsWith(QLatin1String(".smi"))) {
+    if (path.endsWith(QLatin1String(".sfi")) || path.endsWith(QLatin1String(".smi"))) {
+        checkImage(path);
+    } else {
         showBox(this, BoxKind::Error, tr("It is neither an SFI nor an SMI file"));
-        return;
     }
+}
+
+void MainWindow::checkImage(const QString &path)
+{
+    FileManager &manager = centralWidget->fileManager;
     FileType *opened = nullptr;
-    if (!centralWidget->fileManager.Open(path.toStdWString(), &opened,
-                                         centralWidget->fileManager.paddingByte, 0, 0)) {
+    if (!manager.Open(path.toStdWString(), &opened, manager.paddingByte, 0, 0)) {
         return;  // the reader has reported
     }
     const files::RecordOwner<FileType> record(opened);
-    if (!isSfi) {
+    if (path.endsWith(QLatin1String(".smi"))) {
         showBox(this, BoxKind::Error, tr("This version can't show SMI files yet"));
     } else if (centralWidget->showCheckedSfi(path, *record)) {
         showBox(this, BoxKind::Success, tr("Valid SFI file"));
