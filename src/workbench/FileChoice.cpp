@@ -7,7 +7,7 @@ namespace workbench
 
 QString chooseFile(QWidget *parent, QString &lastFolder, const QString &filter)
 {
-    const QString path =
+    QString path =
         QFileDialog::getOpenFileName(parent, QStringLiteral("Open file"), lastFolder, filter);
     if (!path.isEmpty()) {
         lastFolder = path;
@@ -17,7 +17,7 @@ QString chooseFile(QWidget *parent, QString &lastFolder, const QString &filter)
 
 QStringList chooseFiles(QWidget *parent, QString &lastFolder, const QString &filter)
 {
-    const QStringList paths =
+    QStringList paths =
         QFileDialog::getOpenFileNames(parent, QStringLiteral("Open file"), lastFolder, filter);
     if (!paths.isEmpty()) {
         lastFolder = paths.last();

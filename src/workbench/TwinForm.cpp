@@ -64,7 +64,7 @@ TwinForm::TwinForm(const TwinSpec &twin, QWidget *parent)
                withoutMnemonic(m_generate->text()));
 
     buildPanes(twin);
-    alignButtons();
+    alignColumns();
     auto *left = new QWidget(this);
     auto *leftLayout = new QVBoxLayout(left);
     leftLayout->setContentsMargins(0, 0, 0, 0);
@@ -88,8 +88,9 @@ TwinForm::TwinForm(const TwinSpec &twin, QWidget *parent)
     applyMcu(twin.mcus.front());
 }
 
-/// One width for all buttons behind the fields, so that their edges form columns.
-void TwinForm::alignButtons()
+/// One width for all buttons behind the fields and one for the first labels, shown or not, so that
+/// edges form columns and stay where they are when the device changes.
+void TwinForm::alignColumns()
 {
     const QList<QPushButton *> buttons = m_rowsPage->findChildren<QPushButton *>();
     int width = 0;
@@ -100,6 +101,13 @@ void TwinForm::alignButtons()
     for (QPushButton *button : buttons) {
         button->setMinimumWidth(width);
     }
+    int labelWidth = 0;
+    for (const auto &[row, widgets] : m_rowWidgets) {
+        if (!isSecondOfPair(row)) {
+            labelWidth = qMax(labelWidth, widgets.first()->sizeHint().width());
+        }
+    }
+    m_grid->setColumnMinimumWidth(0, labelWidth);
 }
 
 QWidget *TwinForm::wrapForm()

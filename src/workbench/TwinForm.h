@@ -61,7 +61,7 @@ private:
     void placeRow(Row row, QLabel *label, QWidget *field, Qt::Alignment labelAlignment);
     void buildPanes(const TwinSpec &twin);
     QWidget *wrapForm();
-    void alignButtons();
+    void alignColumns();
     void setRowVisible(Row row, bool visible);
     void setLineVisible(Row row, bool visible);
     [[nodiscard]] QString objectName(const RowSpec &spec) const;
