@@ -5,12 +5,12 @@ set -euo pipefail
 
 purpose=${1:-run}
 packages=(g++ cmake ninja-build pkg-config git
-    qtbase5-dev libqt5xmlpatterns5-dev libqt5svg5-dev libssl-dev libelf-dev libexpected-dev
+    qtbase5-dev libqt5xmlpatterns5-dev libssl-dev libelf-dev libexpected-dev
     librsvg2-bin fonts-dejavu-core xvfb)
 case $purpose in
     run) ;;
     test) packages+=(libgtest-dev libgmock-dev clang clang-format libclang-rt-14-dev
-              desktop-file-utils appstream python3) ;;
+              desktop-file-utils appstream locales python3) ;;
     bench) packages+=(libbenchmark-dev srecord binutils-arm-none-eabi llvm python3) ;;
     *) echo "setup.sh: unknown purpose '$purpose'" >&2; exit 3 ;;
 esac

@@ -11,7 +11,7 @@ namespace
 constexpr auto kInvalidRam = "Invalid RAM size";
 constexpr auto kInvalidToken = "Invalid continuation token address";
 
-const McuRow &mcuOf(const TwinSpec &twin, const TwinValues &values)
+const McuRow &mcuOf(const TwinTraits &twin, const TwinValues &values)
 {
     return twin.mcus[static_cast<std::size_t>(values.mcuIndex)];
 }
@@ -60,14 +60,15 @@ files::Result<Numbers> separateNumbers(const McuRow &mcu, const TwinValues &valu
 
 }  // namespace
 
-bool mayGenerate(const TwinSpec &twin, const TwinValues &values, bool hasFirmware)
+bool mayGenerate(const TwinTraits &twin, const TwinValues &values, bool hasFirmware)
 {
     const bool filled = !values.keyPath.isEmpty() && !values.noncePath.isEmpty() &&
                         !values.optionBytesPath.isEmpty() && !values.outputPath.isEmpty();
     return filled && (hasFirmware || !twin.needsFirmware || mcuOf(twin, values).provisioned);
 }
 
-std::optional<Refusal> checkStart(const TwinSpec &twin, const TwinValues &values, bool hasExternal)
+std::optional<Refusal> checkStart(const TwinTraits &twin, const TwinValues &values,
+                                  bool hasExternal)
 {
     if (values.mcuIndex == 0) {
         return Refusal::error(QStringLiteral("MCU product must be selected"));
@@ -81,7 +82,7 @@ std::optional<Refusal> checkStart(const TwinSpec &twin, const TwinValues &values
     return std::nullopt;
 }
 
-files::Result<Numbers> checkNumbers(const TwinSpec &twin, const TwinValues &values)
+files::Result<Numbers> checkNumbers(const TwinTraits &twin, const TwinValues &values)
 {
     const McuRow &mcu = mcuOf(twin, values);
     return twin.strictNumbers ? strictNumbers(mcu, values) : separateNumbers(mcu, values);

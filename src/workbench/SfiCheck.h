@@ -33,7 +33,7 @@ struct Refusal {
 
 /// What the form held when its button was pressed.
 struct TwinValues {
-    int mcuIndex = 0;  ///< row of `TwinSpec::mcus`
+    int mcuIndex = 0;  ///< row of `TwinTraits::mcus`
     QString keyPath;
     QString noncePath;
     QString optionBytesPath;
@@ -53,13 +53,14 @@ struct Numbers {
 };
 
 /// Whether the Generate button is enabled.
-bool mayGenerate(const TwinSpec &twin, const TwinValues &values, bool hasFirmware);
+bool mayGenerate(const TwinTraits &twin, const TwinValues &values, bool hasFirmware);
 
 /// The checks that come before any file is read, in their order.
-std::optional<Refusal> checkStart(const TwinSpec &twin, const TwinValues &values, bool hasExternal);
+std::optional<Refusal> checkStart(const TwinTraits &twin, const TwinValues &values,
+                                  bool hasExternal);
 
 /// The two number fields; which rules hold depends on the twin and the device.
 /// @return the numbers, or the refusal's text as the error
-files::Result<Numbers> checkNumbers(const TwinSpec &twin, const TwinValues &values);
+files::Result<Numbers> checkNumbers(const TwinTraits &twin, const TwinValues &values);
 
 }  // namespace workbench

@@ -130,7 +130,7 @@ std::optional<Refusal> mergeRows(FileManager &manager, const FileRows &rows,
     return std::nullopt;
 }
 
-std::optional<Refusal> readInputs(FileManager &manager, const TwinSpec &twin,
+std::optional<Refusal> readInputs(FileManager &manager, const TwinTraits &twin,
                                   const TwinValues &values, TwinInputs &inputs)
 {
     if (auto refusal = readKey(values.keyPath, kKeyBytes, Row::Key, inputs.key)) {

@@ -58,7 +58,7 @@ std::optional<Refusal> mergeRows(FileManager &manager, const FileRows &rows,
                                  files::RecordView<FileData> &out);
 
 /// Key, nonce, option bytes, key area and numbers, in this order.
-std::optional<Refusal> readInputs(FileManager &manager, const TwinSpec &twin,
+std::optional<Refusal> readInputs(FileManager &manager, const TwinTraits &twin,
                                   const TwinValues &values, TwinInputs &inputs);
 
 /// SSFI and modules of a device that takes them.

@@ -9,30 +9,30 @@ namespace
 {
 
 // Rows that read the same in both forms.
-constexpr RowSpec kMcu{Row::Mcu, "mcu", "&Microcontroller", nullptr, nullptr};
-constexpr RowSpec kKey{Row::Key, "key", "Encryption &key file", "Binary files (*.bin)",
+constexpr FormRow kMcu{Row::Mcu, "mcu", "&Microcontroller", nullptr, nullptr};
+constexpr FormRow kKey{Row::Key, "key", "Encryption &key file", "Binary files (*.bin)",
                        "Select an encryption key file.\nbin file with a size of 16 bytes"};
-constexpr RowSpec kNonce{Row::Nonce, "nonce", "&Nonce file", "Binary files (*.bin)",
+constexpr FormRow kNonce{Row::Nonce, "nonce", "&Nonce file", "Binary files (*.bin)",
                          "Select a nonce file.\nbin file with a size of 12 bytes"};
-constexpr RowSpec kOptionBytes{Row::OptionBytes, "optionBytes", "Option &bytes file",
+constexpr FormRow kOptionBytes{Row::OptionBytes, "optionBytes", "Option &bytes file",
                                "Option bytes (*.csv)",
                                "Select an Option bytes configuration file.\ncsv file"};
-constexpr RowSpec kKeyArea{Row::KeyArea, "areaKey", "Random Ke&y area file (Optional)",
+constexpr FormRow kKeyArea{Row::KeyArea, "areaKey", "Random Ke&y area file (Optional)",
                            "Area K (*.kcsv)", nullptr};
-constexpr RowSpec kObk{Row::Obk, "obk", "OBKey fi&les (Optional)", "OBKey files (*.obk)", nullptr};
-constexpr RowSpec kSsfi{Row::Ssfi, "ssfi", "SSF&I file (Optional)", "Binary files (*.ssfi)",
+constexpr FormRow kObk{Row::Obk, "obk", "OBKey fi&les (Optional)", "OBKey files (*.obk)", nullptr};
+constexpr FormRow kSsfi{Row::Ssfi, "ssfi", "SSF&I file (Optional)", "Binary files (*.ssfi)",
                         nullptr};
-constexpr RowSpec kModules{Row::Modules, "modules", "Mo&dules file (Optional)",
+constexpr FormRow kModules{Row::Modules, "modules", "Mo&dules file (Optional)",
                            "Binary files (*.mcsv)", nullptr};
-constexpr RowSpec kVersion{Row::Version, "version", "Image &version", nullptr,
+constexpr FormRow kVersion{Row::Version, "version", "Image &version", nullptr,
                            "Image version between 0 and 255"};
-constexpr RowSpec kHash{Row::Hash, "hash", "Generate H&ash", nullptr, nullptr};
-constexpr RowSpec kRam{Row::Ram, "ram", "Available RAM si&ze (Byte)", nullptr,
+constexpr FormRow kHash{Row::Hash, "hash", "Generate H&ash", nullptr, nullptr};
+constexpr FormRow kRam{Row::Ram, "ram", "Available RAM si&ze (Byte)", nullptr,
                        "maximum RAM size available for a multi-image SFI"};
-constexpr RowSpec kToken{Row::Token, "token", "Continuation &token address", nullptr,
+constexpr FormRow kToken{Row::Token, "token", "Continuation &token address", nullptr,
                          "Address of the continuation token for a multi-image SFI"};
 
-constexpr RowSpec kSfiRows[] = {
+constexpr FormRow kSfiRows[] = {
     kMcu,
     {Row::Firmware, "firmware", "Fi&rmware files",
      "Firmware files (*.bin *.hex *.srec *.s19 *.elf *.axf *.o *.so *.out)", nullptr},
@@ -51,7 +51,7 @@ constexpr RowSpec kSfiRows[] = {
     {Row::Output, "output", "O&utput SFI file", nullptr, nullptr},
 };
 
-constexpr RowSpec kSfixRows[] = {
+constexpr FormRow kSfixRows[] = {
     kMcu,
     {Row::Firmware, "internal", "Inte&rnal firmware files",
      "Internal firmware files (*.bin *.hex *.srec *.s19 *.elf *.axf *.o *.so *.out)", nullptr},
@@ -73,13 +73,13 @@ constexpr RowSpec kSfixRows[] = {
 
 }  // namespace
 
-const RowSpec *TwinSpec::find(Row row) const
+const FormRow *TwinTraits::find(Row row) const
 {
-    const auto hit = std::ranges::find(rows, row, &RowSpec::row);
+    const auto hit = std::ranges::find(rows, row, &FormRow::id);
     return hit == rows.end() ? nullptr : &*hit;
 }
 
-const TwinSpec kSfiTwin{
+const TwinTraits kSfiTwin{
     .kind = "sfi",
     .rows = kSfiRows,
     .mcus = kSfiMcus,
@@ -98,7 +98,7 @@ const TwinSpec kSfiTwin{
     .strictNumbers = true,
 };
 
-const TwinSpec kSfixTwin{
+const TwinTraits kSfixTwin{
     .kind = "sfix",
     .rows = kSfixRows,
     .mcus = kSfixMcus,

@@ -27,8 +27,8 @@ enum class Row {
 };
 
 /// Texts of one row.
-struct RowSpec {
-    Row row;
+struct FormRow {
+    Row id;
     const char *name;     ///< middle part of its object names
     const char *label;    ///< '&' marks the mnemonic
     const char *filter;   ///< of its "Open file" dialog, or null
@@ -37,9 +37,9 @@ struct RowSpec {
 
 /// All that tells the SFI tab and the SFIx tab apart. Their forms, lists, steps and panes are one
 /// implementation that reads this.
-struct TwinSpec {
+struct TwinTraits {
     const char *kind;  ///< first part of object names, and the first argument of `parseSfiFile`
-    std::span<const RowSpec> rows;  ///< in the order of the form
+    std::span<const FormRow> rows;  ///< in the order of the form
     std::span<const McuRow> mcus;
 
     const char *generateCaption;
@@ -62,10 +62,10 @@ struct TwinSpec {
     bool strictNumbers;
 
     /// The texts of a row, or null when this twin doesn't have it.
-    [[nodiscard]] const RowSpec *find(Row row) const;
+    [[nodiscard]] const FormRow *find(Row row) const;
 };
 
-extern const TwinSpec kSfiTwin;
-extern const TwinSpec kSfixTwin;
+extern const TwinTraits kSfiTwin;
+extern const TwinTraits kSfixTwin;
 
 }  // namespace workbench

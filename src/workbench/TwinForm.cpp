@@ -38,7 +38,7 @@ bool isFirstOfPair(Row row)
 
 }  // namespace
 
-TwinForm::TwinForm(const TwinSpec &twin, QWidget *parent)
+TwinForm::TwinForm(const TwinTraits &twin, QWidget *parent)
     : QWidget(parent), m_kind(QLatin1String(twin.kind)), m_rowsPage(new QWidget(this))
 {
     m_grid = new QGridLayout(m_rowsPage);
@@ -47,8 +47,8 @@ TwinForm::TwinForm(const TwinSpec &twin, QWidget *parent)
     m_grid->setVerticalSpacing(6);
     m_grid->setColumnStretch(1, 1);
     m_grid->setColumnStretch(3, 1);
-    for (const RowSpec &spec : twin.rows) {
-        buildRow(spec);
+    for (const FormRow &row : twin.rows) {
+        buildRow(row);
     }
     for (const McuRow &mcu : twin.mcus) {
         m_mcu->addItem(tr(mcu.name));
@@ -125,7 +125,7 @@ QWidget *TwinForm::wrapForm()
     return scroll;
 }
 
-void TwinForm::buildPanes(const TwinSpec &twin)
+void TwinForm::buildPanes(const TwinTraits &twin)
 {
     m_firmwareInfo =
         new InfoPane(m_kind + QStringLiteral("_firmwareInfo"), emptyFirmwarePane(), this);
@@ -134,112 +134,111 @@ void TwinForm::buildPanes(const TwinSpec &twin)
                           tr("Firmware information"), m_parse, tr(twin.imageTitle), this);
 }
 
-QString TwinForm::objectName(const RowSpec &spec) const
+QString TwinForm::objectName(const FormRow &row) const
 {
-    return m_kind + '_' + QLatin1String(spec.name);
+    return m_kind + '_' + QLatin1String(row.name);
 }
 
-void TwinForm::buildRow(const RowSpec &spec)
+void TwinForm::buildRow(const FormRow &row)
 {
-    switch (spec.row) {
+    switch (row.id) {
     case Row::Mcu:
-        buildMcu(spec);
+        buildMcu(row);
         break;
     case Row::Firmware:
     case Row::External:
     case Row::Smi:
     case Row::Obk:
-        buildList(spec);
+        buildList(row);
         break;
     case Row::Version:
         m_version = new QSpinBox(m_rowsPage);
         m_version->setRange(0, 255);
-        placePlain(spec, m_version, "spin");
+        placePlain(row, m_version, "spin");
         break;
     case Row::Hash:
         m_hash = new QCheckBox(m_rowsPage);
-        placePlain(spec, m_hash, "check");
+        placePlain(row, m_hash, "check");
         break;
     case Row::Ram:
         m_ram = new QLineEdit(m_rowsPage);
         m_ram->setMinimumWidth(kNumberWidth);
-        placePlain(spec, m_ram, "edit");
+        placePlain(row, m_ram, "edit");
         break;
     case Row::Token:
         m_token = new QLineEdit(m_rowsPage);
         m_token->setMinimumWidth(kNumberWidth);
-        placePlain(spec, m_token, "edit");
+        placePlain(row, m_token, "edit");
         break;
     default:
-        buildField(spec);
+        buildField(row);
         break;
     }
 }
 
-void TwinForm::buildMcu(const RowSpec &spec)
+void TwinForm::buildMcu(const FormRow &row)
 {
     m_mcu = new QComboBox(m_rowsPage);
     m_mcu->setMaximumWidth(kMcuBoxWidth);
     m_mcu->setMinimumWidth(kMcuBoxWidth);
-    placePlain(spec, m_mcu, "combo");
+    placePlain(row, m_mcu, "combo");
 }
 
-void TwinForm::buildList(const RowSpec &spec)
+void TwinForm::buildList(const FormRow &row)
 {
-    if (spec.row == Row::Smi) {
-        placeLine(spec);
+    if (row.id == Row::Smi) {
+        placeLine(row);
     }
-    auto *list = new FileList(objectName(spec), tr(spec.label), m_rowsPage);
-    m_lists[spec.row] = list;
-    placeRow(spec.row, list->label(), list, Qt::AlignTop);
-    m_listLines[spec.row] = m_grid->rowCount() - 1;
-    setRowVisible(spec.row, true);
+    auto *list = new FileList(objectName(row), tr(row.label), m_rowsPage);
+    m_lists[row.id] = list;
+    placeRow(row.id, list->label(), list, Qt::AlignTop);
+    m_listLines[row.id] = m_grid->rowCount() - 1;
+    setRowVisible(row.id, true);
 }
 
-void TwinForm::buildField(const RowSpec &spec)
+void TwinForm::buildField(const FormRow &row)
 {
     QList<FieldButton> buttons{{"open", "Open"}};
-    if (spec.row == Row::Key || spec.row == Row::Nonce) {
+    if (row.id == Row::Key || row.id == Row::Nonce) {
         buttons.append(FieldButton{"generate", "Generate"});
-    } else if (spec.row == Row::Output) {
+    } else if (row.id == Row::Output) {
         buttons = {{"folder", "Select folder"}};
     }
-    if (spec.row == Row::KeyArea) {
-        placeLine(spec);
+    if (row.id == Row::KeyArea) {
+        placeLine(row);
     }
-    auto *field = new FileField(objectName(spec), tr(spec.label), buttons, m_rowsPage);
-    if (spec.toolTip != nullptr) {
-        field->edit()->setToolTip(tr(spec.toolTip));
+    auto *field = new FileField(objectName(row), tr(row.label), buttons, m_rowsPage);
+    if (row.toolTip != nullptr) {
+        field->edit()->setToolTip(tr(row.toolTip));
     }
-    m_fields[spec.row] = field;
-    placeRow(spec.row, field->label(), field, Qt::AlignVCenter);
+    m_fields[row.id] = field;
+    placeRow(row.id, field->label(), field, Qt::AlignVCenter);
 }
 
-void TwinForm::placePlain(const RowSpec &spec, QWidget *widget, const char *role)
+void TwinForm::placePlain(const FormRow &row, QWidget *widget, const char *role)
 {
-    if (spec.row == Row::Ram) {
-        placeLine(spec);
+    if (row.id == Row::Ram) {
+        placeLine(row);
     }
-    auto *label = new QLabel(tr(spec.label), m_rowsPage);
-    label->setObjectName(objectName(spec) + QStringLiteral("_label"));
+    auto *label = new QLabel(tr(row.label), m_rowsPage);
+    label->setObjectName(objectName(row) + QStringLiteral("_label"));
     label->setBuddy(widget);
-    nameWidget(widget, objectName(spec) + '_' + QLatin1String(role),
-               withoutMnemonic(label->text()));
-    if (spec.toolTip != nullptr) {
-        widget->setToolTip(tr(spec.toolTip));
+    nameWidget(widget, objectName(row) + '_' + QLatin1String(role), withoutMnemonic(label->text()));
+    if (row.toolTip != nullptr) {
+        widget->setToolTip(tr(row.toolTip));
     }
-    placeRow(spec.row, label, widget, Qt::AlignVCenter);
+    placeRow(row.id, label, widget, Qt::AlignVCenter);
 }
 
-void TwinForm::placeLine(const RowSpec &spec)
+void TwinForm::placeLine(const FormRow &row)
 {
     auto *line = new QFrame(m_rowsPage);
-    line->setObjectName(objectName(spec) + QStringLiteral("_line"));
+    line->setObjectName(objectName(row) + QStringLiteral("_line"));
     line->setFrameShape(QFrame::HLine);
     line->setFrameShadow(QFrame::Plain);
     line->setForegroundRole(QPalette::Mid);
     m_grid->addWidget(line, m_grid->rowCount(), 0, 1, kColumns);
-    m_lines[spec.row] = line;
+    m_lines[row.id] = line;
 }
 
 void TwinForm::placeRow(Row row, QLabel *label, QWidget *field, Qt::Alignment labelAlignment)

@@ -25,7 +25,7 @@ class TwinForm : public QWidget
     Q_OBJECT
 
 public:
-    TwinForm(const TwinSpec &twin, QWidget *parent);
+    TwinForm(const TwinTraits &twin, QWidget *parent);
 
     /// The list of a row; null when this twin doesn't have the row.
     [[nodiscard]] FileList *list(Row row) const;
@@ -52,19 +52,19 @@ public:
     void setImageVersion(int version) { m_version->setValue(version); }
 
 private:
-    void buildRow(const RowSpec &spec);
-    void buildMcu(const RowSpec &spec);
-    void buildList(const RowSpec &spec);
-    void buildField(const RowSpec &spec);
-    void placePlain(const RowSpec &spec, QWidget *widget, const char *role);
-    void placeLine(const RowSpec &spec);
+    void buildRow(const FormRow &row);
+    void buildMcu(const FormRow &row);
+    void buildList(const FormRow &row);
+    void buildField(const FormRow &row);
+    void placePlain(const FormRow &row, QWidget *widget, const char *role);
+    void placeLine(const FormRow &row);
     void placeRow(Row row, QLabel *label, QWidget *field, Qt::Alignment labelAlignment);
-    void buildPanes(const TwinSpec &twin);
+    void buildPanes(const TwinTraits &twin);
     QWidget *wrapForm();
     void alignColumns();
     void setRowVisible(Row row, bool visible);
     void setLineVisible(Row row, bool visible);
-    [[nodiscard]] QString objectName(const RowSpec &spec) const;
+    [[nodiscard]] QString objectName(const FormRow &row) const;
     [[nodiscard]] QString pathOf(Row row) const;
 
     QString m_kind;

@@ -32,7 +32,7 @@ bool accepts(Row row, std::uint32_t type)
 
 }  // namespace
 
-TwinTab::TwinTab(const TwinSpec &twin, QWidget *page, TwinSurroundings surroundings)
+TwinTab::TwinTab(const TwinTraits &twin, QWidget *page, TwinSurroundings surroundings)
     : QObject(page), m_twin(twin), m_near(std::move(surroundings)), m_form(new TwinForm(twin, page))
 {
     auto *layout = new QVBoxLayout(page);

@@ -32,7 +32,7 @@ class TwinTab : public QObject
 
 public:
     /// Builds the form into `page`, which owns everything.
-    TwinTab(const TwinSpec &twin, QWidget *page, TwinSurroundings surroundings);
+    TwinTab(const TwinTraits &twin, QWidget *page, TwinSurroundings surroundings);
 
     [[nodiscard]] TwinForm *form() const { return m_form; }
     [[nodiscard]] const McuRow &mcu() const;
@@ -98,7 +98,7 @@ private:
     [[nodiscard]] ListInputs listInputs() const;
     bool writeImage(const QString &path, const QByteArray &image);
 
-    const TwinSpec &m_twin;
+    const TwinTraits &m_twin;
     TwinSurroundings m_near;
     TwinForm *m_form;
     int m_deviceIndex = 0;  ///< entry of the MCU box that the form stands for

@@ -15,7 +15,7 @@ constexpr int kU575 = 2;
 
 struct NumberCase {
     const char *name;
-    const TwinSpec *twin;
+    const TwinTraits *twin;
     int mcu;
     const char *ram;
     const char *token;
@@ -75,7 +75,7 @@ TEST(SfiStart, ChecksDeviceThenNameThenExternalFiles)
 {
     TwinValues values;
     values.outputPath = "out.SFIX";
-    const auto text = [&values](const TwinSpec &twin, bool hasExternal) {
+    const auto text = [&values](const TwinTraits &twin, bool hasExternal) {
         const auto refusal = checkStart(twin, values, hasExternal);
         return refusal ? refusal->text : QString();
     };
