@@ -91,7 +91,7 @@ def main(folder):
     write_srecords(folder + "/dense.srec", dense, 32)
     write_intel(folder + "/scattered.hex", scattered(payload, 1024, 64, shuffler), 32)
     small = scattered(payload[:1600000], 16, 48, shuffler)
-    write_srecords(folder + "/small.srec", small, 16)
+    write_srecords(folder + "/small.srec", sorted(small), 16)
     for count in (125000, 250000, 500000, 1000000):
         blocks = scattered(payload[:4 * count], 4, 60, shuffler)
         write_srecords(f"{folder}/growth{count}.srec", blocks, 4)

@@ -2,7 +2,7 @@
 #include "files/FileManager.h"
 #include "files/base/ByteCursor.h"
 #include "files/base/FileReader.h"
-#include "files/base/Ownership.h"
+#include "files/base/PageBlock.h"
 #include "report/DisplayMng.h"
 
 #include <QFileInfo>
@@ -90,7 +90,7 @@ Outcome storeSegments(const ElfFile &file, FileELF *elf)
         const auto size = static_cast<std::size_t>(segment.header.fileSize);
         MallocArray<std::uint8_t> block;
         if (size <= left) {
-            block.reset(static_cast<std::uint8_t *>(std::malloc(size + 1)));
+            block = files::allocateBlock(size + 1);
         }
         if (!block) {
             return Outcome::NoMemory;

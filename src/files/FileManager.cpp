@@ -3,7 +3,7 @@
 #include "files/FileNames.h"
 #include "files/base/ByteCursor.h"
 #include "files/base/FileReader.h"
-#include "files/base/Ownership.h"
+#include "files/base/PageBlock.h"
 #include "report/DisplayMng.h"
 
 #include <QFileInfo>
@@ -35,16 +35,15 @@ OwnedRecord refuse(const wchar_t *text)
     return nullptr;
 }
 
-/// Reads `size` bytes from `offset` on into a zeroed block with one byte to spare.
+/// Reads `size` bytes from `offset` on into a block with one byte to spare.
 /// @return null after a report
 MallocArray<std::uint8_t> readBlock(QFile &file, qint64 offset, qint64 size,
                                     const wchar_t *shortRead)
 {
-    // Segments hold 32-bit sizes. calloc leaves the pages of a forged size untouched.
+    // Segments hold 32-bit sizes. The pages of a forged size stay untouched.
     MallocArray<std::uint8_t> block;
     if (size >= 0 && size <= UINT32_MAX) {
-        block.reset(
-            static_cast<std::uint8_t *>(std::calloc(static_cast<std::size_t>(size) + 1, 1)));
+        block = files::allocateBlock(static_cast<std::size_t>(size) + 1);
     }
     if (!block) {
         reportError(kNoMemory);

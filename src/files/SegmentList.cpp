@@ -32,7 +32,7 @@ public:
     bool join(std::uint32_t gap, const SegmentData &next)
     {
         const std::uint32_t at = m_segment->size + gap;
-        return resize(at + next.size) && place(at, next);
+        return resize(at + next.size, gap) && place(at, next);
     }
 
     /// Copies `next`, which begins below `end()`, over what is there. @return as `join`
@@ -40,7 +40,7 @@ public:
     {
         const std::uint32_t at = next.address - m_segment->address;
         const bool endsBehind = next.address + next.size > end();
-        return (!endsBehind || resize(at + next.size)) && place(at, next);
+        return (!endsBehind || resize(at + next.size, 0)) && place(at, next);
     }
 
     /// Whether bytes that would have landed behind the end of the block were cut.
@@ -61,8 +61,8 @@ public:
     }
 
 private:
-    /// Sets the size; new bytes hold the padding byte.
-    bool resize(std::uint32_t size)
+    /// Sets the size. The first `gap` new bytes hold the padding byte, the others nothing yet.
+    bool resize(std::uint32_t size, std::uint32_t gap)
     {
         if (size > m_capacity) {
             const std::uint64_t roomy =
@@ -72,7 +72,8 @@ private:
             }
         }
         if (size > m_segment->size) {
-            std::memset(m_segment->data + m_segment->size, m_padding, size - m_segment->size);
+            const std::uint32_t filled = std::min(gap, size - m_segment->size);
+            std::memset(m_segment->data + m_segment->size, m_padding, filled);
         }
         m_segment->size = size;
         return true;

@@ -1,4 +1,5 @@
 #include "files/StagedSegment.h"
+#include "files/base/PageBlock.h"
 
 #include <algorithm>
 #include <cstring>
@@ -33,6 +34,7 @@ std::uint8_t *StagedSegment::grow(std::size_t bytes)
     }
     static_cast<void>(m_block.release());  // realloc has taken it over
     m_block.reset(block);
+    preferLargePages(block);
     m_capacity = capacity;
     return block + m_size;
 }
