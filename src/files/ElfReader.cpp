@@ -78,31 +78,105 @@ void storeSections(const ElfFile &file, FileELF *elf)
 /// How a load ends that can fail in two ways.
 enum class Outcome { Done, NoMemory, Unreadable };
 
-Outcome storeSegments(const ElfFile &file, FileELF *elf)
+/// A PT_LOAD header that is to become a segment, or a part of one.
+struct Load {
+    std::uint32_t address = 0;
+    std::uint32_t size = 0;
+    std::uint64_t fileOffset = 0;
+};
+
+/// Neighbours that will be one segment in the end, and where it ends: one past its last byte.
+struct LoadRun {
+    std::vector<Load> loads;
+    std::uint64_t end = 0;
+};
+
+std::vector<Load> loadsOf(const ElfFile &file)
 {
-    // Forged headers may all name the same bytes; real ones hardly do.
-    std::uint64_t left = std::max(4 * file.size(), 256 * kMiB);
+    std::vector<Load> loads;
     for (const files::ElfSegment &segment : file.segments()) {
-        elf->programHeaders.push_back(segment.header);
-        if (segment.header.headerType != PT_LOAD) {
-            continue;
+        if (segment.header.headerType == PT_LOAD) {
+            loads.push_back({static_cast<std::uint32_t>(segment.header.physicalAddress),
+                             static_cast<std::uint32_t>(segment.header.fileSize),
+                             segment.fileOffset});
         }
-        const auto size = static_cast<std::size_t>(segment.header.fileSize);
-        MallocArray<std::uint8_t> block;
-        if (size <= left) {
-            block = files::allocateBlock(size + 1);
+    }
+    return loads;
+}
+
+/// Puts neighbours together, so that their bytes are read to where they stay: code and initial data
+/// hardly ever have a hole between them. Each load stays alone when any two of them overlap, as
+/// then the order of joining decides which bytes win.
+std::vector<LoadRun> runsOf(std::vector<Load> loads)
+{
+    constexpr std::uint64_t kWidestGap = 31;
+    std::stable_sort(loads.begin(), loads.end(),
+                     [](const Load &a, const Load &b) { return a.address < b.address; });
+    std::vector<LoadRun> runs;
+    bool isOrdered = true;
+    for (const Load &load : loads) {
+        const std::uint64_t end = std::uint64_t{load.address} + load.size;
+        const bool follows = !runs.empty() && load.address >= runs.back().end;
+        isOrdered = isOrdered && end <= UINT32_MAX && (runs.empty() || follows);
+        if (isOrdered && follows && load.address - runs.back().end <= kWidestGap) {
+            runs.back().loads.push_back(load);
+            runs.back().end = end;
+        } else {
+            runs.push_back({{load}, end});
         }
-        if (!block) {
-            return Outcome::NoMemory;
+    }
+    if (!isOrdered) {
+        runs.clear();
+        for (const Load &load : loads) {
+            runs.push_back({{load}, std::uint64_t{load.address} + load.size});
         }
-        left -= size;
-        if (size != 0 && !file.read(segment.fileOffset, {block.get(), size})) {
+    }
+    return runs;
+}
+
+Outcome storeRun(const ElfFile &file, const LoadRun &run, std::uint8_t padding, FileELF *elf)
+{
+    const std::uint32_t address = run.loads.front().address;
+    const auto size = static_cast<std::size_t>(run.end - address);
+    MallocArray<std::uint8_t> block = files::allocateBlock(size + 1);
+    if (!block) {
+        return Outcome::NoMemory;
+    }
+    const std::span<std::uint8_t> bytes(block.get(), size);
+    std::size_t filled = 0;
+    for (const Load &load : run.loads) {
+        const std::size_t at = load.address - address;
+        std::fill_n(bytes.begin() + static_cast<std::ptrdiff_t>(filled), at - filled, padding);
+        if (load.size != 0 && !file.read(load.fileOffset, bytes.subspan(at, load.size))) {
             return Outcome::Unreadable;
         }
-        elf->segments.reserve(elf->segments.size() + 1);
-        elf->segments.push_back({static_cast<std::uint32_t>(segment.header.physicalAddress),
-                                 static_cast<std::uint32_t>(size), block.release()});
-        ++elf->segmentCount;
+        filled = at + load.size;
+    }
+    elf->segments.reserve(elf->segments.size() + 1);
+    elf->segments.push_back({address, static_cast<std::uint32_t>(size), block.release()});
+    ++elf->segmentCount;
+    return Outcome::Done;
+}
+
+Outcome storeSegments(const ElfFile &file, std::uint8_t padding, FileELF *elf)
+{
+    for (const files::ElfSegment &segment : file.segments()) {
+        elf->programHeaders.push_back(segment.header);
+    }
+    const std::vector<Load> loads = loadsOf(file);
+    // Forged headers may all name the same bytes; real ones hardly do.
+    const std::uint64_t most = std::max(4 * file.size(), 256 * kMiB);
+    std::uint64_t total = 0;
+    for (const Load &load : loads) {
+        total += load.size;
+    }
+    if (total > most) {
+        return Outcome::NoMemory;
+    }
+    for (const LoadRun &run : runsOf(loads)) {
+        if (const Outcome outcome = storeRun(file, run, padding, elf); outcome != Outcome::Done) {
+            return outcome;
+        }
     }
     return Outcome::Done;
 }
@@ -234,7 +308,7 @@ bool FileManager::ELF_Parsing(QFile *file, FileELF *elf)
         return refuseAsInvalid(*file);
     }
     storeSections(*loaded, elf);
-    const Outcome outcome = storeSegments(*loaded, elf);
+    const Outcome outcome = storeSegments(*loaded, paddingByte, elf);
     if (outcome == Outcome::NoMemory) {
         reportError(L"Unable to allocate memory");
         return false;

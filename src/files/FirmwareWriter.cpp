@@ -23,6 +23,16 @@ struct Piece {
     std::span<const std::uint8_t> bytes;
 };
 
+/// Small segments stand in memory in the order of their file, which may be far from their sorted
+/// order: without a hint each of them would be waited for.
+void fetchAhead(const std::vector<Piece> &pieces, std::size_t at)
+{
+    constexpr std::size_t kDistance = 16;
+    if (at + kDistance < pieces.size()) {
+        __builtin_prefetch(pieces[at + kDistance].bytes.data());
+    }
+}
+
 void reportError(const wchar_t *text)
 {
     DisplayMng::getInstance().logMessage(5, L"%ls", text);
@@ -83,12 +93,13 @@ std::int64_t saveBinary(const std::vector<Piece> &pieces, std::uint8_t padding,
         return -1;
     }
     OutputBuffer out = bufferFor(*writer);
-    for (const Piece &piece : pieces) {
-        const std::uint32_t offset = piece.address - pieces.front().address;
+    for (std::size_t i = 0; i < pieces.size(); ++i) {
+        fetchAhead(pieces, i);
+        const std::uint32_t offset = pieces[i].address - pieces.front().address;
         if (out.position() < offset) {
             out.fill(offset - out.position(), padding);
         }
-        out.append(piece.bytes);
+        out.append(pieces[i].bytes);
     }
     return complete(out, *writer) ? static_cast<std::int64_t>(out.position()) : -1;
 }
@@ -159,8 +170,10 @@ bool FileManager::SaveHexFile(FileData *file, const std::wstring &path)
         return false;
     }
     OutputBuffer out = bufferFor(*writer);
-    for (const Piece &piece : textPieces(*file)) {
-        files::appendIntelSegment(out, piece.address, piece.bytes);
+    const std::vector<Piece> pieces = textPieces(*file);
+    for (std::size_t i = 0; i < pieces.size(); ++i) {
+        fetchAhead(pieces, i);
+        files::appendIntelSegment(out, pieces[i].address, pieces[i].bytes);
     }
     if (file->segmentCount != 0) {
         files::appendIntelRecord(out, 1, 0, {});
@@ -181,8 +194,9 @@ bool FileManager::SaveSrecFile(FileData *file, const std::wstring &path)
     }
     const files::SRecordWidth width = files::srecordWidth(top);
     OutputBuffer out = bufferFor(*writer);
-    for (const Piece &piece : pieces) {
-        files::appendSRecordSegment(out, piece.address, piece.bytes, width);
+    for (std::size_t i = 0; i < pieces.size(); ++i) {
+        fetchAhead(pieces, i);
+        files::appendSRecordSegment(out, pieces[i].address, pieces[i].bytes, width);
     }
     files::appendSRecordEnd(out, width);
     return complete(out, *writer);

@@ -130,6 +130,14 @@ TEST_F(ElfReader, NeighboursJoinAndEmptySegmentsCount)
     ASSERT_NE(elf, nullptr);
     EXPECT_EQ(dataOf(elf->segments.at(0)), Bytes({1}) + Bytes(10, 0xEE) + Bytes({2}));
 
+    // Read as one block, unless an overlap leaves it to the order of joining which bytes win.
+    plan.segments = {{1, 0, Bytes(12, 1)}, {1, 4, {2}}, {1, 8, {3}}, {1, 20, {4}}};
+    elf = open(elfBytes(plan));
+    ASSERT_NE(elf, nullptr);
+    EXPECT_EQ(dataOf(elf->segments.at(0)), Bytes(4, 1) + Bytes{2} + Bytes(3, 1) + Bytes{3} +
+                                               Bytes(3, 1) + Bytes(8, 0xEE) + Bytes{4});
+    log.take();
+
     plan.segments = {{1, 0x10, {}}};
     // An offset outside the file doesn't matter where there are no bytes.
     elf = open(forged(elfBytes(plan), kFirstSegment + 4, 0xFFFFFFFF, 4));
