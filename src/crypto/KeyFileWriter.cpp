@@ -1,10 +1,5 @@
 #include "crypto/KeyFileWriter.h"
 
-#include <cerrno>
-#include <cstring>
-#include <fcntl.h>
-#include <unistd.h>
-
 namespace crypto
 {
 
@@ -13,25 +8,10 @@ QString fromBytes(const unsigned char *path)
     return QFile::decodeName(reinterpret_cast<const char *>(path));
 }
 
-files::Result<files::SafeWriter> openKeyFile(const QString &path, OldFile old)
+Written writeKeyFile(const QString &path, files::Secrecy secrecy,
+                     const std::function<bool(BIO *)> &encode)
 {
-    if (old == OldFile::MustBeUsable) {
-        // The writer of secrets would rename over a read-only file.
-        const QByteArray name = QFile::encodeName(path);
-        const int file = ::open(name.constData(), O_WRONLY | O_NONBLOCK | O_CLOEXEC);
-        if (file < 0 && errno != ENOENT) {
-            return files::fail(files::ErrorCode::CannotOpen, std::strerror(errno));
-        }
-        if (file >= 0) {
-            ::close(file);
-        }
-    }
-    return files::SafeWriter::open(path, files::Secrecy::Secret);
-}
-
-Written writeKeyFile(const QString &path, OldFile old, const std::function<bool(BIO *)> &encode)
-{
-    auto writer = openKeyFile(path, old);
+    auto writer = files::SafeWriter::open(path, secrecy);
     if (!writer) {
         return Written::NotCreated;
     }

@@ -9,9 +9,9 @@
 
 using crypto::callbackFor;
 using crypto::EvpKey;
-using crypto::OldFile;
 using crypto::refuse;
 using crypto::Written;
+using files::Secrecy;
 
 int Crypto::ReadPubKey(unsigned char *path, evp_pkey_st **key)
 {
@@ -68,7 +68,7 @@ int Crypto::SavePrvKey(unsigned char *path, evp_pkey_st *key)
         return key != nullptr && PEM_write_bio_PrivateKey(out, key, nullptr, nullptr, 0,
                                                           &crypto::refusePassword, nullptr) == 1;
     };
-    switch (crypto::writeKeyFile(crypto::fromBytes(path), OldFile::MustBeUsable, encode)) {
+    switch (crypto::writeKeyFile(crypto::fromBytes(path), Secrecy::SecretUnlessLocked, encode)) {
     case Written::NotCreated:
         return refuse(L"Error: creating Key File fails\n");
     case Written::NotWritten:
@@ -90,7 +90,7 @@ int Crypto::SaveEncPrvKey(unsigned char *path, evp_pkey_st *key, unsigned char *
                PEM_write_bio_PrivateKey(out, key, cipher, nullptr, 0, callbackFor(password),
                                         password) == 1;
     };
-    switch (crypto::writeKeyFile(file, OldFile::MayBeLocked, encode)) {
+    switch (crypto::writeKeyFile(file, Secrecy::Secret, encode)) {
     case Written::NotCreated:
         return refuse(L"Error: creating Key File fails\n");
     case Written::NotWritten:
@@ -109,7 +109,7 @@ int Crypto::SavePubKey(unsigned char *path, evp_pkey_st *key)
     const auto encode = [key](BIO *out) {
         return key != nullptr && PEM_write_bio_PUBKEY(out, key) == 1;
     };
-    const Written written = crypto::writeKeyFile(file, OldFile::MayBeLocked, encode);
+    const Written written = crypto::writeKeyFile(file, Secrecy::Secret, encode);
     if (written == Written::NotCreated) {
         return refuse(L"Error: creating key file fails\n");
     }

@@ -64,7 +64,7 @@ int Crypto::SaveHashPubKey(evp_pkey_st *key, unsigned char *path)
         return crypto::refuse(L"Error: calculating PubKey hash fails\n");
     }
     const QString file = crypto::fromBytes(path);
-    auto writer = crypto::openKeyFile(file, crypto::OldFile::MayBeLocked);
+    auto writer = files::SafeWriter::open(file, files::Secrecy::Secret);
     if (!writer) {
         return crypto::refuse(L"Error: reading Device key file fails\n");
     }

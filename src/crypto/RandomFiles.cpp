@@ -46,7 +46,7 @@ int writeRandomFile(const QString &path, int size)
         report(4, L"The file %s already exists, it will be overwritten", path);
     }
     // Random files aren't locked after they are made, so a locked one was meant to stay.
-    auto writer = crypto::openKeyFile(path, crypto::OldFile::MustBeUsable);
+    auto writer = files::SafeWriter::open(path, files::Secrecy::SecretUnlessLocked);
     if (!writer) {
         report(5, L"Failed to create output file : %s", path);
         return -1;

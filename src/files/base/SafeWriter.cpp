@@ -155,7 +155,7 @@ Result<SafeWriter> SafeWriter::open(const QString &path, Secrecy secrecy)
         return fail(ErrorCode::CannotOpen,
                     QFileInfo(path).fileName().toStdString() + " is not a regular file");
     }
-    if (exists && secrecy == Secrecy::Public) {
+    if (exists && secrecy != Secrecy::Secret) {
         // A rename would quietly replace a file that its owner has made read-only.
         const Handle probe(::open(given.constData(), O_WRONLY | O_CLOEXEC | O_NONBLOCK));
         if (probe.number() < 0) {
@@ -167,7 +167,7 @@ Result<SafeWriter> SafeWriter::open(const QString &path, Secrecy secrecy)
         return systemFault(ErrorCode::CannotOpen, path, errno);
     }
     // What will take over an old mode starts private, so that it is never wider than that.
-    const bool isPrivate = exists || secrecy == Secrecy::Secret;
+    const bool isPrivate = exists || secrecy != Secrecy::Public;
     const auto [handle, name] = createBeside(state->target, isPrivate ? 0600 : 0666);
     if (handle < 0) {
         return systemFault(ErrorCode::CannotOpen, path, errno);

@@ -14,6 +14,7 @@ namespace files
 enum class Secrecy {
     Public,  ///< an old file's mode stays; a new one gets the usual mode under the umask
     Secret,  ///< 0600 before the first byte; an old read-only file may be replaced
+    SecretUnlessLocked,  ///< likewise, but an old file that can't be written is refused
 };
 
 /// Writes one output file so that it appears whole or not at all.
@@ -28,7 +29,7 @@ class SafeWriter
 {
 public:
     /// Makes the temporary file.
-    /// @return the writer; CannotOpen when the target (for Secrecy::Public, an existing one
+    /// @return the writer; CannotOpen when the target (but for Secrecy::Secret, an existing one
     ///         too) can't be opened for writing, is a folder or no regular file
     static Result<SafeWriter> open(const QString &path, Secrecy secrecy = Secrecy::Public);
 

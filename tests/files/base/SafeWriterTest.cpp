@@ -138,6 +138,7 @@ TEST_F(SafeWriterTest, ModesFollowTheOldFileTheUmaskOrTheSecret)
         {"old executable", 0755, Secrecy::Public, 022, 0755, 0755},
         {"new secret", 0, Secrecy::Secret, 0, 0600, 0600},
         {"secret over a readable file", 0644, Secrecy::Secret, 0, 0600, 0600},
+        {"unlocked secret", 0666, Secrecy::SecretUnlessLocked, 0, 0600, 0600},
         {"secret over a read-only file", 0400, Secrecy::Secret, 0, 0600, 0600},
     };
     for (const auto &row : rows) {
@@ -194,9 +195,11 @@ TEST_F(SafeWriterTest, RefusesTargetsThatCannotBeOpenedForWriting)
                                folder.path(QString("cut") + QChar(0) + "off"),
                                ownProgram};
     for (const QString &target : targets) {
-        const auto writer = SafeWriter::open(target);
-        ASSERT_FALSE(writer) << target.toStdString();
-        EXPECT_EQ(writer.error().code, ErrorCode::CannotOpen) << target.toStdString();
+        for (const auto secrecy : {Secrecy::Public, Secrecy::SecretUnlessLocked}) {
+            const auto writer = SafeWriter::open(target, secrecy);
+            ASSERT_FALSE(writer) << target.toStdString();
+            EXPECT_EQ(writer.error().code, ErrorCode::CannotOpen) << target.toStdString();
+        }
     }
     EXPECT_EQ(everything(), QStringList{});
 }
