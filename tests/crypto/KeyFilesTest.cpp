@@ -198,6 +198,39 @@ TEST_F(KeyFiles, AFullDiskKeepsTheOldFile)
     }
 }
 
+/// Has a raw form of its keys: always "abc".
+#pragma GCC diagnostic push
+#pragma GCC diagnostic ignored "-Wnon-virtual-dtor"
+class RawKeys : public Crypto
+{
+public:
+    int GetPubKeyBin(evp_pkey_st *, unsigned char **out, unsigned long *outLen) override
+    {
+        *out = static_cast<unsigned char *>(OPENSSL_memdup("abc", 3));
+        *outLen = 3;
+        return 1;
+    }
+};
+#pragma GCC diagnostic pop
+
+TEST_F(KeyFiles, HashFilesHoldTheDigestOfTheRawKeyAndAreLocked)
+{
+    RawKeys raw;
+    for (int round = 0; round < 2; ++round) {  // the second one replaces a locked file
+        ASSERT_EQ(raw.SaveHashPubKey(rsaKey(), path("hash.bin")), 1);
+        EXPECT_EQ(contents("hash.bin").toHex(),
+                  "ba7816bf8f01cfea414140de5dae2223b00361a396177a9cb410ff61f20015ad");
+        EXPECT_EQ(mode("hash.bin"), 0444);
+    }
+    EXPECT_EQ(messages(), QStringList());
+    EXPECT_EQ(raw.SaveHashPubKey(rsaKey(), path("missing/hash.bin")), -1);
+    EXPECT_EQ(messages(), QStringList("5|Error: Error: reading Device key file fails\n"));
+    const FullDisk full(16);
+    EXPECT_EQ(raw.SaveHashPubKey(rsaKey(), path("hash.bin")), -1);
+    EXPECT_EQ(messages(), QStringList("5|Error: Error: writing PubKey hash fails\n"));
+    EXPECT_EQ(contents("hash.bin").size(), 32);
+}
+
 TEST_F(KeyFiles, OnlyWritersThatLockReplaceALockedFile)
 {
     put("key.pem", "locked", 0400);
