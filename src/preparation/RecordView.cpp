@@ -13,9 +13,13 @@ Result<void> checkType(const FileType &record, std::initializer_list<std::uint32
                        const std::string &what)
 {
     if (std::find(accepted.begin(), accepted.end(), record.type) == accepted.end()) {
+        std::string expected;
+        for (std::size_t i = 0; i < accepted.size(); ++i) {
+            const char *joint = i == 0 ? "" : i + 1 == accepted.size() ? " or " : ", ";
+            expected += joint + std::to_string(accepted.begin()[i]);
+        }
         return fail(ErrorCode::BadValue, "Wrong file type " + std::to_string(record.type) +
-                                             " for " + what + ", expected " +
-                                             std::to_string(*accepted.begin()));
+                                             " for " + what + ", expected " + expected);
     }
     return {};
 }

@@ -232,7 +232,7 @@ INSTANTIATE_TEST_SUITE_P(
         Fault{"OptionBytesType", [](auto &r) { r.optionBytes.type = 0; },
               "Wrong file type 0 for option bytes, expected 6"},
         Fault{"FirmwareType", [](auto &r) { r.firmware(0, {1}).firmwareFile.type = 8; },
-              "Wrong file type 8 for firmware, expected 0"},
+              "Wrong file type 8 for firmware, expected 0, 2, 3 or 4"},
         Fault{"SegmentCountBeyondTheList",
               [](auto &r) { r.firmware(0, {1}).firmwareFile.segmentCount = 2; },
               "The record of firmware counts 2 segments and holds 1"},
