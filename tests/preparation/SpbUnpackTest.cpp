@@ -140,6 +140,21 @@ TEST_F(SpbUnpack, WritesFirmwareWithHolesFilledAndSingleAreas)
     EXPECT_EQ(contents("none"), "(no file)");
 }
 
+TEST_F(SpbUnpack, WritesAreasOfKeysForTheirOwnerOnly)
+{
+    SfiRequestBuilder request;
+    request.obk(0x0FFD0000, 0, {1}).firmware(0, {2});
+    request.keyArea.segments = {request.segment(0, {3})};
+    request.keyArea.segmentCount = 1;
+    const QString image = put("a.sfi", request.build());
+    const QString key = put("key.bin", request.key);
+    for (const char *area : {"1", "2"}) {
+        ASSERT_EQ(run({image, "--key", key, "--area", area, "--out", path(area)}), 0);
+        const auto others = QFile::ReadGroup | QFile::ReadOther;
+        EXPECT_EQ(QFile::permissions(path(area)) & others, 0) << area;
+    }
+}
+
 TEST_F(SpbUnpack, RefusesABinaryOfMoreThanHalfAGigabyte)
 {
     SfiRequestBuilder request;
@@ -203,6 +218,10 @@ TEST_F(SpbUnpack, ExitStatusNamesTheFault)
     for (const auto &entry : cases) {
         EXPECT_EQ(run(entry.arguments), entry.status) << entry.what;
         EXPECT_TRUE(err.startsWith("spb-unpack: ") && err.endsWith('\n')) << entry.what;
+    }
+    for (const char *option : {"-xy", "--frob", "--json=3"}) {
+        EXPECT_EQ(run({good, "--json", option}), 3);
+        EXPECT_TRUE(err.contains(QByteArray("unknown option '-") + option[1])) << err.constData();
     }
     EXPECT_EQ(run({"--version"}), 0);
     EXPECT_EQ(out, "spb-unpack 2.15.0\n");

@@ -135,7 +135,11 @@ Result<void> writeArea(const OpenedImage &image, std::uint32_t index, const std:
         return fail(ErrorCode::Refused, "there is no area " + std::to_string(index) + " among " +
                                             std::to_string(image.plain.size()));
     }
-    return files::writeWhole(QFile::decodeName(path.c_str()), image.plain[index - 1]);
+    // The key area and provisioning files hold keys; both are for their owner alone.
+    const std::uint8_t type = image.parsed.areas[index - 1].prefix.type;
+    const auto secrecy =
+        type == 'K' || type == 'O' ? files::Secrecy::SecretUnlessLocked : files::Secrecy::Public;
+    return files::writeWhole(QFile::decodeName(path.c_str()), image.plain[index - 1], secrecy);
 }
 
 }  // namespace unpack

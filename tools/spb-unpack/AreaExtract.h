@@ -24,11 +24,11 @@ bool isFirmwareName(const std::string &path);
 /// Writes the `F` areas in the format of the file name's ending; holes of a raw binary are 0xFF.
 /// @param path  in the system's encoding
 /// @return Refused when there is no firmware, or a raw binary would span more than 0x1FFFFFFF
-/// bytes;
-///         WriteFailed with the writer's own words
+///         bytes; WriteFailed with the writer's own words
 files::Result<void> writeFirmware(const preparation::OpenedImage &image, const std::string &path);
 
-/// Writes the plain bytes of one area.
+/// Writes the plain bytes of one area; those of the types `K` and `O`, which hold keys, are
+/// readable by their owner only.
 /// @param index  from 1
 /// @return Refused when there is no such area; the failures of the safe writer
 files::Result<void> writeArea(const preparation::OpenedImage &image, std::uint32_t index,

@@ -15,10 +15,13 @@ using files::ErrorCode;
 using files::fail;
 using files::Result;
 
+/// Above all letters, because there are no options of one letter.
+enum LongOption { kJson = 256, kKey, kOut, kArea, kHelp, kVersion };
+
 constexpr option kLongOptions[] = {
-    {"json", no_argument, nullptr, 'j'},      {"key", required_argument, nullptr, 'k'},
-    {"out", required_argument, nullptr, 'o'}, {"area", required_argument, nullptr, 'a'},
-    {"help", no_argument, nullptr, 'h'},      {"version", no_argument, nullptr, 'v'},
+    {"json", no_argument, nullptr, kJson},     {"key", required_argument, nullptr, kKey},
+    {"out", required_argument, nullptr, kOut}, {"area", required_argument, nullptr, kArea},
+    {"help", no_argument, nullptr, kHelp},     {"version", no_argument, nullptr, kVersion},
     {nullptr, no_argument, nullptr, 0},
 };
 
@@ -32,6 +35,14 @@ Result<std::uint32_t> areaNumber(std::string_view text)
                     "--area needs an index from 1 on, not '" + std::string(text) + "'");
     }
     return number;
+}
+
+/// The option that getopt has just refused. `optind` isn't past an argument of several letters
+/// while one of its first letters is.
+std::string refusedOption(char **argv)
+{
+    const bool isLetter = optopt > 0 && optopt < kJson;
+    return isLetter ? "-" + std::string(1, static_cast<char>(optopt)) : argv[optind - 1];
 }
 
 /// Options that only make sense together.
@@ -59,18 +70,18 @@ Result<Options> parseOptions(int argc, char **argv)
     Options options;
     optind = 0;  // starts anew, also for a second command line in one process
     opterr = 0;
-    for (int letter = 0; (letter = getopt_long(argc, argv, ":", kLongOptions, nullptr)) != -1;) {
-        switch (letter) {
-        case 'j':
+    for (int found = 0; (found = getopt_long(argc, argv, ":", kLongOptions, nullptr)) != -1;) {
+        switch (found) {
+        case kJson:
             options.json = true;
             break;
-        case 'k':
+        case kKey:
             options.key = optarg;
             break;
-        case 'o':
+        case kOut:
             options.out = optarg;
             break;
-        case 'a': {
+        case kArea: {
             const auto number = areaNumber(optarg);
             if (!number) {
                 return tl::unexpected(number.error());
@@ -78,17 +89,16 @@ Result<Options> parseOptions(int argc, char **argv)
             options.area = *number;
             break;
         }
-        case 'h':
+        case kHelp:
             options.help = true;
             break;
-        case 'v':
+        case kVersion:
             options.version = true;
             break;
         case ':':
             return fail(ErrorCode::BadValue, std::string(argv[optind - 1]) + " needs a value");
         default:
-            return fail(ErrorCode::BadValue,
-                        "unknown option '" + std::string(argv[optind - 1]) + "'");
+            return fail(ErrorCode::BadValue, "unknown option '" + refusedOption(argv) + "'");
         }
     }
     if (argc - optind > 1) {
