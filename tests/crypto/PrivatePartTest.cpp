@@ -36,14 +36,34 @@ TEST_F(PrivatePart, OfAP256KeyIsSeventyBytes)
     service.Buffer_Cleanup(service.prvKeyBin);
 }
 
+/// A key on a curve whose name is one byte longer than that of P-256, so that its last private
+/// byte stands where the public half's tag is looked for.
+crypto::EvpKey brainpoolKey(bool endsLikeATag)
+{
+    constexpr BN_ULONG kTag = 0xA1;
+    while (true) {
+        crypto::EvpKey key(EVP_EC_gen("brainpoolP256t1"));
+        BIGNUM *found = nullptr;
+        EVP_PKEY_get_bn_param(key.get(), OSSL_PKEY_PARAM_PRIV_KEY, &found);
+        const crypto::SecretNumber number(found);
+        if ((BN_mod_word(found, 256) == kTag) == endsLikeATag) {
+            return key;
+        }
+    }
+}
+
 TEST_F(PrivatePart, OtherKeysMissTheOffsets)
 {
-    const crypto::EvpKey brainpool(EVP_EC_gen("brainpoolP256t1"));
+    const crypto::EvpKey other = brainpoolKey(false);
+    const crypto::EvpKey unlucky = brainpoolKey(true);
     const crypto::EvpKey bare(EVP_EC_gen("P-256"));
     EVP_PKEY_set_int_param(bare.get(), OSSL_PKEY_PARAM_EC_INCLUDE_PUBLIC, 0);
-    for (EVP_PKEY *key : {brainpool.get(), bare.get()}) {
+    for (const auto &[key, place] :
+         {std::pair(other.get(), "PUB"), {unlucky.get(), "SEQ"}, {bare.get(), "PUB"}}) {
         EXPECT_EQ(reduce(key), 0);
-        EXPECT_EQ(messages(), QStringList("5|Error: Error: offset_PUB value Private Key \n"));
+        EXPECT_EQ(
+            messages(),
+            QStringList(QString("5|Error: Error: offset_%1 value Private Key \n").arg(place)));
         EVP_PKEY_free(std::exchange(read, nullptr));
     }
     EXPECT_EQ(service.prvKeyBin, nullptr);
