@@ -4,6 +4,7 @@
 namespace crypto
 {
 
+/// Reports a finished text as it stands; it may hold percent signs.
 inline void report(int level, const wchar_t *text)
 {
     DisplayMng::getInstance().logMessage(level, L"%ls", text);

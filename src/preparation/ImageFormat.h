@@ -11,12 +11,13 @@
 namespace preparation
 {
 
+/// Bytes that belong to someone else.
 using ByteView = std::span<const std::uint8_t>;
 
-inline constexpr char kMagic[] = "SFIMAGIC";
-inline constexpr char kSmiMagic[] = "SMIMAGIC";
-inline constexpr std::size_t kMagicBytes = 8;
-inline constexpr std::size_t kHeadBytes = 28;
+inline constexpr char kMagic[] = "SFIMAGIC";         ///< begins an image
+inline constexpr char kSmiMagic[] = "SMIMAGIC";      ///< begins a secure module image
+inline constexpr std::size_t kMagicBytes = 8;        ///< of both, without the terminator
+inline constexpr std::size_t kHeadBytes = 28;        ///< in front of the first area
 inline constexpr std::size_t kPrefixBytes = 14;      ///< area header up to the tag
 inline constexpr std::size_t kTagBytes = 16;         ///< behind the prefix
 inline constexpr std::size_t kCheckBytes = 16;       ///< behind the tag, version 2 only
@@ -26,13 +27,13 @@ inline constexpr std::size_t kNonceFileBytes = 12;   ///< nonce file
 inline constexpr std::size_t kTrailerBytes = 16;     ///< behind the firmware of an `E` area
 inline constexpr std::size_t kModuleHeadBytes = 32;  ///< in front of a module
 inline constexpr std::size_t kTokenAreaBytes = 16;   ///< data of `P` and `R`
-inline constexpr std::size_t kMaxAreas = 65535;
+inline constexpr std::size_t kMaxAreas = 65535;      ///< what the count in the head can hold
 inline constexpr std::uint64_t kMaxImageBytes = 0x7FFFFFFF;
-inline constexpr std::uint64_t kFlashWordBytes = 32;
+inline constexpr std::uint64_t kFlashWordBytes = 32;  ///< programmed at once
 inline constexpr std::uint64_t kAddressSpace = std::uint64_t{1} << 32;
 
-inline constexpr std::uint32_t kProfileUsual = 0xFF;
-inline constexpr std::uint32_t kProfileH5 = 0x484;
+inline constexpr std::uint32_t kProfileUsual = 0xFF;  ///< all devices but VDR32H5
+inline constexpr std::uint32_t kProfileH5 = 0x484;    ///< VDR32H5
 
 /// Bytes in front of each area's data: 30 in version 1, 46 in version 2.
 constexpr std::size_t areaHeaderBytes(std::uint16_t version)

@@ -80,6 +80,12 @@ struct Forgery {
     const char *text;
 };
 
+/// Keeps addresses of this run out of the test's name.
+void PrintTo(const Forgery &forgery, std::ostream *out)
+{
+    *out << forgery.name;
+}
+
 class Structure : public ::testing::TestWithParam<Forgery>
 {
 };

@@ -134,6 +134,12 @@ struct Cut {
     const char *outline;  ///< or the error's text
 };
 
+/// Keeps addresses of this run out of the test's name.
+void PrintTo(const Cut &cut, std::ostream *out)
+{
+    *out << cut.name;
+}
+
 class RamCut : public ::testing::TestWithParam<Cut>
 {
 };
@@ -203,6 +209,11 @@ struct Fault {
     std::function<void(SfiRequestBuilder &)> fill;
     const char *text;
 };
+
+void PrintTo(const Fault &fault, std::ostream *out)
+{
+    *out << fault.name;
+}
 
 class SfiRefusal : public ::testing::TestWithParam<Fault>
 {
@@ -395,6 +406,11 @@ struct Device {
     unsigned int profile;
     bool hash;
 };
+
+void PrintTo(const Device &device, std::ostream *out)
+{
+    *out << device.name;
+}
 
 class DeviceRam : public ::testing::TestWithParam<Device>
 {
