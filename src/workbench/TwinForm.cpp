@@ -127,11 +127,13 @@ QWidget *TwinForm::wrapForm()
 
 void TwinForm::buildPanes(const TwinTraits &twin)
 {
-    m_firmwareInfo =
-        new InfoPane(m_kind + QStringLiteral("_firmwareInfo"), emptyFirmwarePane(), this);
-    m_parse = new ParsePane(m_kind, emptyImagePane(), this);
-    m_tabs = new InfoTabs(m_kind + QStringLiteral("_info_tabs"), m_firmwareInfo,
-                          tr("Firmware information"), m_parse, tr(twin.imageTitle), this);
+    const QString firmwareTitle = tr("Firmware information");
+    const QString imageTitle = tr(twin.imageTitle);
+    m_firmwareInfo = new InfoPane(m_kind + QStringLiteral("_firmwareInfo"), firmwareTitle,
+                                  emptyFirmwarePane(), this);
+    m_parse = new ParsePane(m_kind, imageTitle, emptyImagePane(), this);
+    m_tabs = new InfoTabs(m_kind + QStringLiteral("_info_tabs"), m_firmwareInfo, firmwareTitle,
+                          m_parse, imageTitle, this);
 }
 
 QString TwinForm::objectName(const FormRow &row) const

@@ -37,11 +37,12 @@ QTableWidgetItem *makeItem(const QString &text)
 
 }  // namespace
 
-InfoPane::InfoPane(const QString &name, const PaneContents &contents, QWidget *parent)
-    : QWidget(parent), m_start(contents),
-      m_overview(makeTable(name + QStringLiteral("_table"), tr("Overview"), this)),
+InfoPane::InfoPane(const QString &name, const QString &title, const PaneContents &contents,
+                   QWidget *parent)
+    : QWidget(parent), m_start(contents), m_spokenTitle(title),
+      m_overview(makeTable(name + QStringLiteral("_table"), title, this)),
       m_title(new QLabel(this)),
-      m_details(makeTable(name + QStringLiteral("_segments"), tr("Details"), this))
+      m_details(makeTable(name + QStringLiteral("_segments"), title, this))
 {
     m_title->setObjectName(name + QStringLiteral("_label"));
     m_overview->setVerticalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
@@ -112,7 +113,7 @@ void InfoPane::fitOverview()
 void InfoPane::showDetails(const Details &details)
 {
     m_title->setText(details.title);
-    m_details->setAccessibleName(details.title);
+    m_details->setAccessibleName(m_spokenTitle + ' ' + details.title);
     m_details->setUpdatesEnabled(false);
     m_details->clear();
     m_details->setRowCount(0);  // far cheaper than shrinking row by row

@@ -15,8 +15,10 @@ class InfoPane : public QWidget
 
 public:
     /// @param name      object names begin with it, such as "sfi_firmwareInfo"
+    /// @param title     accessible names begin with it, such as "Firmware information"
     /// @param contents  shown at first, and again (without values and rows) by `reset`
-    InfoPane(const QString &name, const PaneContents &contents, QWidget *parent);
+    InfoPane(const QString &name, const QString &title, const PaneContents &contents,
+             QWidget *parent);
 
     void show(const PaneContents &contents);
 
@@ -34,6 +36,7 @@ private:
     void fitOverview();
 
     PaneContents m_start;
+    QString m_spokenTitle;
     QTableWidget *m_overview;
     QLabel *m_title;
     QTableWidget *m_details;

@@ -5,11 +5,12 @@
 namespace workbench
 {
 
-ParsePane::ParsePane(const QString &tab, const PaneContents &contents, QWidget *parent)
+ParsePane::ParsePane(const QString &tab, const QString &title, const PaneContents &contents,
+                     QWidget *parent)
     : QWidget(parent),
       m_field(new FileField(tab + QStringLiteral("_parse"), tr("&Parse sfi, ssfi, mcsv file"),
                             {{"browse", "Browse"}}, this)),
-      m_info(new InfoPane(tab + QStringLiteral("_imageInfo"), contents, this))
+      m_info(new InfoPane(tab + QStringLiteral("_imageInfo"), title, contents, this))
 {
     auto *head = new QHBoxLayout;
     head->addWidget(m_field->label());

@@ -12,8 +12,10 @@ class ParsePane : public QWidget
 
 public:
     /// @param tab       first part of all object names, such as "sfi"
+    /// @param title     accessible names of the tables begin with it, such as "SFI information"
     /// @param contents  headings shown while no image is
-    ParsePane(const QString &tab, const PaneContents &contents, QWidget *parent);
+    ParsePane(const QString &tab, const QString &title, const PaneContents &contents,
+              QWidget *parent);
 
     [[nodiscard]] FileField *field() const { return m_field; }
     [[nodiscard]] InfoPane *info() const { return m_info; }
