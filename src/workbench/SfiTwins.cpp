@@ -20,16 +20,16 @@ constexpr FormRow kOptionBytes{Row::OptionBytes, "optionBytes", "Option &bytes f
 constexpr FormRow kKeyArea{Row::KeyArea, "areaKey", "Random Ke&y area file (Optional)",
                            "Area K (*.kcsv)", nullptr};
 constexpr FormRow kObk{Row::Obk, "obk", "OBKey fi&les (Optional)", "OBKey files (*.obk)", nullptr};
-constexpr FormRow kSsfi{Row::Ssfi, "ssfi", "SSF&I file (Optional)", "Binary files (*.ssfi)",
+constexpr FormRow kSsfi{Row::Ssfi, "ssfi", "&SSFI file (Optional)", "Binary files (*.ssfi)",
                         nullptr};
-constexpr FormRow kModules{Row::Modules, "modules", "Mo&dules file (Optional)",
+constexpr FormRow kModules{Row::Modules, "modules", "Mod&ules file (Optional)",
                            "Binary files (*.mcsv)", nullptr};
 constexpr FormRow kVersion{Row::Version, "version", "Image &version", nullptr,
                            "Image version between 0 and 255"};
-constexpr FormRow kHash{Row::Hash, "hash", "Generate H&ash", nullptr, nullptr};
+constexpr FormRow kHash{Row::Hash, "hash", "Generate &Hash", nullptr, nullptr};
 constexpr FormRow kRam{Row::Ram, "ram", "Available RAM si&ze (Byte)", nullptr,
                        "maximum RAM size available for a multi-image SFI"};
-constexpr FormRow kToken{Row::Token, "token", "Continuation &token address", nullptr,
+constexpr FormRow kToken{Row::Token, "token", "Continuation token &address", nullptr,
                          "Address of the continuation token for a multi-image SFI"};
 
 constexpr FormRow kSfiRows[] = {
@@ -39,7 +39,7 @@ constexpr FormRow kSfiRows[] = {
     kKey,
     kNonce,
     kOptionBytes,
-    {Row::Smi, "smi", "&SMI files (Only for combined case)", "SMI files (*.smi)", nullptr},
+    {Row::Smi, "smi", "SMI files (Only for &combined case)", "SMI files (*.smi)", nullptr},
     kKeyArea,
     kObk,
     kSsfi,
@@ -48,7 +48,7 @@ constexpr FormRow kSfiRows[] = {
     kHash,
     kRam,
     kToken,
-    {Row::Output, "output", "O&utput SFI file", nullptr, nullptr},
+    {Row::Output, "output", "Ou&tput SFI file", nullptr, nullptr},
 };
 
 constexpr FormRow kSfixRows[] = {
@@ -68,7 +68,7 @@ constexpr FormRow kSfixRows[] = {
     kHash,
     kRam,
     kToken,
-    {Row::Output, "output", "O&utput SFIx file", nullptr, nullptr},
+    {Row::Output, "output", "Ou&tput SFIx file", nullptr, nullptr},
 };
 
 }  // namespace
