@@ -330,7 +330,7 @@ Elf32_Nhdr ElfFile::noteHead(std::span<const std::uint8_t, 12> bytes) const
     return {words[0], words[1], words[2]};
 }
 
-ElfNames::ElfNames(std::uint64_t fileBytes) : m_left(4 * fileBytes + 1024 * 1024) {}
+ElfNames::ElfNames(std::uint64_t fileBytes) : m_left(4 * fileBytes + std::uint64_t{1024} * 1024) {}
 
 std::string ElfNames::at(std::span<const std::uint8_t> table, std::uint64_t offset)
 {

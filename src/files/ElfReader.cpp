@@ -18,7 +18,7 @@ using files::ElfFile;
 using files::ElfNames;
 using files::MallocArray;
 
-constexpr std::uint64_t kMiB = 1024 * 1024;
+constexpr std::uint64_t kMiB = std::uint64_t{1024} * 1024;
 
 void reportError(const wchar_t *text)
 {

@@ -13,7 +13,7 @@ namespace
 {
 
 /// Stays in the second-level cache, and is large enough that calls of `read` don't count.
-constexpr std::size_t kPieceBytes = 256 * 1024;
+constexpr std::size_t kPieceBytes = std::size_t{256} * 1024;
 
 tl::unexpected<TextFault> refuse(std::uint32_t line, Error error)
 {

@@ -34,7 +34,7 @@ Result<std::size_t> HexText::consume(std::span<const std::uint8_t> text, bool is
 {
     std::size_t at = 0;
     while (true) {
-        const auto quick = takeQuickRecords(text.subspan(at));
+        auto quick = takeQuickRecords(text.subspan(at));
         if (!quick) {
             return quick;
         }

@@ -10,7 +10,7 @@ namespace
 {
 
 /// Stays in the second-level cache while it is filled and written.
-constexpr std::size_t kBufferBytes = 256 * 1024;
+constexpr std::size_t kBufferBytes = std::size_t{256} * 1024;
 
 }  // namespace
 

@@ -10,9 +10,9 @@ namespace files
 namespace
 {
 
-constexpr std::size_t kFirstCapacity = 64 * 1024;
+constexpr std::size_t kFirstCapacity = std::size_t{64} * 1024;
 /// From here on copying a segment costs more than making a new stage.
-constexpr std::size_t kHandOverFrom = 1024 * 1024;
+constexpr std::size_t kHandOverFrom = std::size_t{1024} * 1024;
 
 /// Segments have always had up to four spare bytes behind their data.
 constexpr std::size_t blockBytes(std::size_t size)

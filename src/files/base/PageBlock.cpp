@@ -13,8 +13,8 @@ namespace
 constexpr std::size_t kPage = 4096;
 /// What the allocator keeps ahead of a block.
 constexpr std::size_t kHeader = 2 * sizeof(std::size_t);
-constexpr std::size_t kLargeBlock = 1024 * 1024;
-constexpr std::size_t kLargePage = 2 * 1024 * 1024;
+constexpr std::size_t kLargeBlock = std::size_t{1024} * 1024;
+constexpr std::size_t kLargePage = std::size_t{2} * 1024 * 1024;
 
 }  // namespace
 
@@ -46,9 +46,9 @@ void preferLargePages(void *block)
     // The whole mapping of the block, its header included: a part of another kind would make two
     // mappings of it, and then `realloc` copies the block instead of moving its pages.
     const auto start = reinterpret_cast<std::uintptr_t>(block);
-    const std::uintptr_t first = (start - kHeader) / kPage * kPage;
-    const std::uintptr_t end = (start + size + kPage - 1) / kPage * kPage;
-    static_cast<void>(::madvise(reinterpret_cast<void *>(first), end - first, MADV_HUGEPAGE));
+    const std::size_t ahead = kHeader + (start - kHeader) % kPage;
+    const std::size_t bytes = (ahead + size + kPage - 1) / kPage * kPage;
+    static_cast<void>(::madvise(static_cast<std::uint8_t *>(block) - ahead, bytes, MADV_HUGEPAGE));
 }
 
 }  // namespace files
