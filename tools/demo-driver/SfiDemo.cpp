@@ -25,7 +25,7 @@ QString SfiDemo::run()
 
     chooseDevice(QStringLiteral("VDR32U575/585"));
     m_robot.setStartAddress(QStringLiteral("0x08040000"));
-    m_robot.chooseNext({data("firmware.hex"), data("firmware.bin")});
+    m_robot.chooseNext({data("firmware.hex"), data("firmware.bin"), data("firmware.elf")});
     click("sfi_firmware_add");
     m_robot.chooseNext({data("key.bin")});
     click("sfi_key_open");
