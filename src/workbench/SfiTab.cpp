@@ -48,6 +48,7 @@ workbench::TwinSurroundings CentralWidget::twinSurroundings()
             sfixTab->dropFirmwareSelections();
         }
     };
+    near.clearImagePanes = [this] { clearParsePanes(); };
     return near;
 }
 

@@ -79,7 +79,7 @@ bool TwinTab::reload(Row row, KeepAddress keep, bool disablesWhenEmpty)
         showBox(m_near.form, BoxKind::Error,
                 QStringLiteral("Failure to open SMI file : ") + list->rows().path(*failed));
     }
-    list->removeRow(*failed);
+    dropFile(row, *failed);
     if (disablesWhenEmpty && list->rows().isEmpty()) {
         m_form->generateButton()->setEnabled(false);
     }
@@ -173,7 +173,7 @@ void TwinTab::parse(bool fromUser)
     const auto record = openRecord(*m_near.fileManager, path);
     if (record == nullptr ||
         (record->type != file_type::kSfi && record->type != file_type::kSsfi)) {
-        m_form->parsePane()->info()->reset();
+        m_near.clearImagePanes();
         DisplayMng::getInstance().logMessage(5, L"Cannot parse SFI/SFIx image");
         return;
     }
@@ -206,6 +206,7 @@ void TwinTab::showFile(Row row)
     if (selected < 0) {
         return;
     }
+    m_shownRow = row;
     const QString path = list->rows().path(selected);
     const FileData &record = list->rows().record(selected);
     if (row == Row::External) {

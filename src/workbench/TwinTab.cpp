@@ -219,11 +219,18 @@ void TwinTab::removeSelected(Row row)
     if (row == Row::External && selected < extBinInfos.size()) {
         extBinInfos.removeAt(selected);
     }
-    list->removeRow(selected);
-    if (list->rows().isEmpty()) {
-        m_form->firmwareInfo()->reset();  // nothing is left that it could stand for
-    }
+    dropFile(row, selected);
     updateGenerate();
+}
+
+void TwinTab::dropFile(Row row, int at)
+{
+    FileList *list = m_form->list(row);
+    list->removeRow(at);
+    if (m_shownRow == row && list->selectedRow() < 0) {
+        m_form->firmwareInfo()->reset();  // or it would go on showing a file that left the list
+        m_shownRow.reset();
+    }
 }
 
 void TwinTab::pickFile(Row row)
@@ -248,6 +255,7 @@ void TwinTab::clear()
 {
     m_form->clear();
     extBinInfos.clear();
+    m_shownRow.reset();
 }
 
 }  // namespace workbench

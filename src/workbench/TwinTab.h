@@ -9,6 +9,7 @@
 #include <QVector>
 
 #include <functional>
+#include <optional>
 
 namespace workbench
 {
@@ -23,6 +24,7 @@ struct TwinSurroundings {
     std::function<bool()> isCombined;             ///< whether SMI files go into the image
     std::function<QList<FileData *>()> smiFiles;  ///< and which
     std::function<void()> imageIsRead;            ///< called before a pane reads an image
+    std::function<void()> clearImagePanes;        ///< of both tabs
 };
 
 /// The SFI or SFIx tab at work: lists, steps of a request, panes.
@@ -85,6 +87,7 @@ private:
     bool askPlace(Row row, const QString &path, FileData &record);
     bool askExternalPlace(const QString &path, FileData &record);
     void removeSelected(Row row);
+    void dropFile(Row row, int at);
     void pickFile(Row row);  ///< the user turned to the selected file
     void showFile(Row row);
     void parseModules(const QString &path);
@@ -101,7 +104,8 @@ private:
     const TwinTraits &m_twin;
     TwinSurroundings m_near;
     TwinForm *m_form;
-    int m_deviceIndex = 0;  ///< entry of the MCU box that the form stands for
+    int m_deviceIndex = 0;          ///< entry of the MCU box that the form stands for
+    std::optional<Row> m_shownRow;  ///< list whose file stands in "Firmware information"
 };
 
 }  // namespace workbench

@@ -179,6 +179,22 @@ TEST_F(SfiTab, AFileThatVanishedLeavesTheListAndEndsTheRequest)
     EXPECT_FALSE(QFileInfo::exists(output));
 }
 
+TEST_F(SfiTab, PaneShowsNoFileThatHasLeftItsList)
+{
+    prepare(kU575);
+    const QString gone = folder.file("gone.bin", "1234");
+    addBinary("firmware", gone, "0x9000000");
+    select("firmware", 1);
+    ASSERT_EQ(cells("firmwareInfo_table")[0], "gone.bin");
+    QFile::remove(gone);
+    refusals(1);
+    EXPECT_EQ(cells("firmwareInfo_table")[0], "fw.hex");
+    QFile::remove(hexPath);
+    refusals(1);
+    EXPECT_EQ(cells("firmwareInfo_table"), (QStringList{"", "", ""}));
+    EXPECT_TRUE(cells("firmwareInfo_segments").isEmpty());
+}
+
 TEST_F(SfiTab, GivenAddressSurvivesAndChangedBytesCount)
 {
     prepare(kU575);
@@ -412,12 +428,17 @@ TEST_F(SfiTab, ParsingWhatIsNoImageClearsThePane)
                               "exist."});
     }
     EXPECT_EQ(cells("imageInfo_segments").size(), 2) << "the pane stays as it was";
+    form.findChild<QLineEdit *>("sfix_parse_edit")->setText(output);
+    form.parseSfiFile("sfix", true);
+    const auto *ofTwin = form.findChild<QTableWidget *>("sfix_imageInfo_segments");
+    ASSERT_EQ(ofTwin->rowCount(), 2);
     edit("parse")->setText(hexPath);
     DialogAnswers boxes({QMessageBox::Ok});
     form.parseSfiFile("SFI", true);
     EXPECT_EQ(boxes.texts(), QStringList{"Error|Error: Cannot parse SFI/SFIx image"});
     EXPECT_TRUE(cells("imageInfo_segments").isEmpty());
     EXPECT_EQ(cells("imageInfo_table"), QStringList{"||"});
+    EXPECT_EQ(ofTwin->rowCount(), 0) << "a failure clears the panes of both tabs";
 }
 
 TEST_F(SfiTab, TabKeyGoesThroughTheFormFromTopToBottom)
