@@ -457,12 +457,14 @@ TEST_P(DeviceRam, FirmwareOfAnySizeComesBackWholeInPartsThatFit)
 
 INSTANTIATE_TEST_SUITE_P(
     Presets, DeviceRam,
-    ::testing::Values(Device{"H7", 0x1E000, 0x20000000, 0xFF, true},
-                      Device{"U575", 0x55500, 0, 0xFF, true},
-                      Device{"U59x", 0xA5500, 0, 0xFF, false},
-                      Device{"U535", 0x11500, 0, 0xFF, false}, Device{"L5", 0x19000, 0, 0xFF, true},
-                      Device{"WL", 0x2000, 0, 0xFF, true}, Device{"L4", 0, 0, 0xFF, false},
-                      Device{"WBA", 0xFED0, 0, 0xFF, true}, Device{"H5", 0x19000, 0, 0x484, true}),
+    ::testing::Values(
+        Device{"H7", 0x1E000, 0x20000000, 0xFF, true}, Device{"U575", 0x55500, 0, 0xFF, true},
+        Device{"U59x", 0xA5500, 0, 0xFF, false}, Device{"U535", 0x11500, 0, 0xFF, false},
+        Device{"L5", 0x19000, 0, 0xFF, true}, Device{"WL", 0x2000, 0, 0xFF, true},
+        Device{"L4", 0, 0, 0xFF, false}, Device{"WBA", 0xFED0, 0, 0xFF, true},
+        Device{"H5", 0x19000, 0, 0x484, true}, Device{"SfixU575", 0x4B000, 0, 0xFF, false},
+        Device{"SfixU59x", 0x55500, 0, 0xFF, false}, Device{"SfixL5", 0x19000, 0, 0xFF, false},
+        Device{"SfixWL", 0x2000, 0, 0xFF, false}),
     [](const auto &device) { return device.param.name; });
 
 }  // namespace
