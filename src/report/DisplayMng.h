@@ -29,8 +29,7 @@ public:
     void logMessage(int level, const wchar_t *format, ...);
 
     /// Opens `path` with mode "w+", so an existing file is emptied. A failure leaves `logFile`
-    /// null and isn't reported. A stream that was open before is closed, so that its lines are
-    /// kept.
+    /// null and isn't reported. A stream that was open before is flushed, but not closed.
     void initLogFile(const QString &path);
 
     void InitProgressBar();

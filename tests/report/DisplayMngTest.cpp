@@ -70,7 +70,7 @@ TEST_F(Sink, LongTextIsCutAndItsPrefixKept)
     }
 }
 
-TEST_F(Sink, ANewLogFileEmptiesItsTargetAndKeepsTheLinesOfTheOldOne)
+TEST_F(Sink, ANewLogFileEmptiesItsTargetAndLeavesTheOldOneOpen)
 {
     const QTemporaryDir folder;
     const auto path = [&folder](const char *name) {
@@ -82,9 +82,13 @@ TEST_F(Sink, ANewLogFileEmptiesItsTargetAndKeepsTheLinesOfTheOldOne)
     };
     sink.initLogFile(path("a.log"));
     ASSERT_NE(sink.logFile, nullptr);
-    std::fputs("first", sink.logFile);
+    FILE *const old = sink.logFile;
+    std::fputs("first", old);
     sink.initLogFile(path("\xC3\xA9.log"));
     EXPECT_EQ(contents(path("a.log")), "first");
+    std::fputs(", second", old);
+    EXPECT_EQ(std::fclose(old), 0);
+    EXPECT_EQ(contents(path("a.log")), "first, second");
     EXPECT_EQ(contents(path("\xC3\xA9.log")), "");
     sink.initLogFile(path("a.log"));
     EXPECT_EQ(contents(path("a.log")), "");
