@@ -2,6 +2,7 @@
 
 #include "workbench/NumberText.h"
 #include "workbench/widgets/Boxes.h"
+#include "workbench/widgets/WrappingLabel.h"
 
 #include <QDialogButtonBox>
 #include <QGridLayout>
@@ -12,10 +13,8 @@
 AddressDialog::AddressDialog(const QString &fileName, QWidget *parent) : QDialog(parent)
 {
     setWindowTitle(tr("Start address"));
-    auto *question =
-        new QLabel(tr("Please specify the starting address for the file : ") + fileName, this);
-    question->setTextFormat(Qt::PlainText);
-    question->setWordWrap(true);
+    auto *question = new workbench::WrappingLabel(
+        tr("Please specify the starting address for the file : ") + fileName, this);
     auto *label = new QLabel(tr("&Start address : "), this);
     m_startEdit = new QLineEdit(this);
     m_startEdit->setObjectName(QStringLiteral("address_start_edit"));

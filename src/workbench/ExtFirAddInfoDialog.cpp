@@ -2,6 +2,7 @@
 
 #include "workbench/NumberText.h"
 #include "workbench/widgets/Boxes.h"
+#include "workbench/widgets/WrappingLabel.h"
 
 #include <QDialogButtonBox>
 #include <QGridLayout>
@@ -58,9 +59,7 @@ void ExtFirAddInfoDialog::buildFields(const QString &startAddress)
 
 void ExtFirAddInfoDialog::layRows(const QString &fileName)
 {
-    auto *file = new QLabel(tr("External firmware file: ") + fileName, this);
-    file->setTextFormat(Qt::PlainText);
-    file->setWordWrap(true);
+    auto *file = new workbench::WrappingLabel(tr("External firmware file: ") + fileName, this);
     auto *layout = new QGridLayout(this);
     layout->addWidget(file, 0, 0, 1, 2);
     struct Row {

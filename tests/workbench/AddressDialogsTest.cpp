@@ -83,6 +83,24 @@ TEST(AddressDialog, ShowsTheNameAsWrittenAndClosesOnEscape)
     EXPECT_EQ(dialog.result(), QDialog::Rejected);
 }
 
+TEST(AddressDialog, LongestNameStaysOnTheScreenAndWhole)
+{
+    const QString name = QString(251, 'm') + ".bin";
+    AddressDialog address(name);
+    ExtFirAddInfoDialog external(name, "-1");
+    for (QDialog *dialog : {static_cast<QDialog *>(&address), static_cast<QDialog *>(&external)}) {
+        dialog->show();
+        EXPECT_LT(dialog->width(), 900);
+        QLabel *shown = nullptr;
+        for (QLabel *label : dialog->findChildren<QLabel *>()) {
+            shown = label->text().endsWith(name) ? label : shown;
+        }
+        ASSERT_NE(shown, nullptr);
+        EXPECT_GT(shown->width() * shown->height(),
+                  shown->fontMetrics().horizontalAdvance(name) * shown->fontMetrics().ascent());
+    }
+}
+
 TEST(ExtFirAddInfoDialog, OkNeedsThreeTexts)
 {
     ExtFirAddInfoDialog dialog("a.bin", "-1");
