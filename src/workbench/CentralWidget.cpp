@@ -25,14 +25,15 @@ constexpr int kSfiObH5Index = 12;
 // without a lock would bring back a stale one.
 void lockToH5(QComboBox *box, int h5Index, int &storedIndex, bool lock)
 {
-    if (box == nullptr || lock == !box->isEnabled()) {
+    if (box == nullptr) {
         return;
     }
+    const bool isLocked = !box->isEnabledTo(box->parentWidget());  // whatever its page is
     if (lock) {
-        storedIndex = box->currentIndex();
+        storedIndex = isLocked ? storedIndex : box->currentIndex();
         box->setCurrentIndex(h5Index);
         box->setEnabled(false);
-    } else {
+    } else if (isLocked) {
         box->setEnabled(true);
         box->setCurrentIndex(storedIndex);
     }

@@ -19,6 +19,7 @@ class QFrame;
 class QGroupBox;
 class QHBoxLayout;
 class QLabel;
+class QMessageBox;
 class QPushButton;
 class QScrollArea;
 class QTabWidget;
@@ -191,6 +192,7 @@ private:
     void generateRandomFile(const char *row, int bytes, const QString &success,
                             const QString &failure);
 
+    QMessageBox *m_aboutBox = nullptr;  ///< null until the first look
     QHBoxLayout *m_topLayout = nullptr;
     QVBoxLayout *m_rightLayout = nullptr;
 };

@@ -24,7 +24,9 @@ const char *const kGradient =
 const char *const kHoverRule =
     "QPushButton:hover{background-color: qlineargradient(x1: 0, x2: 0, y1: 0, y2: 1, stop: 0 "
     "#03234B, stop: 1 #3CB4E6)}"
-    "QPushButton:focus{border: 2px solid #8FD3F4; border-radius: 4px}";
+    "QPushButton:focus{border: 2px solid #8FD3F4; border-radius: 4px}"
+    // A tool tip takes the panel's navy with it, and would show the desktop's black text on it.
+    "QToolTip{color: white; border: 1px solid #8FD3F4}";
 
 QPushButton *makeIconButton(QWidget *parent, const char *name, const char *icon,
                             const QString &label)
@@ -241,15 +243,18 @@ void CentralWidget::highlightCurrentIcon(const QString &name)
 
 void CentralWidget::displayHelp()
 {
-    // The box closes on its own time and then goes away.
-    auto *box = new QMessageBox(this);
-    box->setAttribute(Qt::WA_DeleteOnClose);
-    box->setWindowTitle(tr("About"));
-    box->setTextFormat(Qt::PlainText);
-    box->setIconPixmap(QPixmap(QStringLiteral(":/Vendrelis.png")));
-    box->setText(QLatin1Char('\n') + QCoreApplication::applicationName() + QLatin1String("\n v") +
-                 QCoreApplication::applicationVersion() + QLatin1Char('\n') +
-                 QCoreApplication::organizationName());
-    box->setModal(false);
-    box->show();
+    // The box closes on its own time. It stays the form's then, for the next look.
+    if (m_aboutBox == nullptr) {
+        m_aboutBox = new QMessageBox(this);
+        m_aboutBox->setWindowTitle(tr("About"));
+        m_aboutBox->setTextFormat(Qt::PlainText);
+        m_aboutBox->setIconPixmap(QPixmap(QStringLiteral(":/Vendrelis.png")));
+        m_aboutBox->setText(QLatin1Char('\n') + QCoreApplication::applicationName() +
+                            QLatin1String("\n v") + QCoreApplication::applicationVersion() +
+                            QLatin1Char('\n') + QCoreApplication::organizationName());
+        m_aboutBox->setModal(false);
+    }
+    m_aboutBox->show();
+    m_aboutBox->raise();
+    m_aboutBox->activateWindow();
 }

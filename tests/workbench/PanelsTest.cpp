@@ -1,14 +1,16 @@
 #include "workbench/CentralWidget.h"
 #include "workbench/ResizeFilter.h"
 
+#include <QApplication>
 #include <QComboBox>
-#include <QCoreApplication>
 #include <QGroupBox>
 #include <QLabel>
 #include <QMessageBox>
 #include <QPushButton>
 #include <QTabBar>
 #include <QTabWidget>
+#include <QTest>
+#include <QToolTip>
 
 #include <gtest/gtest.h>
 
@@ -95,10 +97,24 @@ TEST_F(Panels, H5LocksTheBoxesAndGivesTheChoiceBack)
     form.h5Button->click();  // a second click must not store the locked entry
     EXPECT_EQ(indices(), (QList<int>{9, 7, 12}));
     EXPECT_EQ(locks(), kLocked);
+    form.sfiMcuCombo->setCurrentIndex(1);  // as code may do; the panel has its own entry
+    form.h5Button->click();
+    EXPECT_EQ(indices(), (QList<int>{9, 7, 12}));
     form.sspButton->click();  // leaves the lock alone
     EXPECT_EQ(locks(), kLocked);
     form.sfiButton->click();
     EXPECT_EQ(indices(), (QList<int>{2, 3, 4}));
+    EXPECT_EQ(locks(), kFree);
+}
+
+TEST_F(Panels, DisabledPagesAreNoLock)
+{
+    form.sfiMcuCombo->setCurrentIndex(2);
+    form.setEnabled(false);
+    form.displayH5_Tabs();
+    form.setEnabled(true);
+    form.displaySFI_Tabs();
+    EXPECT_EQ(form.sfiMcuCombo->currentIndex(), 2);
     EXPECT_EQ(locks(), kFree);
 }
 
@@ -212,19 +228,48 @@ TEST(TabStyle, FollowsTheSizeOfTheWidget)
     EXPECT_TRUE(info.styleSheet().contains("width: 302px;"));
 }
 
+TEST_F(Panels, ToolTipsAreLegibleOnTheNavyOfThePanel)
+{
+    form.show();
+    QToolTip::showText(QPoint(5, 5), "WB Sign", form.wbButton);
+    QImage tip;
+    for (QWidget *widget : QApplication::topLevelWidgets()) {
+        if (widget->objectName() == "qtooltip_label") {
+            tip = widget->grab(widget->rect().adjusted(3, 3, -3, -3)).toImage();
+        }
+    }
+    QToolTip::hideText();
+    ASSERT_FALSE(tip.isNull());
+    int darkest = 255;
+    int brightest = 0;
+    for (int y = 0; y < tip.height(); ++y) {
+        for (int x = 0; x < tip.width(); ++x) {
+            darkest = qMin(darkest, qGray(tip.pixel(x, y)));
+            brightest = qMax(brightest, qGray(tip.pixel(x, y)));
+        }
+    }
+    EXPECT_GT(brightest - darkest, 150);
+}
+
 TEST_F(Panels, HelpBoxStaysBesideTheForm)
 {
     QCoreApplication::setApplicationName("Name <b>");
     QCoreApplication::setApplicationVersion("1.2");
     QCoreApplication::setOrganizationName("Maker");
     form.helpButton->click();
-    const auto *box = form.findChild<QMessageBox *>();
+    auto *box = form.findChild<QMessageBox *>();
     ASSERT_NE(box, nullptr);
     EXPECT_EQ(box->text(), "\nName <b>\n v1.2\nMaker");
     EXPECT_EQ(box->textFormat(), Qt::PlainText);
     EXPECT_TRUE(box->isVisible());
     EXPECT_FALSE(box->isModal());
     EXPECT_FALSE(box->iconPixmap().isNull());
+    QTest::keyClick(box, Qt::Key_Escape);
+    EXPECT_FALSE(box->isVisible());
+    QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
+    form.displayHelp();
+    EXPECT_EQ(form.findChildren<QMessageBox *>().size(), 1);
+    EXPECT_TRUE(box->isVisible());
 }
 
 }  // namespace
