@@ -4,5 +4,5 @@
 void CentralWidget::InitCertifTab()
 {
     workbench::layTabNotice(daPage, tr("This tab makes and chains certificates for debug "
-                                       "authentication. Its form isn't part of this version."));
+                                       "authentication; its form isn't part of this version."));
 }

@@ -4,5 +4,5 @@
 void CentralWidget::InitHSMTab()
 {
     workbench::layTabNotice(hsmPage, tr("This tab programs hardware security modules for licensed "
-                                        "production. Its form isn't part of this version."));
+                                        "production; its form isn't part of this version."));
 }

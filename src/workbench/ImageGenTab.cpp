@@ -10,7 +10,7 @@ void CentralWidget::InitMCUbootTab()
     obkey->imgTools.resize(std::max<std::size_t>(obkey->imgTools.size(), obkey->imageGenCount));
     workbench::layTabNotice(currentImageGenPage(),
                             tr("This tab makes boot images through the image tool, from XML "
-                               "templates. Its form isn't part of this version."));
+                               "templates; its form isn't part of this version."));
 }
 
 void CentralWidget::OpenMCUboot()

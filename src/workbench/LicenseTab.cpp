@@ -5,5 +5,5 @@ void CentralWidget::InitLicenseTab()
 {
     workbench::layTabNotice(
         licensePage,
-        tr("This tab makes licence files for devices. Its form isn't part of this version."));
+        tr("This tab makes licence files for devices; its form isn't part of this version."));
 }

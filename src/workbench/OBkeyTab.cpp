@@ -5,7 +5,7 @@
 void CentralWidget::InitOBkeyTab()
 {
     workbench::layTabNotice(obkeyPage, tr("This tab makes provisioning files (OBK) from XML "
-                                          "templates. Its form isn't part of this version."));
+                                          "templates; its form isn't part of this version."));
 }
 
 void CentralWidget::OpenOBkeyKey()

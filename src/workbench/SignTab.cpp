@@ -3,6 +3,6 @@
 
 void CentralWidget::InitSignTab()
 {
-    workbench::layTabNotice(signPage, tr("This tab signs firmware images of wireless devices. Its "
+    workbench::layTabNotice(signPage, tr("This tab signs firmware images of wireless devices; its "
                                          "form isn't part of this version."));
 }

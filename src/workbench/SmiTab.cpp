@@ -3,6 +3,6 @@
 
 void CentralWidget::InitSmiTab()
 {
-    workbench::layTabNotice(smiPage, tr("This tab makes secure module images (SMI) from ELF files. "
-                                        "Its form isn't part of this version."));
+    workbench::layTabNotice(smiPage, tr("This tab makes secure module images (SMI) from ELF files; "
+                                        "its form isn't part of this version."));
 }

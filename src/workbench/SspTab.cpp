@@ -4,5 +4,5 @@
 void CentralWidget::InitSspTab()
 {
     workbench::layTabNotice(sspPage, tr("This tab makes secret-provisioning images (SSP) for "
-                                        "microprocessors. Its form isn't part of this version."));
+                                        "microprocessors; its form isn't part of this version."));
 }
