@@ -1,9 +1,14 @@
 #include "workbench/ResizeFilter.h"
 
 #include <QEvent>
+#include <QTabBar>
+#include <QVariant>
 
 namespace
 {
+
+// Below this the longest title wants the style sheet's smaller font.
+constexpr int kRoomyTabWidth = 106;
 
 void styleTabs(QTabWidget *tabWidget, int tabWidth)
 {
@@ -24,7 +29,9 @@ void styleTabs(QTabWidget *tabWidget, int tabWidth)
 
 void expandingTabsStyleSheet(QTabWidget *tabWidget)
 {
-    styleTabs(tabWidget, (tabWidget->width() - 7) / 12);
+    const int tabWidth = (tabWidget->width() - 7) / 12;
+    tabWidget->tabBar()->setProperty("narrow", tabWidth < kRoomyTabWidth);
+    styleTabs(tabWidget, tabWidth);
 }
 
 void expandingTabsStyleSheetInf(QTabWidget *tabWidget)
