@@ -23,20 +23,28 @@ int complainOfDisplay()
     return kNoDisplay;
 }
 
-// A display that is named but doesn't answer makes Qt print several lines and abort with a core
-// file. While the application object is made, that becomes our one line and status.
 QtMessageHandler previousHandler = nullptr;
 
+// A session without a runtime folder works as well as any, and of a document that nothing on this
+// desktop can show a box tells already.
+void handleMessage(QtMsgType type, const QMessageLogContext &context, const QString &text)
+{
+    if (!text.contains(QLatin1String("XDG_RUNTIME_DIR")) &&
+        !text.startsWith(QLatin1String("Unable to detect a web browser to launch"))) {
+        previousHandler(type, context, text);
+    }
+}
+
+// A display that is named but doesn't answer makes Qt print several lines and abort with a core
+// file. While the application object is made, that becomes our one line and status.
 void handleStartMessage(QtMsgType type, const QMessageLogContext &context, const QString &text)
 {
     if (type == QtFatalMsg) {
         std::_Exit(complainOfDisplay());
     }
     // Qt tells about a fault of its platform at once and aborts then; the fatal message covers it.
-    // A session without a runtime folder works as well as any.
-    const bool isPlatformFault = qstrncmp(context.category, "qt.qpa.", 7) == 0;
-    if (!isPlatformFault && !text.contains(QLatin1String("XDG_RUNTIME_DIR"))) {
-        previousHandler(type, context, text);
+    if (qstrncmp(context.category, "qt.qpa.", 7) != 0) {
+        handleMessage(type, context, text);
     }
 }
 
@@ -77,7 +85,7 @@ int run(int argc, char **argv)
         Qt::HighDpiScaleFactorRoundingPolicy::PassThrough);
     previousHandler = qInstallMessageHandler(handleStartMessage);
     QApplication application(argc, argv);
-    qInstallMessageHandler(nullptr);
+    qInstallMessageHandler(handleMessage);
     describeApplication(application);
     const MainWindow window(argc, argv);
     // Without a window nothing would ever end the event loop.

@@ -1,8 +1,12 @@
 // The program as a process: standard streams and exit status.
+#include <QFile>
 #include <QMap>
 #include <QProcess>
+#include <QTemporaryDir>
 
 #include <gtest/gtest.h>
+
+#include <cstdio>
 
 namespace
 {
@@ -82,6 +86,11 @@ struct Ending {
     int status;
 };
 
+void PrintTo(const Ending &ending, std::ostream *out)
+{
+    *out << ending.arguments.join(' ').toStdString();
+}
+
 class Closing : public ::testing::TestWithParam<Ending>
 {
 };
@@ -108,5 +117,38 @@ INSTANTIATE_TEST_SUITE_P(
                       Ending{"InABoxOfATemplate", {"-obk", "a", "-pb", "b"}, true, 0},
                       Ending{"InABoxUnderNg", {"-ng", "-pb", "a", "-pb", "b"}, true, 2}),
     [](const auto &row) { return row.param.name; });
+
+TEST(Program, FileNamesAreUtf8WhereTheLocaleHasOnlyAscii)
+{
+    const QTemporaryDir folder;
+    // Made by its bytes, whatever the locale of this test is.
+    const QByteArray path = QFile::encodeName(folder.path()) + "/\xC3\xA9.bin";
+    std::FILE *file = std::fopen(path.constData(), "w");
+    ASSERT_NE(file, nullptr);
+    std::fclose(file);
+    for (const char *locale : {"C", "C.UTF-8"}) {
+        const Outcome outcome = runProgram(CLOSER, {},
+                                           {{"QT_QPA_PLATFORM", "offscreen"},
+                                            {"LC_ALL", locale},
+                                            {"LOOK_FOR", QString::fromUtf8(path)}});
+        EXPECT_EQ(outcome.out, "found\n") << locale;
+    }
+}
+
+TEST(Program, StandardErrorIsForFaultsOnly)
+{
+    struct Case {
+        QString text;
+        QByteArray expected;
+    };
+    for (const Case &c :
+         {Case{"Unable to detect a web browser to launch 'https://x'", ""},
+          Case{"QStandardPaths: XDG_RUNTIME_DIR not set, defaulting to 'x'", ""},
+          Case{"QObject::connect: something is wrong", "QObject::connect: something is wrong\n"}}) {
+        const Outcome outcome =
+            runProgram(CLOSER, {}, {{"QT_QPA_PLATFORM", "offscreen"}, {"SAY", c.text}});
+        EXPECT_EQ(outcome.err, c.expected);
+    }
+}
 
 }  // namespace

@@ -1,22 +1,38 @@
 // The real program, but for a hand that closes the window: in the first box when the variable
 // CLOSE_IN_BOX is set, else when the event loop runs. A process that doesn't end is the fault the
-// test looks for.
+// test looks for. Before that it looks for the file of variable LOOK_FOR (UTF-8) and warns with the
+// text of SAY.
 #include "app/Application.h"
 #include "support/LeakSuppressions.h"
 
 #include <QApplication>
 #include <QDialog>
 #include <QEvent>
+#include <QFile>
 #include <QMainWindow>
 #include <QTimer>
+
+#include <cstdio>
 
 namespace
 {
 
+void answerQuestions()
+{
+    if (const QByteArray path = qgetenv("LOOK_FOR"); !path.isEmpty()) {
+        std::puts(QFile::exists(QString::fromUtf8(path)) ? "found" : "missing");
+    }
+    if (const QByteArray text = qgetenv("SAY"); !text.isEmpty()) {
+        qWarning("%s", text.constData());
+    }
+}
+
 void closeMainWindow()
 {
     for (QWidget *widget : QApplication::topLevelWidgets()) {
-        if (auto *window = qobject_cast<QMainWindow *>(widget)) {
+        auto *window = qobject_cast<QMainWindow *>(widget);
+        if (window != nullptr && window->isVisible()) {
+            answerQuestions();
             window->close();
         }
     }
