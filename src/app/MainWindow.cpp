@@ -1,5 +1,6 @@
 #include "app/MainWindow.h"
 
+#include "app/SelectionKeeper.h"
 #include "report/DisplayMng.h"
 #include "workbench/CentralWidget.h"
 
@@ -17,9 +18,11 @@ MainWindow::MainWindow(int argc, char **argv, QWidget *parent) : QMainWindow(par
 {
     setWindowTitle(tr("VDR32 Sealed Package Builder"));
     setMinimumSize(1420, 800);
+    setContextMenuPolicy(Qt::NoContextMenu);  // it would offer to hide the tool bar
     show();  // a box raised by the command line needs a window behind it
     InitMenuBar();
     InitToolsBar();
+    QCoreApplication::instance()->installEventFilter(new app::SelectionKeeper(this));
     centralWidget = new CentralWidget(1, nullptr);
     centralWidget->obkeyScrollArea = new QScrollArea(centralWidget->obkeyPage);
     centralWidget->obkeyScrollArea->hide();
@@ -64,7 +67,7 @@ void MainWindow::startWithArguments(const QStringList &arguments)
     }
     for (const app::Step &step : app::parseCommandLine(arguments)) {
         // A window that was closed behind a box wants nothing more.
-        if (!perform(step) || m_closedStatus) {
+        if (m_closedStatus || !perform(step)) {
             return;
         }
     }

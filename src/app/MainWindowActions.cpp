@@ -3,11 +3,12 @@
 #include "app/MainWindow.h"
 #include "files/FileManager.h"
 #include "workbench/CentralWidget.h"
+#include "workbench/FileChoice.h"
 #include "workbench/widgets/Boxes.h"
+#include "workbench/widgets/BusyCursor.h"
 
 #include <QApplication>
 #include <QDesktopServices>
-#include <QFileDialog>
 #include <QFileInfo>
 #include <QKeyEvent>
 #include <QUrl>
@@ -35,13 +36,11 @@ void postKeyToFocus(int key, Qt::KeyboardModifiers modifiers)
 
 void MainWindow::Check()
 {
-    const QString path =
-        QFileDialog::getOpenFileName(this, tr("Open file"), centralWidget->lastFolder,
-                                     QStringLiteral("Secure firmwares (*.sfi *.smi)"));
+    const QString path = workbench::chooseFile(this, centralWidget->lastFolder,
+                                               QStringLiteral("Secure firmwares (*.sfi *.smi)"));
     if (path.isEmpty()) {
         return;
     }
-    centralWidget->lastFolder = path;
     centralWidget->clearParsePanes();
     if (path.endsWith(QLatin1String(".sfi")) || path.endsWith(QLatin1String(".smi"))) {
         checkImage(path);
@@ -52,6 +51,7 @@ void MainWindow::Check()
 
 void MainWindow::checkImage(const QString &path)
 {
+    const workbench::BusyCursor busy;
     FileManager &manager = centralWidget->fileManager;
     FileType *opened = nullptr;
     if (!manager.Open(path.toStdWString(), &opened, manager.paddingByte, 0, 0)) {

@@ -77,8 +77,6 @@ void MainWindow::InitToolsBar()
     toolBar->setObjectName(QStringLiteral("frame_tools_bar"));
     toolBar->setFloatable(false);
     toolBar->setMovable(false);
-    // Hidden, it could only be brought back by the next start.
-    toolBar->setContextMenuPolicy(Qt::PreventContextMenu);
     checkTool = addTool(toolBar, "tool_check_action", ":/parse.png", tr("check SFI/SMI"));
     clearTool = addTool(toolBar, "tool_clear_action", ":/clear.png", tr("clear"));
     settingsTool = addTool(toolBar, "tool_settings_action", ":/settings.png", tr("settings"));

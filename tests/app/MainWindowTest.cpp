@@ -7,6 +7,7 @@
 #include <QClipboard>
 #include <QCloseEvent>
 #include <QComboBox>
+#include <QContextMenuEvent>
 #include <QDesktopServices>
 #include <QLabel>
 #include <QLineEdit>
@@ -122,6 +123,43 @@ TEST(MainWindow, EditActionsActOnTheWidgetWithTheFocus)
     edit->selectAll();
     run(&MainWindow::Copy);
     EXPECT_EQ(QApplication::clipboard()->text(), "c");
+}
+
+TEST(MainWindow, CopyByTheKeyboardFindsTheSelection)
+{
+    const WindowUnderTest window;
+    auto *edit = window->findChild<QLineEdit *>("sfi_key_edit");
+    ASSERT_TRUE(QTest::qWaitForWindowActive(&*window));
+    edit->setFocus();
+    ASSERT_EQ(QApplication::focusWidget(), edit);
+    edit->setText("0x08000000");
+    edit->setSelection(2, 3);
+    QApplication::clipboard()->setText("before");
+    QTest::keyClick(edit, Qt::Key_E, Qt::AltModifier);
+    ASSERT_TRUE(QTest::qWaitFor([] { return QApplication::activePopupWidget() != nullptr; }));
+    QTest::keyClick(QApplication::activePopupWidget(), Qt::Key_C);
+    QCoreApplication::processEvents();
+    EXPECT_EQ(QApplication::clipboard()->text(), "080");
+    EXPECT_EQ(edit->selectedText(), "080");
+}
+
+TEST(MainWindow, NothingOffersToHideTheToolBar)
+{
+    const WindowUnderTest window;
+    for (QWidget *widget :
+         {static_cast<QWidget *>(window->menus), static_cast<QWidget *>(window->toolBar)}) {
+        QContextMenuEvent event(QContextMenuEvent::Mouse, QPoint(3, 3));
+        bool hasMenu = false;
+        QTimer::singleShot(0, [&hasMenu] {
+            if (QWidget *popup = QApplication::activePopupWidget()) {
+                hasMenu = true;
+                popup->close();
+            }
+        });
+        QApplication::sendEvent(widget, &event);
+        QCoreApplication::processEvents();
+        EXPECT_FALSE(hasMenu) << widget->objectName().toStdString();
+    }
 }
 
 /// Writes a file of the given name and asks the window to check it.
