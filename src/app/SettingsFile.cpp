@@ -68,11 +68,22 @@ public:
 
     [[nodiscard]] QString text(const char *key) const { return value(key).toString(); }
 
+    /// QVariant would take any text but "0" and "false" for true.
+    [[nodiscard]] bool flag(const char *key, bool otherwise) const
+    {
+        const QVariant found = value(key, otherwise);
+        if (found.type() != QVariant::String) {
+            return found.toBool();
+        }
+        const QString text = found.toString().toLower();
+        return text == QLatin1String("true") || text.toInt() != 0;
+    }
+
+    /// An emptied list reads as one empty text. Others keep theirs: they count in the lists beside.
     [[nodiscard]] QStringList texts(const char *key) const
     {
-        QStringList all = value(key).toStringList();
-        all.removeAll(QString());
-        return all;
+        const QStringList all = value(key).toStringList();
+        return all == QStringList(QString()) ? QStringList() : all;
     }
     /// A list of one number that was typed into the file reads as a plain text.
     [[nodiscard]] QList<QVariant> numbers(const char *key) const
@@ -116,9 +127,9 @@ SavedState load(QSettings &ini)
     state.windowSize = ini.value(QStringLiteral("Window/size")).toSize();
     state.lastFolder = ini.value(QStringLiteral("Window/path")).toString();
     const Group settings(ini, "Settings");
-    state.paddingFF = settings.value("Pad", state.paddingFF).toBool();
-    state.generateSettingsFile = settings.value("SetCheck", state.generateSettingsFile).toBool();
-    state.generateLogFile = settings.value("logCheck", state.generateLogFile).toBool();
+    state.paddingFF = settings.flag("Pad", state.paddingFF);
+    state.generateSettingsFile = settings.flag("SetCheck", state.generateSettingsFile);
+    state.generateLogFile = settings.flag("logCheck", state.generateLogFile);
     state.logFilePath = settings.text("logLine");
 
     const Group sfi(ini, "SFI");

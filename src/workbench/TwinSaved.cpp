@@ -91,6 +91,10 @@ void TwinTab::restoreFiles(Row row, const QStringList &paths, const SavedPlaces 
 {
     int next = 0;
     for (const QString &path : paths) {
+        if (path.isEmpty()) {
+            ++next;  // nothing to report, but its place is not the next file's
+            continue;
+        }
         auto record = openFor(row, path);
         const bool hasEntry =
             row != Row::External || (record ? isPlaced(record->type) : soundsPlaced(path));

@@ -1,5 +1,7 @@
 #include "app/SettingsFixture.h"
 
+#include <set>
+
 namespace
 {
 
@@ -173,6 +175,18 @@ TEST_F(SavedState, ShortListsEndTheRestoringOfTheirListOnly)
     EXPECT_EQ(rows(window, "sfi_smi_list"), 0);
 }
 
+TEST_F(SavedState, DamagedValuesKeepToThemselves)
+{
+    writeSettings("[Window]\nSettings\\Pad=0xAA\nSettings\\SetCheck=1\nSettings\\logCheck=x\n"
+                  "SFI\\firmware%20files=, " +
+                  one.toUtf8() + "\nSFI\\Addresses=16, 32\n");
+    const DialogAnswers noBoxes;
+    const WindowUnderTest window;
+    EXPECT_FALSE(window->paddingFF || window->generateLogFile);
+    EXPECT_TRUE(window->generateSettingsFile);
+    EXPECT_EQ(places(window.form().sfiTab, Row::Firmware), QStringList("one.bin@20"));
+}
+
 TEST_F(SavedState, NoFileOfAnyKindBlocksStartOrClose)
 {
     const std::pair<const char *, std::function<void()>> faults[] = {
@@ -197,6 +211,10 @@ TEST_F(SavedState, NoFileOfAnyKindBlocksStartOrClose)
         EXPECT_EQ(rows(window, "sfi_firmware_list"), 0) << name;
         window->close();
         EXPECT_EQ(window->closedStatus(), 0) << name;
+        // What is no text of this kind is replaced; what can't be read whole is left alone.
+        const bool isKept = std::set<QByteArray>{"folder", "pipe", "huge"}.count(name) != 0;
+        const bool isFile = QFileInfo(settingsPath()).isFile();
+        EXPECT_NE(isFile && contentsOf(settingsPath()).contains("SetCheck=true"), isKept) << name;
     }
 }
 
