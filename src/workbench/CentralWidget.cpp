@@ -60,6 +60,11 @@ CentralWidget::CentralWidget(unsigned char buildForm, QWidget *parent) : QWidget
     m_topLayout->addLayout(m_rightLayout);
     buildTabs();
     connectPanel();
+    // The tab bar stands between panel and pages. The tab widget passes the focus to it and comes
+    // behind all pages, so Tab would find the bar a second time there.
+    tabWidget->setFocusProxy(nullptr);
+    tabWidget->setFocusPolicy(Qt::NoFocus);
+    setTabOrder(helpButton, tabWidget->tabBar());
 }
 
 CentralWidget::~CentralWidget()

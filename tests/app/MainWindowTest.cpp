@@ -15,12 +15,15 @@
 #include <QMenuBar>
 #include <QPushButton>
 #include <QScrollArea>
+#include <QTabBar>
 #include <QTableWidget>
 #include <QTemporaryDir>
 #include <QTest>
 #include <QToolBar>
 
 #include <gtest/gtest.h>
+
+#include <algorithm>
 
 namespace
 {
@@ -123,6 +126,43 @@ TEST(MainWindow, EditActionsActOnTheWidgetWithTheFocus)
     edit->selectAll();
     run(&MainWindow::Copy);
     EXPECT_EQ(QApplication::clipboard()->text(), "c");
+}
+
+/// Presses a key until the focus is back where it was, at most 60 times.
+/// @return the object names on the way; of a tab bar, its tab widget's
+QStringList focusRound(int key)
+{
+    QStringList names;
+    const QWidget *const start = QApplication::focusWidget();
+    do {
+        QTest::keyClick(QApplication::focusWidget(), static_cast<Qt::Key>(key));
+        const QWidget *at = QApplication::focusWidget();
+        names << (qobject_cast<const QTabBar *>(at) ? at->parentWidget() : at)->objectName();
+    } while (QApplication::focusWidget() != start && names.size() < 60);
+    return names;
+}
+
+TEST(MainWindow, TabGoesFromTopToBottomAndBack)
+{
+    const WindowUnderTest window;
+    ASSERT_TRUE(QTest::qWaitForWindowActive(&*window));
+    window.form().hamburgerButton->setFocus();
+    const QStringList forward = focusRound(Qt::Key_Tab);
+    const QStringList panel{"sfiIcon",  "sspIcon",        "wbIcon",       "h5Icon",
+                            "helpIcon", "workbench_tabs", "sfi_mcu_combo"};
+    EXPECT_EQ(forward.mid(0, 7), panel);
+    EXPECT_EQ(forward.mid(forward.indexOf("sfi_output_folder")),
+              (QStringList{"sfi_output_folder", "sfi_info_tabs", "sfi_firmwareInfo_table",
+                           "sfi_firmwareInfo_segments", "hamburgerIcon"}))
+        << forward.join(' ').toStdString();
+    QStringList backward = focusRound(Qt::Key_Backtab);
+    backward.prepend(backward.takeLast());
+    std::reverse(backward.begin(), backward.end());
+    EXPECT_EQ(backward, forward) << backward.join(' ').toStdString();
+    window.form().h5Button->click();
+    window.form().sfiButton->click();
+    window.form().hamburgerButton->setFocus();
+    EXPECT_EQ(focusRound(Qt::Key_Tab), forward);
 }
 
 TEST(MainWindow, CopyByTheKeyboardFindsTheSelection)

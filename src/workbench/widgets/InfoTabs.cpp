@@ -14,6 +14,9 @@ InfoTabs::InfoTabs(const QString &name, QWidget *first, const QString &firstTitl
 {
     nameWidget(this, name, firstTitle + QStringLiteral(", ") + secondTitle);
     tabBar()->setUsesScrollButtons(false);
+    // Passing the focus to the bar, the pane would catch it again behind its last page.
+    setFocusProxy(nullptr);
+    setFocusPolicy(Qt::NoFocus);
     addTab(first, firstTitle);
     setTabEnabled(addTab(new QWidget(this), QString()), false);
     addTab(second, secondTitle);
