@@ -26,10 +26,12 @@ void LogDialog::ReadLogs()
     // QTextEdit::append would take a file called "<b>x</b>.bin" for markup.
     QTextCursor cursor(m_text->document());
     cursor.movePosition(QTextCursor::End);
+    cursor.beginEditBlock();  // or each of many thousand entries would lay the text out anew
     for (const QString &entry : logs) {
         if (!m_text->document()->isEmpty()) {
             cursor.insertBlock();
         }
         cursor.insertText(entry);
     }
+    cursor.endEditBlock();
 }

@@ -6,6 +6,7 @@
 #include <QCloseEvent>
 #include <QGroupBox>
 #include <QPushButton>
+#include <QScrollArea>
 
 #include <gtest/gtest.h>
 
@@ -154,6 +155,8 @@ TEST(StartUpState, TemplatePathReachesTheFormWithSlashes)
     const WindowUnderTest window({"-obk", "C:\\t\\\xC3\xA9.xml"});
     EXPECT_EQ(window.form().templatePath, "C:/t/\xC3\xA9.xml");
     EXPECT_EQ(window.form().launchMode, CentralWidget::FromCommandLine);
+    EXPECT_EQ(window.form().obkeyScrollArea->minimumSize(),
+              QSize(window->width() * 98 / 100, window->height() * 3 / 4));
 }
 
 TEST(StartUpState, OneSavedConfigurationOfSeveralIsStatusOne)
