@@ -4,6 +4,7 @@
 #include "preparation/Preparation.h"
 
 #include <QFont>
+#include <QItemSelection>
 #include <QList>
 #include <QString>
 #include <QStringList>
@@ -27,6 +28,7 @@ class QVBoxLayout;
 
 namespace workbench
 {
+class FileList;
 class TwinTab;
 struct TwinSurroundings;
 }  // namespace workbench
@@ -162,10 +164,28 @@ public slots:
     void displayHamburger();
     void displayHelp();
 
-    // SFI tab (SfiTab.cpp). Keys, nonces and option bytes go into the fields of all tabs that have
-    // them.
+    // SFI tab (SfiTab.cpp). What a slot does stands in `workbench::TwinTab`, for both twins.
+    void changeSfiElements(int index);
+    void AddFirmwares();
+    void RemoveFirmware();
+    void RemoveFirmwareEnabled(const QItemSelection &selection);
+    void DisplayFirInfo(const QItemSelection &selection);
+    void AddRSSOBKeys();
+    void RemoveRSSOBKeys();
+    void RemoveRSSOBKeysEnabled(const QItemSelection &selection);
+    void DisplayOBKeyfileInfo(const QItemSelection &selection);
+    void AddSmis();
+    void RemoveSmi();
+    void RemoveSmiEnabled(const QItemSelection &selection);
+    void DisplaySmiInfo(const QItemSelection &selection);
+    void OpenAreaK_SFI();
+    void OpenSfiSsfi();
+    void OpenH5Modules();
+    void SfiFolder();
+    void GenerateSfiEnabled();
     void GenerateSfi();
     void OpenSfiFile();
+    // Keys, nonces and option bytes go into the fields of all tabs that have them.
     void OpenSfiKey();
     void OpenSfiNonce();
     void OpenOb();
@@ -173,6 +193,24 @@ public slots:
     void GenerateNonceKey();
 
     // SFIx tab (SfixTab.cpp)
+    void changeSfixElements(int index);
+    void AddFirmIx();
+    void RemoveFirmIx();
+    void RemoveFirmIxEnabled(const QItemSelection &selection);
+    void DisplayFirmIxInfo(const QItemSelection &selection);
+    void AddVFirmEx();
+    void RemoveFirmEx();
+    void RemoveFirmExEnabled(const QItemSelection &selection);
+    void DisplayFirmExInfo(const QItemSelection &selection);
+    void AddRSSOBKeys_SFIx();
+    void RemoveRSSOBKeys_SFIx();
+    void RemoveRSSOBKeysEnabled_SFIx(const QItemSelection &selection);
+    void DisplayOBKeyfileInfo_SFIx(const QItemSelection &selection);
+    void OpenAreaK();
+    void OpenSfixSsfi();
+    void OpenH5Modules_SFIx();
+    void SfixFolder();
+    void GenerateSfixEnabled();
     void GenerateSfix();
     void OpenSfixFile();
 
@@ -186,8 +224,17 @@ private:
     void connectPanel();
 
     // SFI and SFIx tabs (SfiTab.cpp)
+    using Slot = void (CentralWidget::*)();
+    using SelectionSlot = void (CentralWidget::*)(const QItemSelection &);
+    /// What the two tabs call differently.
+    struct TwinSlots {
+        void (CentralWidget::*changeMcu)(int);
+        Slot openKeyArea, openSsfi, openModules, folder, generateEnabled, generate, openImage;
+    };
     workbench::TwinSurroundings twinSurroundings();
-    void connectTwin(workbench::TwinTab *tab);
+    void connectTwin(workbench::TwinTab *tab, const TwinSlots &own);
+    void connectList(workbench::FileList *list, Slot add, Slot remove, SelectionSlot removeEnabled,
+                     SelectionSlot display);
     void fillFields(const char *row, const QString &path);
     void generateRandomFile(const char *row, int bytes, const QString &success,
                             const QString &failure);

@@ -28,11 +28,18 @@ void CentralWidget::InitSfiTab()
     };
     sfiTab = new workbench::TwinTab(workbench::kSfiTwin, sfiPage, near);
     sfiMcuCombo = sfiTab->form()->mcuBox();
-    connectTwin(sfiTab);
-    connect(sfiTab->form()->generateButton(), &QPushButton::clicked, this,
-            &CentralWidget::GenerateSfi);
-    connect(sfiTab->form()->parsePane(), &workbench::ParsePane::browseRequested, this,
-            &CentralWidget::OpenSfiFile);
+    connectTwin(sfiTab, {&CentralWidget::changeSfiElements, &CentralWidget::OpenAreaK_SFI,
+                         &CentralWidget::OpenSfiSsfi, &CentralWidget::OpenH5Modules,
+                         &CentralWidget::SfiFolder, &CentralWidget::GenerateSfiEnabled,
+                         &CentralWidget::GenerateSfi, &CentralWidget::OpenSfiFile});
+    connectList(sfiTab->form()->list(Row::Firmware), &CentralWidget::AddFirmwares,
+                &CentralWidget::RemoveFirmware, &CentralWidget::RemoveFirmwareEnabled,
+                &CentralWidget::DisplayFirInfo);
+    connectList(sfiTab->form()->list(Row::Smi), &CentralWidget::AddSmis, &CentralWidget::RemoveSmi,
+                &CentralWidget::RemoveSmiEnabled, &CentralWidget::DisplaySmiInfo);
+    connectList(sfiTab->form()->list(Row::Obk), &CentralWidget::AddRSSOBKeys,
+                &CentralWidget::RemoveRSSOBKeys, &CentralWidget::RemoveRSSOBKeysEnabled,
+                &CentralWidget::DisplayOBKeyfileInfo);
 }
 
 workbench::TwinSurroundings CentralWidget::twinSurroundings()
@@ -52,22 +59,131 @@ workbench::TwinSurroundings CentralWidget::twinSurroundings()
     return near;
 }
 
-void CentralWidget::connectTwin(workbench::TwinTab *tab)
+void CentralWidget::connectTwin(workbench::TwinTab *tab, const TwinSlots &own)
 {
-    const auto onButton = [this, tab](Row row, const char *role, void (CentralWidget::*slot)()) {
-        connect(tab->form()->field(row)->button(QLatin1String(role)), &QPushButton::clicked, this,
-                slot);
+    const workbench::TwinForm *form = tab->form();
+    const auto onButton = [this, form](Row row, const char *role, Slot slot) {
+        connect(form->field(row)->button(QLatin1String(role)), &QPushButton::clicked, this, slot);
     };
     onButton(Row::Key, "open", &CentralWidget::OpenSfiKey);
     onButton(Row::Key, "generate", &CentralWidget::GenerateEncryptionKey);
     onButton(Row::Nonce, "open", &CentralWidget::OpenSfiNonce);
     onButton(Row::Nonce, "generate", &CentralWidget::GenerateNonceKey);
     onButton(Row::OptionBytes, "open", &CentralWidget::OpenOb);
+    onButton(Row::KeyArea, "open", own.openKeyArea);
+    onButton(Row::Ssfi, "open", own.openSsfi);
+    onButton(Row::Modules, "open", own.openModules);
+    onButton(Row::Output, "folder", own.folder);
+    for (const Row row : {Row::Key, Row::Nonce, Row::OptionBytes, Row::Output}) {
+        connect(form->field(row), &workbench::FileField::pathChanged, this, own.generateEnabled);
+    }
+    connect(form->mcuBox(), qOverload<int>(&QComboBox::currentIndexChanged), this, own.changeMcu);
+    connect(form->generateButton(), &QPushButton::clicked, this, own.generate);
+    connect(form->parsePane(), &workbench::ParsePane::browseRequested, this, own.openImage);
+}
+
+void CentralWidget::connectList(workbench::FileList *list, Slot add, Slot remove,
+                                SelectionSlot removeEnabled, SelectionSlot display)
+{
+    connect(list, &workbench::FileList::addRequested, this, add);
+    connect(list, &workbench::FileList::removeRequested, this, remove);
+    connect(list, &workbench::FileList::selectionChanged, this, removeEnabled);
+    connect(list, &workbench::FileList::selectionChanged, this, display);
 }
 
 void CentralWidget::clearSfiForm()
 {
     sfiTab->clear();
+}
+
+void CentralWidget::changeSfiElements(int index)
+{
+    sfiTab->changeMcu(index);
+}
+
+void CentralWidget::AddFirmwares()
+{
+    sfiTab->chooseFiles(Row::Firmware);
+}
+
+void CentralWidget::RemoveFirmware()
+{
+    sfiTab->removeSelected(Row::Firmware);
+}
+
+void CentralWidget::RemoveFirmwareEnabled(const QItemSelection &selection)
+{
+    sfiTab->enableRemove(Row::Firmware, selection);
+}
+
+void CentralWidget::DisplayFirInfo(const QItemSelection &selection)
+{
+    sfiTab->display(Row::Firmware, selection);
+}
+
+void CentralWidget::AddRSSOBKeys()
+{
+    sfiTab->chooseFiles(Row::Obk);
+}
+
+void CentralWidget::RemoveRSSOBKeys()
+{
+    sfiTab->removeSelected(Row::Obk);
+}
+
+void CentralWidget::RemoveRSSOBKeysEnabled(const QItemSelection &selection)
+{
+    sfiTab->enableRemove(Row::Obk, selection);
+}
+
+void CentralWidget::DisplayOBKeyfileInfo(const QItemSelection &selection)
+{
+    sfiTab->display(Row::Obk, selection);
+}
+
+void CentralWidget::AddSmis()
+{
+    sfiTab->chooseFiles(Row::Smi);
+}
+
+void CentralWidget::RemoveSmi()
+{
+    sfiTab->removeSelected(Row::Smi);
+}
+
+void CentralWidget::RemoveSmiEnabled(const QItemSelection &selection)
+{
+    sfiTab->enableRemove(Row::Smi, selection);
+}
+
+void CentralWidget::DisplaySmiInfo(const QItemSelection &selection)
+{
+    sfiTab->display(Row::Smi, selection);
+}
+
+void CentralWidget::OpenAreaK_SFI()
+{
+    sfiTab->chooseOwnPath(Row::KeyArea);
+}
+
+void CentralWidget::OpenSfiSsfi()
+{
+    sfiTab->chooseOwnPath(Row::Ssfi);
+}
+
+void CentralWidget::OpenH5Modules()
+{
+    sfiTab->chooseOwnPath(Row::Modules);
+}
+
+void CentralWidget::SfiFolder()
+{
+    sfiTab->chooseOutputFolder();
+}
+
+void CentralWidget::GenerateSfiEnabled()
+{
+    sfiTab->updateGenerate();
 }
 
 void CentralWidget::GenerateSfi()

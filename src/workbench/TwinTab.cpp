@@ -39,7 +39,6 @@ TwinTab::TwinTab(const TwinTraits &twin, QWidget *page, TwinSurroundings surroun
     layout->setContentsMargins(0, 0, 0, 0);
     layout->addWidget(m_form);
     connectLists();
-    connectFields();
 }
 
 void TwinTab::connectLists()
@@ -49,33 +48,11 @@ void TwinTab::connectLists()
         if (list == nullptr) {
             continue;
         }
-        connect(list, &FileList::addRequested, this, [this, row] { chooseFiles(row); });
         connect(list, &FileList::filesDropped, this,
                 [this, row](const QStringList &paths) { addFiles(row, paths); });
-        connect(list, &FileList::removeRequested, this, [this, row] { removeSelected(row); });
-        connect(list, &FileList::selectionChanged, this,
-                [this, row, list](const QItemSelection &selection) {
-                    list->removeButton()->setEnabled(!selection.isEmpty());
-                    pickFile(row);
-                });
         // A click shows the file again when another list's file was shown meanwhile.
         connect(list->view(), &QListView::clicked, this, [this, row] { pickFile(row); });
     }
-}
-
-void TwinTab::connectFields()
-{
-    connect(m_form->mcuBox(), qOverload<int>(&QComboBox::currentIndexChanged), this,
-            &TwinTab::changeMcu);
-    for (const Row row : {Row::Key, Row::Nonce, Row::OptionBytes, Row::Output}) {
-        connect(m_form->field(row), &FileField::pathChanged, this, &TwinTab::updateGenerate);
-    }
-    for (const Row row : {Row::KeyArea, Row::Ssfi, Row::Modules}) {
-        connect(m_form->field(row)->button(QStringLiteral("open")), &QPushButton::clicked, this,
-                [this, row] { chooseOwnPath(row); });
-    }
-    connect(m_form->field(Row::Output)->button(QStringLiteral("folder")), &QPushButton::clicked,
-            this, &TwinTab::chooseOutputFolder);
 }
 
 const McuRow &TwinTab::mcu() const
@@ -230,6 +207,18 @@ void TwinTab::dropFile(Row row, int at)
     if (m_shownRow == row && list->selectedRow() < 0) {
         m_form->firmwareInfo()->reset();  // or it would go on showing a file that left the list
         m_shownRow.reset();
+    }
+}
+
+void TwinTab::enableRemove(Row row, const QItemSelection &selection)
+{
+    m_form->list(row)->removeButton()->setEnabled(!selection.isEmpty());
+}
+
+void TwinTab::display(Row row, const QItemSelection &selection)
+{
+    if (!selection.isEmpty()) {
+        pickFile(row);
     }
 }
 

@@ -39,6 +39,17 @@ public:
     [[nodiscard]] TwinForm *form() const { return m_form; }
     [[nodiscard]] const McuRow &mcu() const;
 
+    // What the buttons and lists of the form do; `CentralWidget` has a slot for each.
+    void changeMcu(int index);
+    void chooseFiles(Row row);  ///< asks for files, and adds them
+    void removeSelected(Row row);
+    void enableRemove(Row row, const QItemSelection &selection);
+    void display(Row row, const QItemSelection &selection);  ///< the selected file; none: no change
+    void chooseOwnPath(Row row);                             ///< of a field that no other tab has
+    void chooseOutputFolder();
+    void updateGenerate();  ///< enables or disables the Generate button
+    void generate();
+
     /// Adds files as if they had been chosen in the row's dialog.
     void addFiles(Row row, const QStringList &paths);
 
@@ -68,17 +79,10 @@ public:
     /// a place is missing, and what was restored so far stays.
     void restoreFiles(Row row, const QStringList &paths, const SavedPlaces &places);
 
-    void updateGenerate();  ///< enables or disables the Generate button
-    void generate();
     void clear();
 
 private:
     void connectLists();
-    void connectFields();
-    void changeMcu(int index);
-    void chooseFiles(Row row);
-    void chooseOwnPath(Row row);
-    void chooseOutputFolder();
     void addFile(Row row, const QString &path);
     /// @return the file as this row takes it; null when it can't, which has been reported
     files::RecordOwner<FileData> openFor(Row row, const QString &path);
@@ -86,7 +90,6 @@ private:
     bool restorePlace(Row row, FileData &record, const SavedPlaces &places, int at);
     bool askPlace(Row row, const QString &path, FileData &record);
     bool askExternalPlace(const QString &path, FileData &record);
-    void removeSelected(Row row);
     void dropFile(Row row, int at);
     void pickFile(Row row);  ///< the user turned to the selected file
     void showFile(Row row);
