@@ -75,10 +75,9 @@ void DisplayMng::logMessage(int level, const wchar_t *format, ...)
 
 void DisplayMng::initLogFile(const QString &path)
 {
-    // The old stream stays open for whoever holds it. Emptied now, it has nothing left to write at
-    // exit, over the new lines when both are the same file.
+    // Left open, the old stream would write its rest into the file at exit, behind the new lines.
     if (logFile != nullptr) {
-        std::fflush(logFile);
+        std::fclose(logFile);
     }
     // "e": an external tool must not inherit the log.
     logFile = std::fopen(QFile::encodeName(path).constData(), "w+e");

@@ -29,7 +29,8 @@ public:
     void logMessage(int level, const wchar_t *format, ...);
 
     /// Opens `path` with mode "w+", so an existing file is emptied. A failure leaves `logFile`
-    /// null and isn't reported. A stream that was open before is flushed, but not closed.
+    /// null and isn't reported. A stream that was open before is closed, so that its lines are
+    /// kept.
     void initLogFile(const QString &path);
 
     void InitProgressBar();
