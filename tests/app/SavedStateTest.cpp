@@ -37,21 +37,11 @@ protected:
             {place("0x70000000", "0x11"), place("", "0x22"), place("0x71000000", "0x33")});
         for (const char *tab : {"sfi", "sfix"}) {
             for (const char *row : {"key", "nonce", "optionBytes", "output", "ram", "token"}) {
-                fill(window, QByteArray(tab) + '_' + row + "_edit", QString(tab) + row + " é,;%\\");
+                fill(window, QString(tab) + '_' + row + "_edit", QString(tab) + row + " é,;%\\");
             }
-            widget<QSpinBox>(window, QByteArray(tab) + "_version_spin")->setValue(7);
+            widget<QSpinBox>(window, QString(tab) + "_version_spin")->setValue(7);
         }
         fill(window, "sfix_areaKey_edit", "/area");
-    }
-    using SettingsFixture::fill;
-    static void fill(const WindowUnderTest &window, const QByteArray &name, const QString &text)
-    {
-        widget<QLineEdit>(window, name)->setText(text);
-    }
-    template <typename Widget>
-    static Widget *widget(const WindowUnderTest &window, const QByteArray &name)
-    {
-        return SettingsFixture::widget<Widget>(window, name.constData());
     }
     static QStringList texts(const WindowUnderTest &window)
     {

@@ -62,13 +62,13 @@ protected:
     }
 
     template <typename Widget>
-    static Widget *widget(const WindowUnderTest &window, const char *name)
+    static Widget *widget(const WindowUnderTest &window, const QString &name)
     {
         auto *found = window->findChild<Widget *>(name);
-        EXPECT_NE(found, nullptr) << name;
+        EXPECT_NE(found, nullptr) << name.toStdString();
         return found;
     }
-    static void fill(const WindowUnderTest &window, const char *name, const QString &text)
+    static void fill(const WindowUnderTest &window, const QString &name, const QString &text)
     {
         widget<QLineEdit>(window, name)->setText(text);
     }

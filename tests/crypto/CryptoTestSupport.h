@@ -2,19 +2,18 @@
 #include "crypto/Crypto.h"
 #include "crypto/Handles.h"
 #include "report/DisplayMng.h"
+#include "support/FullDisk.h"
 
 #include <QDir>
 #include <QFile>
 #include <QTemporaryDir>
 
-#include <csignal>
 #include <cstring>
 #include <functional>
 #include <gtest/gtest.h>
 #include <openssl/ec.h>
 #include <openssl/err.h>
 #include <openssl/rsa.h>
-#include <sys/resource.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
@@ -101,25 +100,6 @@ protected:
 private:
     QTemporaryDir m_folder;
     QStringList m_messages;
-};
-
-/// A disk that is full after `bytes` of each file.
-class FullDisk
-{
-public:
-    explicit FullDisk(rlim_t bytes)
-    {
-        std::signal(SIGXFSZ, SIG_IGN);
-        ::getrlimit(RLIMIT_FSIZE, &m_before);
-        const rlimit tight = {bytes, m_before.rlim_max};
-        ::setrlimit(RLIMIT_FSIZE, &tight);
-    }
-    ~FullDisk() { ::setrlimit(RLIMIT_FSIZE, &m_before); }
-    FullDisk(const FullDisk &) = delete;
-    FullDisk &operator=(const FullDisk &) = delete;
-
-private:
-    rlimit m_before = {};
 };
 
 /// Types `text` for whoever asks on standard input.

@@ -1,5 +1,6 @@
 #include "files/FirmwareWriter.h"
 #include "files/FileManager.h"
+#include "support/FullDisk.h"
 #include "support/HexLines.h"
 #include "support/MessageLog.h"
 #include "support/PlainWriters.h"
@@ -8,19 +9,11 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
-#include <csignal>
-#include <sys/resource.h>
 
 namespace
 {
 
 using Bytes = std::vector<std::uint8_t>;
-
-std::string contentsOf(const QString &path)
-{
-    QFile file(path);
-    return file.open(QIODevice::ReadOnly) ? file.readAll().toStdString() : "(no file)";
-}
 
 /// Lends an image to the writers, which never keep it.
 class Lent
@@ -40,25 +33,6 @@ private:
     PlainImage m_image;
 };
 
-/// Lets no file grow beyond a size, as a full disk would.
-class FullDisk
-{
-public:
-    explicit FullDisk(rlim_t bytes)
-    {
-        std::signal(SIGXFSZ, SIG_IGN);
-        getrlimit(RLIMIT_FSIZE, &m_old);
-        const rlimit limit = {bytes, m_old.rlim_max};
-        setrlimit(RLIMIT_FSIZE, &limit);
-    }
-    ~FullDisk() { setrlimit(RLIMIT_FSIZE, &m_old); }
-    FullDisk(const FullDisk &) = delete;
-    FullDisk &operator=(const FullDisk &) = delete;
-
-private:
-    rlimit m_old = {};
-};
-
 class FirmwareWriter : public ::testing::Test
 {
 protected:
@@ -66,13 +40,13 @@ protected:
     {
         Lent lent(image);
         EXPECT_TRUE(manager.SaveHexFile(&lent.record, wide("a.hex")));
-        return contentsOf(folder.path("a.hex"));
+        return ScratchFolder::contents(folder.path("a.hex"));
     }
     std::string srec(const PlainImage &image)
     {
         Lent lent(image);
         EXPECT_TRUE(manager.SaveSrecFile(&lent.record, wide("a.srec")));
-        return contentsOf(folder.path("a.srec"));
+        return ScratchFolder::contents(folder.path("a.srec"));
     }
     [[nodiscard]] std::wstring wide(const QString &name) const
     {
@@ -100,10 +74,10 @@ TEST_F(FirmwareWriter, BinaryFillsHolesAndStartsAtTheFirstAddress)
     manager.paddingByte = 0xA5;
     Lent lent({{0x100, {1, 2}}, {0x104, {3}}, {0x105, {}}, {0x106, {4}}});
     EXPECT_EQ(manager.SaveFile(&lent.record, wide("a.bin")), 7);
-    EXPECT_EQ(contentsOf(folder.path("a.bin")), "\1\2\xA5\xA5\3\xA5\4");
+    EXPECT_EQ(ScratchFolder::contents(folder.path("a.bin")), "\1\2\xA5\xA5\3\xA5\4");
     Lent none({});
     EXPECT_EQ(manager.SaveFile(&none.record, wide("none.bin")), 0);
-    EXPECT_EQ(contentsOf(folder.path("none.bin")), "");
+    EXPECT_EQ(ScratchFolder::contents(folder.path("none.bin")), "");
     EXPECT_TRUE(log.all().empty());
 }
 
@@ -123,7 +97,7 @@ TEST_F(FirmwareWriter, BinaryLimitLooksAtStartsOnly)
     EXPECT_EQ(log.take(),
               (Messages{{4, "Warning: The file old.bin already exists, it will be overwritten"},
                         {5, "Error: Segments are widely spaced. Unable to create a binary file"}}));
-    EXPECT_EQ(contentsOf(folder.path("old.bin")), "old");
+    EXPECT_EQ(ScratchFolder::contents(folder.path("old.bin")), "old");
 }
 
 TEST_F(FirmwareWriter, ModulesAreWrittenWithoutTheirLicences)
@@ -142,7 +116,7 @@ TEST_F(FirmwareWriter, ModulesAreWrittenWithoutTheirLicences)
     list.modules[1].module = second.data();
     list.modules[1].moduleSize = 1;
     EXPECT_EQ(manager.SaveFileModule(&list, wide("m.bin")), 4);
-    EXPECT_EQ(contentsOf(folder.path("m.bin")), "\1\2\xFF\3");
+    EXPECT_EQ(ScratchFolder::contents(folder.path("m.bin")), "\1\2\xFF\3");
 }
 
 TEST_F(FirmwareWriter, HexFillsItsLastBlockWithEmptyRecords)
@@ -223,7 +197,7 @@ TEST_F(FirmwareWriter, FailedWriteIsReportedAndTheOldFileStays)
     ASSERT_EQ(seen.size(), 6U);
     EXPECT_EQ(std::count(seen.begin(), seen.end(), fault), 3);
     for (const char *name : {"a.bin", "a.hex", "a.srec"}) {
-        EXPECT_EQ(contentsOf(folder.path(name)), "old");
+        EXPECT_EQ(ScratchFolder::contents(folder.path(name)), "old");
     }
 }
 
@@ -236,7 +210,7 @@ TEST_F(FirmwareWriter, RecordWritersTakeAnOpenFile)
     EXPECT_EQ(MotorolaSave32(&file, data.data(), 0xFF, 0x100, 0x10000), 1);
     EXPECT_EQ(MotorolaSave32(&file, data.data(), 2, 1, 0), 1);
     EXPECT_EQ(IntelSave(&file, data.data(), 2, 1), 1);
-    EXPECT_EQ(contentsOf(file.fileName()), ":02FFF0002233BA\nS2060000ff1122C7\n");
+    EXPECT_EQ(ScratchFolder::contents(file.fileName()), ":02FFF0002233BA\nS2060000ff1122C7\n");
     EXPECT_EQ(checksum(data.data(), 3), 0x66U);
 
     const FullDisk disk(static_cast<rlim_t>(file.size()));

@@ -69,18 +69,6 @@ TEST_F(HexSrecReader, TextDecidesTheSyntaxAndTheEndingTheType)
     EXPECT_EQ(segments(), (Segments{{16, {1, 2}}}));
 }
 
-TEST_F(HexSrecReader, RecordsInAnyOrderAreSortedAndJoined)
-{
-    ASSERT_TRUE(open("a.hex", intelLine(0, 0x60, {6}) + intelLine(0, 2, {3, 4}) + ":00000001FF\n" +
-                                  intelLine(0, 0, {1, 2}) + intelLine(0, 0x23, {5})));
-    Bytes joined = {1, 2, 3, 4};
-    joined.insert(joined.end(), 31, 0xEE);
-    joined.push_back(5);
-    EXPECT_EQ(segments(), (Segments{{0, joined}, {0x60, {6}}}));
-    EXPECT_EQ(record->segmentCount, 2U);
-    EXPECT_TRUE(log.all().empty());
-}
-
 TEST_F(HexSrecReader, LaterInSortedOrderWinsWithAWarning)
 {
     ASSERT_TRUE(open("a.s19", srecordLine('1', 1, {7, 7}) + srecordLine('1', 0, {1, 2, 3, 4})));

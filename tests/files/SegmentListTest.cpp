@@ -71,39 +71,6 @@ std::vector<std::uint8_t> run(std::size_t count, std::uint8_t value)
     return std::vector<std::uint8_t>(count, value);
 }
 
-TEST(ReduceFileSegment, JoinsHolesBelow32BytesOnly)
-{
-    const auto joined = reduced({{0x100, run(4, 1)}, {0x104 + 31, run(2, 2)}});
-    ASSERT_EQ(joined.pieces.size(), 1U);
-    EXPECT_EQ(joined.result, 0);
-    auto expected = run(4, 1);
-    expected.insert(expected.end(), 31, kPadding);
-    expected.insert(expected.end(), 2, 2);
-    EXPECT_EQ(joined.pieces[0].bytes, expected);
-    EXPECT_EQ(reduced({{0x100, run(4, 1)}, {0x104 + 32, run(2, 2)}}).pieces.size(), 2U);
-}
-
-TEST(ReduceFileSegment, LaterBytesWinInAnOverlap)
-{
-    const auto inside = reduced({{0, run(6, 1)}, {2, run(2, 2)}});
-    EXPECT_EQ(inside.pieces, (std::vector<Piece>{{0, {1, 1, 2, 2, 1, 1}}}));
-    EXPECT_EQ(inside.result, 1);
-    const auto behind = reduced({{0, run(3, 1)}, {2, run(3, 2)}});
-    EXPECT_EQ(behind.pieces, (std::vector<Piece>{{0, {1, 1, 2, 2, 2}}}));
-    EXPECT_EQ(behind.result, 1);
-}
-
-TEST(ReduceFileSegment, CutsWhatWouldWrapBehindTheEndOfTheBlock)
-{
-    // The second piece ends at 2 after the wrap, so it doesn't end behind the first.
-    const auto cut = reduced({{0xFFFFFFC0, run(0x3F, 1)}, {0xFFFFFFFE, run(4, 2)}});
-    ASSERT_EQ(cut.pieces.size(), 1U);
-    auto expected = run(0x3E, 1);
-    expected.push_back(2);
-    EXPECT_EQ(cut.pieces[0].bytes, expected);
-    EXPECT_EQ(cut.result, 1);
-}
-
 std::vector<Piece> randomPieces(std::mt19937 &random, std::uint32_t base)
 {
     std::vector<Piece> pieces(random() % 12);

@@ -23,6 +23,13 @@ public:
         return store(name, text.data(), text.size());
     }
 
+    /// The bytes of a file anywhere, as text; "(none)" when it can't be read.
+    static std::string contents(const QString &path)
+    {
+        QFile file(path);
+        return file.open(QIODevice::ReadOnly) ? file.readAll().toStdString() : "(none)";
+    }
+
 private:
     QString store(const QString &name, const char *data, std::size_t size) const
     {

@@ -1,4 +1,5 @@
 #include "files/base/SafeWriter.h"
+#include "support/FullDisk.h"
 #include "support/ScratchFolder.h"
 
 #include <QDir>
@@ -6,8 +7,6 @@
 
 #include <gtest/gtest.h>
 
-#include <csignal>
-#include <sys/resource.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
@@ -21,12 +20,6 @@ using files::Secrecy;
 std::span<const std::uint8_t> bytes(std::string_view text)
 {
     return {reinterpret_cast<const std::uint8_t *>(text.data()), text.size()};
-}
-
-std::string contentsOf(const QString &path)
-{
-    QFile file(path);
-    return file.open(QIODevice::ReadOnly) ? file.readAll().toStdString() : "(none)";
 }
 
 unsigned modeOf(const QString &path)
@@ -62,9 +55,9 @@ TEST_F(SafeWriterTest, ShowsManyWritesAtOnceAndOnlyAfterCommit)
     EXPECT_TRUE(writer->write({}));
     EXPECT_TRUE(writer->write(bytes("two")));
     EXPECT_EQ(writer->written(), 7U);
-    EXPECT_EQ(contentsOf(path), "old");
+    EXPECT_EQ(ScratchFolder::contents(path), "old");
     EXPECT_TRUE(writer->commit());
-    EXPECT_EQ(contentsOf(path), "one two");
+    EXPECT_EQ(ScratchFolder::contents(path), "one two");
     EXPECT_FALSE(writer->commit()) << "a second commit has nothing to put in place";
     EXPECT_EQ(everything(), QStringList{"out.bin"});
 }
@@ -76,39 +69,16 @@ TEST_F(SafeWriterTest, DroppedWithoutCommitLeavesNothing)
         auto writer = SafeWriter::open(name);
         ASSERT_TRUE(writer && writer->write(bytes("half")));
     }
-    EXPECT_EQ(contentsOf(path), "old");
+    EXPECT_EQ(ScratchFolder::contents(path), "old");
     EXPECT_EQ(everything(), QStringList{"out.bin"});
 }
-
-/// Makes the system refuse files above 8 KiB, as a full disk would in the middle of a write.
-class SmallFilesOnly
-{
-public:
-    SmallFilesOnly() : m_oldHandler(std::signal(SIGXFSZ, SIG_IGN))
-    {
-        ::getrlimit(RLIMIT_FSIZE, &m_old);
-        const rlimit small = {8192, m_old.rlim_max};
-        ::setrlimit(RLIMIT_FSIZE, &small);
-    }
-    ~SmallFilesOnly()
-    {
-        ::setrlimit(RLIMIT_FSIZE, &m_old);
-        std::signal(SIGXFSZ, m_oldHandler);
-    }
-    SmallFilesOnly(const SmallFilesOnly &) = delete;
-    SmallFilesOnly &operator=(const SmallFilesOnly &) = delete;
-
-private:
-    rlimit m_old = {};
-    void (*m_oldHandler)(int);
-};
 
 TEST_F(SafeWriterTest, AFileTooLargeForTheDiskKeepsTheOldOne)
 {
     const QString path = folder.file("out.bin", "old");
     const std::string large(10000, 'x');
     {
-        const SmallFilesOnly limit;
+        const FullDisk full(8192);
         auto writer = SafeWriter::open(path);
         ASSERT_TRUE(writer && writer->write(bytes("small")));
         const auto written = writer->write(bytes(large));
@@ -118,7 +88,7 @@ TEST_F(SafeWriterTest, AFileTooLargeForTheDiskKeepsTheOldOne)
         EXPECT_FALSE(writer->commit()) << "part of the content is missing";
         EXPECT_FALSE(files::writeWhole(folder.path("new.bin"), bytes(large)));
     }
-    EXPECT_EQ(contentsOf(path), "old");
+    EXPECT_EQ(ScratchFolder::contents(path), "old");
     EXPECT_EQ(everything(), QStringList{"out.bin"});
 }
 
@@ -158,7 +128,7 @@ TEST_F(SafeWriterTest, ModesFollowTheOldFileTheUmaskOrTheSecret)
         EXPECT_EQ(modeOf(own.path(hidden[0])), row.growing) << row.name;
         ASSERT_TRUE(writer->write(bytes("new")) && writer->commit()) << row.name;
         EXPECT_EQ(modeOf(path), row.expected) << row.name;
-        EXPECT_EQ(contentsOf(path), "new") << row.name;
+        EXPECT_EQ(ScratchFolder::contents(path), "new") << row.name;
     }
 }
 
@@ -174,8 +144,8 @@ TEST_F(SafeWriterTest, FollowsLinksAndKeepsThem)
                 link("inner/fresh", "dangling") && link("loop", "loop"));
     EXPECT_TRUE(files::writeWhole(folder.path("to-old"), bytes("new")));
     EXPECT_TRUE(files::writeWhole(folder.path("dangling"), bytes("made")));
-    EXPECT_EQ(contentsOf(target), "new");
-    EXPECT_EQ(contentsOf(folder.path("inner/fresh")), "made");
+    EXPECT_EQ(ScratchFolder::contents(target), "new");
+    EXPECT_EQ(ScratchFolder::contents(folder.path("inner/fresh")), "made");
     EXPECT_TRUE(QFileInfo(folder.path("to-old")).isSymLink());
     EXPECT_TRUE(QFileInfo(folder.path("inner/hop")).isSymLink());
     EXPECT_TRUE(QFileInfo(folder.path("dangling")).isSymLink());
@@ -209,7 +179,7 @@ TEST_F(SafeWriterTest, TakesNamesAsLongAsTheSystemAllows)
     const QString path = folder.path(QString(255, 'n'));
     EXPECT_TRUE(files::writeWhole(path, bytes("new")));
     EXPECT_TRUE(files::writeWhole(path, bytes("newer")));
-    EXPECT_EQ(contentsOf(path), "newer");
+    EXPECT_EQ(ScratchFolder::contents(path), "newer");
 }
 
 }  // namespace
