@@ -1,5 +1,6 @@
 #include "app/WindowUnderTest.h"
 #include "support/DialogAnswers.h"
+#include "support/ScratchFolder.h"
 #include "support/SfiBytes.h"
 
 #include <QAction>
@@ -17,7 +18,6 @@
 #include <QScrollArea>
 #include <QTabBar>
 #include <QTableWidget>
-#include <QTemporaryDir>
 #include <QTest>
 #include <QToolBar>
 
@@ -202,31 +202,23 @@ TEST(MainWindow, NothingOffersToHideTheToolBar)
     }
 }
 
-/// Writes a file of the given name and asks the window to check it.
+/// Asks the window to check files of a folder.
 class CheckImage : public ::testing::Test
 {
 protected:
-    QString write(const QString &name, const QByteArray &bytes) const
-    {
-        QFile file(folder.filePath(name));
-        EXPECT_TRUE(file.open(QIODevice::WriteOnly));
-        file.write(bytes);
-        return file.fileName();
-    }
-
-    QTemporaryDir folder;
+    ScratchFolder folder;
     WindowUnderTest window;
 };
 
 TEST_F(CheckImage, EndingsAreComparedWithCase)
 {
-    const QString path = write("A.SFI", "x");
+    const QString path = folder.file("A.SFI", "x");
     DialogAnswers boxes({path, QMessageBox::Ok});
-    window.form().lastFolder = folder.path();
+    window.form().lastFolder = folder.path("");
     window->Check();
     ASSERT_EQ(boxes.seen().size(), 2u);
     EXPECT_EQ(boxes.seen()[0].title, "Open file");
-    EXPECT_EQ(boxes.seen()[0].folder, folder.path());
+    EXPECT_EQ(boxes.seen()[0].folder, folder.path(""));
     EXPECT_EQ(boxes.seen()[0].nameFilters, QStringList("Secure firmwares (*.sfi *.smi)"));
     EXPECT_EQ(boxes.texts()[1], "Error|It is neither an SFI nor an SMI file");
     EXPECT_EQ(window.form().lastFolder, path);
@@ -234,8 +226,8 @@ TEST_F(CheckImage, EndingsAreComparedWithCase)
 
 TEST_F(CheckImage, RefusedFileGetsTheReadersBoxAlone)
 {
-    DialogAnswers boxes(
-        {write("a.sfi", "nothing of that kind, and long enough for a head"), QMessageBox::Ok});
+    DialogAnswers boxes({folder.file("a.sfi", "nothing of that kind, and long enough for a head"),
+                         QMessageBox::Ok});
     window->Check();
     ASSERT_EQ(boxes.seen().size(), 2u);
     EXPECT_TRUE(boxes.seen()[1].text.startsWith("Error: ")) << boxes.seen()[1].text.toStdString();
@@ -244,8 +236,7 @@ TEST_F(CheckImage, RefusedFileGetsTheReadersBoxAlone)
 TEST_F(CheckImage, ValidImageFillsThePaneAndClearEmptiesIt)
 {
     const auto bytes = sfiBytes({{'F', 0x08000000, 1024}, {'C', 0, 36}}).done();
-    const QString path = write("a.sfi", QByteArray(reinterpret_cast<const char *>(bytes.data()),
-                                                   static_cast<int>(bytes.size())));
+    const QString path = folder.file("a.sfi", bytes);
     const auto cell = [this](const char *table, int row, int column) {
         const QTableWidgetItem *item = window->findChild<QTableWidget *>(table)->item(row, column);
         return item == nullptr ? QString() : item->text();
@@ -261,7 +252,7 @@ TEST_F(CheckImage, ValidImageFillsThePaneAndClearEmptiesIt)
     EXPECT_EQ(cell("sfi_imageInfo_segments", 0, 1), "Firmware");
     EXPECT_EQ(cell("sfi_imageInfo_segments", 1, 1), "Configuration");
     {
-        DialogAnswers boxes({write("b.smi", "SMIMAGIC and more"), QMessageBox::Ok});
+        DialogAnswers boxes({folder.file("b.smi", "SMIMAGIC and more"), QMessageBox::Ok});
         window->Check();
         EXPECT_EQ(boxes.texts()[1], "Error|This version can't show SMI files yet");
     }
@@ -282,10 +273,10 @@ TEST_F(CheckImage, ValidImageFillsThePaneAndClearEmptiesIt)
 
 TEST_F(CheckImage, CancelDoesNothing)
 {
-    window.form().lastFolder = folder.path();
+    window.form().lastFolder = folder.path("");
     DialogAnswers boxes({""});
     window->Check();
-    EXPECT_EQ(window.form().lastFolder, folder.path());
+    EXPECT_EQ(window.form().lastFolder, folder.path(""));
 }
 
 TEST(Documents, FailureIsReportedInABox)

@@ -3,10 +3,9 @@
 #include "crypto/Handles.h"
 #include "report/DisplayMng.h"
 #include "support/FullDisk.h"
+#include "support/ScratchFolder.h"
 
 #include <QDir>
-#include <QFile>
-#include <QTemporaryDir>
 
 #include <cstring>
 #include <functional>
@@ -61,7 +60,7 @@ protected:
     }
     ~CryptoTest() override { DisplayMng::getInstance().displayCallback = nullptr; }
 
-    [[nodiscard]] QString at(const QString &name) const { return m_folder.filePath(name); }
+    [[nodiscard]] QString at(const QString &name) const { return m_folder.path(name); }
     [[nodiscard]] QByteArray bytesAt(const QString &name) const
     {
         return QFile::encodeName(at(name));
@@ -72,15 +71,11 @@ protected:
 
     [[nodiscard]] QByteArray contents(const QString &name) const
     {
-        QFile file(at(name));
-        return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray("<none>");
+        return QByteArray::fromStdString(ScratchFolder::contents(at(name)));
     }
     void put(const QString &name, const QByteArray &bytes, mode_t mode = 0644) const
     {
-        QFile file(at(name));
-        ASSERT_TRUE(file.open(QIODevice::WriteOnly));
-        file.write(bytes);
-        file.close();
+        m_folder.file(name, bytes.toStdString());
         ASSERT_EQ(::chmod(bytesAt(name).constData(), mode), 0);
     }
     /// Permission bits of a file; -1 when there is none.
@@ -93,12 +88,11 @@ protected:
     }
     [[nodiscard]] QStringList entries() const
     {
-        return QDir(m_folder.path())
-            .entryList(QDir::AllEntries | QDir::Hidden | QDir::NoDotAndDotDot);
+        return QDir(at("")).entryList(QDir::AllEntries | QDir::Hidden | QDir::NoDotAndDotDot);
     }
 
 private:
-    QTemporaryDir m_folder;
+    ScratchFolder m_folder;
     QStringList m_messages;
 };
 
