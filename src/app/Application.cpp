@@ -25,7 +25,7 @@ int complainOfDisplay()
 
 QtMessageHandler previousHandler = nullptr;
 
-// A session without a runtime folder works as well as any, and of a document that nothing on this
+// A login without a runtime folder works as well as any, and of a document that nothing on this
 // desktop can show a box tells already.
 void handleMessage(QtMsgType type, const QMessageLogContext &context, const QString &text)
 {
