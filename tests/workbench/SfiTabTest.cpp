@@ -463,4 +463,13 @@ TEST_F(SfiTab, TabKeyGoesThroughTheFormFromTopToBottom)
     EXPECT_LT(order.indexOf("generate_ok"), order.indexOf("firmwareInfo_table"));
 }
 
+TEST_F(SfiTab, EveryDeviceGetsAllFirmwareInAreasThatFitItsRam)
+{
+    fillFields();
+    addBinary("firmware", folder.file("fw.bin", std::string(600'000, 'f')), "0x08000000");
+    generateForEveryDevice([this](const QString &name, const QString &image) {
+        EXPECT_EQ(bytesOfAreas(image, 'F'), 600'000u) << name.toStdString();
+    });
+}
+
 }  // namespace

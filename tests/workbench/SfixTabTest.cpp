@@ -168,4 +168,15 @@ TEST_F(SfixTab, H7NeedsATokenAndKeyAreaHasItsOwnWords)
     EXPECT_EQ(boxesOfGenerate(1), QStringList{"Error|Continuation token address is empty"});
 }
 
+TEST_F(SfixTab, EveryDeviceGetsBothKindsOfFirmware)
+{
+    fillFields();
+    addBinary("internal", folder.file("i.bin", std::string(200'000, 'i')), "0x08000000");
+    add("external", folder.file("x.bin", std::string(16, 'x')), {region("0x90000000", 1, 1, "0")});
+    generateForEveryDevice([this](const QString &name, const QString &image) {
+        EXPECT_EQ(bytesOfAreas(image, 'F'), 200'000u) << name.toStdString();
+        EXPECT_EQ(bytesOfAreas(image, 'E'), 32u) << name.toStdString() << ": bytes and trailer";
+    });
+}
+
 }  // namespace

@@ -98,6 +98,43 @@ protected:
              })});
         click(row + "_add");
     }
+    /// Bytes of all areas of one type in an image on disk.
+    static std::uint64_t bytesOfAreas(const QString &path, char type)
+    {
+        FileType *opened = nullptr;
+        FileManager files;
+        if (!files.Open(path.toStdWString(), &opened, 0xFF, 0, 0)) {
+            return 0;
+        }
+        const files::RecordOwner<FileSFI> image(static_cast<FileSFI *>(opened));
+        std::uint64_t bytes = 0;
+        for (const SegmentSFI &area : image->areas) {
+            bytes += area.areaType == type ? area.size : 0;
+        }
+        return bytes;
+    }
+    /// Presses Generate for every device of the box, with what each asks for.
+    /// @param images  called with the device's name and the path of its image
+    template <typename Check>
+    void generateForEveryDevice(Check images)
+    {
+        for (int index = 1; index < widget<QComboBox>("mcu_combo")->count(); ++index) {
+            chooseMcu(index);
+            const QString name = widget<QComboBox>("mcu_combo")->currentText();
+            output = folder.path(QString::number(index) + '.' + m_kind);
+            edit("output")->setText(output);
+            DialogAnswers boxes;
+            if (name == "VDR32H7") {
+                edit("token")->setText("0x20000000");
+            } else if (name == "VDR32H5") {
+                boxes.expect(QMessageBox::Yes);  // there are no provisioning files
+            }
+            boxes.expect(QMessageBox::Ok);
+            click("generate_ok");
+            EXPECT_TRUE(boxes.texts().last().startsWith("Success|")) << name.toStdString();
+            images(name, output);
+        }
+    }
     static QByteArray contentsOf(const QString &path)
     {
         QFile file(path);
