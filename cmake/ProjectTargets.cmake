@@ -18,13 +18,41 @@ if(SPB_FUZZ)
     target_link_options(project_options INTERFACE -fsanitize=address,undefined)
 endif()
 target_compile_definitions(project_options INTERFACE QT_NO_CAST_FROM_BYTEARRAY QT_NO_URL_CAST_FROM_STRING)
-target_include_directories(project_options INTERFACE ${CMAKE_SOURCE_DIR}/src)
 
-# project_add_library(name SOURCES ... LINK ... [PRIVATE_LINK ...]): one static library, one folder.
+# Headers are included by their path below src/, or below the source folder for tools/. Each library
+# shows only its own, through a folder of links, so who doesn't link a library can't include from it:
+# an include upwards finds no file.
+function(project_show_headers name scope)
+    set(shown ${CMAKE_BINARY_DIR}/include/${name})
+    file(REMOVE_RECURSE ${shown})
+    file(RELATIVE_PATH room ${CMAKE_SOURCE_DIR}/src ${CMAKE_CURRENT_SOURCE_DIR})
+    if(room MATCHES "^\\.\\./")
+        file(RELATIVE_PATH room ${CMAKE_SOURCE_DIR} ${CMAKE_CURRENT_SOURCE_DIR})
+    endif()
+    file(MAKE_DIRECTORY ${shown})
+    foreach(source ${ARGN})
+        if(source MATCHES "\\.h$")
+            get_filename_component(folder ${shown}/${room}/${source} DIRECTORY)
+            file(MAKE_DIRECTORY ${folder})
+            file(CREATE_LINK ${CMAKE_CURRENT_SOURCE_DIR}/${source} ${shown}/${room}/${source} SYMBOLIC)
+        endif()
+    endforeach()
+    target_include_directories(${name} ${scope} ${shown})
+endfunction()
+
+# project_add_library(name SOURCES ... LINK ... [PRIVATE_LINK ...]): one library, one folder; static,
+# or of headers alone. What stands behind LINK is seen by those who link it, too.
 function(project_add_library name)
     cmake_parse_arguments(arg "" "" "SOURCES;LINK;PRIVATE_LINK" ${ARGN})
-    add_library(${name} STATIC ${arg_SOURCES})
-    target_link_libraries(${name} PUBLIC project_options ${arg_LINK} PRIVATE ${arg_PRIVATE_LINK})
+    if("${arg_SOURCES}" MATCHES "\\.cpp")
+        add_library(${name} STATIC ${arg_SOURCES})
+        target_link_libraries(${name} PUBLIC project_options ${arg_LINK} PRIVATE ${arg_PRIVATE_LINK})
+        project_show_headers(${name} PUBLIC ${arg_SOURCES})
+    else()
+        add_library(${name} INTERFACE ${arg_SOURCES})
+        target_link_libraries(${name} INTERFACE project_options ${arg_LINK})
+        project_show_headers(${name} INTERFACE ${arg_SOURCES})
+    endif()
 endfunction()
 
 # project_add_test(name SOURCES ... LINK ...): a GoogleTest program, each test a ctest entry.

@@ -2,7 +2,7 @@
 
 #include "app/SelectionKeeper.h"
 #include "report/DisplayMng.h"
-#include "workbench/CentralWidget.h"
+#include "workbench/frame/CentralWidget.h"
 
 #include <QCloseEvent>
 #include <QCoreApplication>

@@ -2,10 +2,10 @@
 #include "app/LogDialog.h"
 #include "app/MainWindow.h"
 #include "files/FileManager.h"
-#include "workbench/CentralWidget.h"
-#include "workbench/FileChoice.h"
+#include "workbench/frame/CentralWidget.h"
 #include "workbench/widgets/Boxes.h"
 #include "workbench/widgets/BusyCursor.h"
+#include "workbench/widgets/FileChoice.h"
 
 #include <QApplication>
 #include <QDesktopServices>

@@ -2,8 +2,8 @@
 #include "app/MainWindow.h"
 #include "app/SettingsDialog.h"
 #include "report/DisplayMng.h"
-#include "workbench/CentralWidget.h"
-#include "workbench/TwinTab.h"
+#include "workbench/frame/CentralWidget.h"
+#include "workbench/tabs/sfi/TwinTab.h"
 
 #include <QScopedValueRollback>
 

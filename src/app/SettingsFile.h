@@ -1,6 +1,6 @@
 #pragma once
 #include "files/base/Result.h"
-#include "workbench/SavedForm.h"
+#include "workbench/tabs/sfi/SavedForm.h"
 
 #include <QSize>
 #include <QString>

@@ -4,7 +4,7 @@
 #include "support/DialogAnswers.h"
 #include "support/QtPrinters.h"
 #include "support/ScratchFolder.h"
-#include "workbench/TwinTab.h"
+#include "workbench/tabs/sfi/TwinTab.h"
 
 #include <QDialogButtonBox>
 #include <QDir>

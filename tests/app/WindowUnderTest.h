@@ -1,6 +1,6 @@
 #pragma once
 #include "app/MainWindow.h"
-#include "workbench/CentralWidget.h"
+#include "workbench/frame/CentralWidget.h"
 
 #include <QApplication>
 #include <QTabWidget>

@@ -1,6 +1,6 @@
 #pragma once
-#include "crypto/Crypto.h"
-#include "crypto/Handles.h"
+#include "crypto/primitives/Handles.h"
+#include "crypto/service/Crypto.h"
 #include "report/DisplayMng.h"
 #include "support/FullDisk.h"
 #include "support/ScratchFolder.h"

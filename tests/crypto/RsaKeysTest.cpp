@@ -1,5 +1,5 @@
 #include "crypto/CryptoTestSupport.h"
-#include "crypto/KeyErrors.h"
+#include "crypto/service/KeyErrors.h"
 
 #include <openssl/pem.h>
 #include <sys/wait.h>

@@ -1,6 +1,6 @@
 #include "support/DialogAnswers.h"
-#include "workbench/AddressDialog.h"
-#include "workbench/ExtFirAddInfoDialog.h"
+#include "workbench/tabs/sfi/ExtFirAddInfoDialog.h"
+#include "workbench/widgets/AddressDialog.h"
 
 #include <QDialogButtonBox>
 #include <QLabel>

@@ -1,5 +1,5 @@
-#include "workbench/ItemDelegate.h"
-#include "workbench/VerticalTextDelegate.h"
+#include "workbench/widgets/ItemDelegate.h"
+#include "workbench/widgets/VerticalTextDelegate.h"
 
 #include <QImage>
 #include <QPainter>

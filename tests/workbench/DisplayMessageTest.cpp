@@ -1,4 +1,4 @@
-#include "workbench/DisplayMessage.h"
+#include "workbench/widgets/DisplayMessage.h"
 
 #include "report/DisplayMng.h"
 #include "support/DialogAnswers.h"

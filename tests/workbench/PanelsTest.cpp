@@ -1,5 +1,5 @@
-#include "workbench/CentralWidget.h"
-#include "workbench/ResizeFilter.h"
+#include "workbench/frame/CentralWidget.h"
+#include "workbench/widgets/ResizeFilter.h"
 
 #include <QApplication>
 #include <QComboBox>

@@ -1,4 +1,4 @@
-#include "workbench/SfiCheck.h"
+#include "workbench/tabs/sfi/SfiCheck.h"
 #include "support/QtPrinters.h"
 
 #include <QStringList>

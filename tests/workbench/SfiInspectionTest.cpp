@@ -1,4 +1,4 @@
-#include "workbench/SfiInspection.h"
+#include "workbench/tabs/sfi/SfiInspection.h"
 #include "support/QtPrinters.h"
 
 #include <gtest/gtest.h>

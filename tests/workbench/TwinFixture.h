@@ -2,8 +2,8 @@
 #include "support/DialogAnswers.h"
 #include "support/QtPrinters.h"
 #include "support/ScratchFolder.h"
-#include "workbench/CentralWidget.h"
-#include "workbench/TwinTab.h"
+#include "workbench/frame/CentralWidget.h"
+#include "workbench/tabs/sfi/TwinTab.h"
 
 #include <QApplication>
 #include <QCheckBox>

@@ -1,7 +1,7 @@
 #include "workbench/widgets/InfoTabs.h"
 
-#include "workbench/ResizeFilter.h"
 #include "workbench/widgets/FieldNames.h"
+#include "workbench/widgets/ResizeFilter.h"
 
 #include <QTabBar>
 

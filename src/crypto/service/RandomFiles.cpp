@@ -1,0 +1,87 @@
+#include "crypto/service/Crypto.h"
+#include "crypto/service/KeyFileWriter.h"
+#include "files/base/Wipe.h"
+#include "report/DisplayMng.h"
+
+#include <QFile>
+
+#include <new>
+#include <openssl/rand.h>
+
+namespace
+{
+
+constexpr int kSspKeyBytes = 16;
+
+void report(int level, const wchar_t *format, const QString &path)
+{
+    DisplayMng::getInstance().logMessage(level, format, path.toUtf8().constData());
+}
+
+files::Result<files::SecretBytes> randomBytes(int size)
+{
+    try {
+        files::SecretBytes bytes(size > 0 ? static_cast<std::size_t>(size) : 0);
+        for (std::size_t at = 0; at < bytes.size(); ++at) {
+            const int byte = randomByte();
+            if (byte < 0) {
+                return files::fail(files::ErrorCode::Refused, "random source");
+            }
+            bytes.data()[at] = static_cast<std::uint8_t>(byte);
+        }
+        return bytes;
+    } catch (const std::bad_alloc &) {
+        return files::fail(files::ErrorCode::NoMemory, "random bytes");
+    }
+}
+
+int writeRandomFile(const QString &path, int size)
+{
+    const auto bytes = randomBytes(size);
+    if (!bytes) {
+        report(5, L"The random source failed, no file was written : %s", path);
+        return -1;
+    }
+    if (QFile::exists(path)) {
+        report(4, L"The file %s already exists, it will be overwritten", path);
+    }
+    // Random files aren't locked after they are made, so a locked one was meant to stay.
+    auto writer = files::SafeWriter::open(path, files::Secrecy::SecretUnlessLocked);
+    if (!writer) {
+        report(5, L"Failed to create output file : %s", path);
+        return -1;
+    }
+    if (!writer->write(bytes->span()) || !writer->commit()) {
+        report(5, L"Error while writing in file : %s file", path);
+        return -1;
+    }
+    return 0;
+}
+
+}  // namespace
+
+int randomByte()
+{
+    unsigned char byte = 0;
+    return RAND_priv_bytes(&byte, 1) == 1 ? byte : -1;
+}
+
+int Crypto::generateSspKey(const QString &path)
+{
+    return writeRandomFile(path, kSspKeyBytes);
+}
+
+int Crypto::generateSspKey(unsigned char *path)
+{
+    return generateSspKey(crypto::fromBytes(path));
+}
+
+int Crypto::generateEncryptionandNonce(const QString &path, int size)
+{
+    return writeRandomFile(path, size);
+}
+
+int Crypto::generateEncryptionandNonce(unsigned char *path, int size)
+{
+    return generateEncryptionandNonce(crypto::fromBytes(path), size);
+}

@@ -1,9 +1,0 @@
-#include "workbench/CentralWidget.h"
-#include "workbench/TabNotice.h"
-
-void CentralWidget::InitLicenseTab()
-{
-    workbench::layTabNotice(
-        licensePage,
-        tr("This tab makes licence files for devices; its form isn't part of this version."));
-}

@@ -1,8 +1,0 @@
-#include "workbench/CentralWidget.h"
-#include "workbench/TabNotice.h"
-
-void CentralWidget::InitSspTab()
-{
-    workbench::layTabNotice(sspPage, tr("This tab makes secret-provisioning images (SSP) for "
-                                        "microprocessors; its form isn't part of this version."));
-}

@@ -1,0 +1,217 @@
+#include "workbench/tabs/sfi/SfiInspection.h"
+
+#include "files/base/SizeText.h"
+
+#include <QFileInfo>
+
+namespace workbench
+{
+
+namespace
+{
+
+const QColor kWhite(255, 255, 255);
+
+QString hexText(std::uint32_t number)
+{
+    return QStringLiteral("0x") + QString::number(number, 16);
+}
+
+QString fileName(const QString &path)
+{
+    return QFileInfo(path).fileName();
+}
+
+QString typeLabel(std::uint32_t type)
+{
+    switch (type) {
+    case file_type::kBinary:
+        return QStringLiteral("Binary");
+    case file_type::kIntelHex:
+        return QStringLiteral("Intel Hex");
+    case file_type::kSRecord:
+        return QStringLiteral("S-Record");
+    case file_type::kElf:
+        return QStringLiteral("ELF");
+    case file_type::kObk:
+        return QStringLiteral("OBK");
+    default:
+        return QStringLiteral("Not supported");
+    }
+}
+
+struct AreaLook {
+    QString label;
+    std::optional<RowColours> colours;  ///< without: those of the desktop, which are legible
+};
+
+AreaLook areaLook(std::uint8_t type)
+{
+    const QColor black(0, 0, 0);
+    const QColor grey(0xB9, 0xBE, 0xC9);
+    switch (type) {
+    case 'O':
+        return {QStringLiteral("OBkey"), RowColours{kWhite, QColor(0x27, 0x3C, 0x6B)}};
+    case 'C':
+        return {QStringLiteral("Configuration"), RowColours{kWhite, QColor(0xE2, 0x0D, 0xCD)}};
+    case 'F':
+        return {QStringLiteral("Firmware"), RowColours{kWhite, QColor(0x3C, 0xA7, 0xDB)}};
+    case 'K':
+        return {QStringLiteral("Key"), RowColours{kWhite, QColor(0x81, 0x85, 0x8C)}};
+    case 'E':
+        return {QStringLiteral("External"), RowColours{kWhite, QColor(0x27, 0x5A, 0x8C)}};
+    case 'P':
+        return {QStringLiteral("Pause"), RowColours{grey, black}};
+    case 'R':
+        return {QStringLiteral("Resume"), RowColours{grey, black}};
+    case 'S':
+        return {QStringLiteral("SSFI"), RowColours{QColor(0xFF, 0xE8, 0x7F), black}};
+    case 'M':
+    case 'm':
+        return {QStringLiteral("Module"), std::nullopt};
+    case 'A':
+        return {QStringLiteral("A"), std::nullopt};
+    case 'H':
+        return {QStringLiteral("H"), std::nullopt};
+    default:
+        return {QStringLiteral("-"), std::nullopt};
+    }
+}
+
+QStringList segmentColumns()
+{
+    return {QStringLiteral("Index"), QStringLiteral("Address"), QStringLiteral("Size")};
+}
+
+std::vector<DetailRow> segmentRows(const FileData &record)
+{
+    std::vector<DetailRow> rows;
+    rows.reserve(record.segmentCount);
+    for (const SegmentData &segment : record.segments) {
+        rows.push_back({{QString::number(rows.size() + 1), hexText(segment.address),
+                         files::sizeText(segment.size)},
+                        std::nullopt});
+    }
+    return rows;
+}
+
+/// A provisioning file says itself where it goes and how large it is.
+std::vector<DetailRow> provisioningRows(const FileOBK &record)
+{
+    return {{{QStringLiteral("1"), hexText(record.obkAddress), QString::number(record.obkSize)},
+             std::nullopt}};
+}
+
+struct LicenceLook {
+    QString label;
+    QString identifier;
+    RowColours colours;
+};
+
+LicenceLook licenceLook(const SegmentDataMCSV &module)
+{
+    const RowColours open{kWhite, QColor(60, 167, 219)};
+    const QString dash = QStringLiteral("-");
+    if (module.licenceSize == 0 && module.hsmFwIdSize == 0) {
+        return {QStringLiteral("No license"), dash, open};
+    }
+    if (module.licenceIsFile != 0) {
+        return {QStringLiteral("Global license"), dash, open};
+    }
+    const QByteArray identifier(reinterpret_cast<const char *>(module.hsmFwId),
+                                static_cast<int>(module.hsmFwIdSize));
+    return {QStringLiteral("HSM"), QString::fromUtf8(identifier),
+            RowColours{QColor(0, 0, 0), QColor(255, 232, 127)}};
+}
+
+}  // namespace
+
+PaneContents emptyFirmwarePane()
+{
+    return {{Qt::Vertical,
+             {QStringLiteral("File name"), QStringLiteral("Size"), QStringLiteral("Type")},
+             {}},
+            {QStringLiteral("Segments"), segmentColumns(), {}}};
+}
+
+PaneContents emptyExternalPane()
+{
+    PaneContents contents = emptyFirmwarePane();
+    contents.overview.names << QStringLiteral("Key address") << QStringLiteral("Region mode")
+                            << QStringLiteral("Region number");
+    return contents;
+}
+
+PaneContents emptyImagePane()
+{
+    return {
+        {Qt::Horizontal,
+         {QStringLiteral("File name"), QStringLiteral("Size"), QStringLiteral("Protocol version")},
+         {}},
+        {QStringLiteral("Segments"),
+         {QStringLiteral("Index"), QStringLiteral("Type"), QStringLiteral("Size"),
+          QStringLiteral("Address")},
+         {}}};
+}
+
+PaneContents describeFirmware(const QString &path, const FileData &record)
+{
+    std::uint64_t total = 0;
+    for (const SegmentData &segment : record.segments) {
+        total += segment.size;
+    }
+    PaneContents contents = emptyFirmwarePane();
+    contents.overview.values << fileName(path) << files::sizeText(total) << typeLabel(record.type);
+    contents.details.rows = record.type == file_type::kObk
+                                ? provisioningRows(static_cast<const FileOBK &>(record))
+                                : segmentRows(record);
+    return contents;
+}
+
+PaneContents describeExternal(const QString &path, const FileData &record, const ExtBinInfo *info)
+{
+    PaneContents contents = describeFirmware(path, record);
+    contents.overview.names = emptyExternalPane().overview.names;
+    if (info != nullptr) {
+        contents.overview.values << hexText(info->keyAddress) << QString::number(info->regionMode)
+                                 << QString::number(info->regionNumber);
+    }
+    return contents;
+}
+
+PaneContents describeImage(const QString &path, std::uint64_t fileBytes, const FileSFI &image,
+                           const QString &version)
+{
+    PaneContents contents = emptyImagePane();
+    contents.overview.values << fileName(path) << files::sizeText(fileBytes, " Bytes") << version;
+    contents.details.rows.reserve(image.areas.size());
+    for (const SegmentSFI &area : image.areas) {
+        const AreaLook look = areaLook(area.areaType);
+        const QString index = QString::number(contents.details.rows.size() + 1);
+        contents.details.rows.push_back(
+            {{index, look.label, files::sizeText(area.size), hexText(area.address)}, look.colours});
+    }
+    return contents;
+}
+
+PaneContents describeModules(const QString &path, std::uint64_t fileBytes, const FileMCSV &list)
+{
+    PaneContents contents{
+        {Qt::Vertical,
+         {QStringLiteral("File name"), QStringLiteral("Size"), QStringLiteral("Modules number")},
+         {fileName(path), files::sizeText(fileBytes, " Bytes"), QString::number(list.moduleCount)}},
+        {QStringLiteral("Modules"),
+         {QStringLiteral("Index"), QStringLiteral("Type"), QStringLiteral("Size"),
+          QStringLiteral("Address"), QStringLiteral("HSM FW ID")},
+         {}}};
+    for (const SegmentDataMCSV &module : list.modules) {
+        const LicenceLook look = licenceLook(module);
+        const QString index = QString::number(contents.details.rows.size() + 1);
+        contents.details.rows.push_back({{index, look.label, files::sizeText(module.moduleSize),
+                                          hexText(module.address), look.identifier},
+                                         look.colours});
+    }
+    return contents;
+}
+
+}  // namespace workbench

@@ -1,0 +1,202 @@
+#include "workbench/tabs/sfi/SfiRequest.h"
+
+#include "files/base/Wipe.h"
+#include "report/DisplayMng.h"
+#include "workbench/widgets/KeyFileInput.h"
+
+#include <QFileInfo>
+
+#include <utility>
+
+namespace workbench
+{
+
+namespace
+{
+
+constexpr unsigned char kPadding = 0xFF;
+constexpr unsigned char kKeyBytes = 16;
+constexpr unsigned char kNonceBytes = 12;
+constexpr unsigned int kProfileProvisioned = 0x484;
+constexpr unsigned int kProfileOther = 0xFF;
+
+template <typename Record>
+files::RecordOwner<Record> ownAs(files::RecordOwner<FileType> record)
+{
+    return files::RecordOwner<Record>(static_cast<Record *>(record.release()));
+}
+
+/// Opens a file that must turn out as one type.
+template <typename Record>
+files::RecordOwner<Record> openAs(FileManager &manager, const QString &path, std::uint32_t type)
+{
+    auto record = openRecord(manager, path);
+    if (record == nullptr || record->type != type) {
+        return nullptr;
+    }
+    return ownAs<Record>(std::move(record));
+}
+
+std::optional<Refusal> readKey(const QString &path, unsigned char size, Row row, QByteArray &out)
+{
+    auto bytes = readKeyInput(path, size);
+    if (!bytes) {
+        return Refusal::error(QString::fromStdString(bytes.error().text), row);
+    }
+    out = std::move(*bytes);
+    return std::nullopt;
+}
+
+/// A table of values: the CSV and KCSV inputs, refused in two different sentences.
+std::optional<Refusal> readCsv(FileManager &manager, const QString &path, Row row,
+                               const char *unreadable, const char *wrongType,
+                               files::RecordOwner<FileData> &out)
+{
+    auto record = openRecord(manager, path);
+    if (record == nullptr) {
+        return Refusal::error(QLatin1String(unreadable), row);
+    }
+    if (record->type != file_type::kCsv) {
+        return Refusal::error(QLatin1String(wrongType), row);
+    }
+    out = ownAs<FileData>(std::move(record));
+    return std::nullopt;
+}
+
+void keepAddress(KeepAddress keep, const FileData &old, FileData &fresh)
+{
+    if (old.segments.empty() || fresh.segments.empty()) {
+        return;
+    }
+    const bool wanted = (keep == KeepAddress::OfBinaries && fresh.type == file_type::kBinary) ||
+                        (keep == KeepAddress::InsteadOfZero && fresh.segments.front().address == 0);
+    if (wanted) {
+        fresh.segments.front().address = old.segments.front().address;
+    }
+}
+
+/// Lets an SSFI record be read as a firmware image, too; the bytes stay those of its areas.
+void listAreasAsSegments(FileSFI &image)
+{
+    for (const SegmentSFI &area : image.areas) {
+        image.segments.push_back({area.address, area.size, area.data});
+    }
+    image.segmentCount = static_cast<std::uint32_t>(image.areas.size());
+}
+
+}  // namespace
+
+TwinInputs::~TwinInputs()
+{
+    files::wipe(key);
+    files::wipe(nonce);
+}
+
+files::RecordOwner<FileType> openRecord(FileManager &manager, const QString &path)
+{
+    FileType *record = nullptr;
+    manager.Open(path.toStdWString(), &record, kPadding, 0, 0);
+    return files::RecordOwner<FileType>(record);
+}
+
+std::optional<int> reloadRows(FileManager &manager, FileRows &rows, KeepAddress keep,
+                              const std::function<void(int)> &replaced)
+{
+    for (int row = 0; row < rows.count(); ++row) {
+        auto fresh = ownAs<FileData>(openRecord(manager, rows.path(row)));
+        if (fresh == nullptr) {
+            return row;
+        }
+        keepAddress(keep, rows.record(row), *fresh);
+        rows.replace(row, std::move(fresh));
+        replaced(row);
+    }
+    return std::nullopt;
+}
+
+std::optional<Refusal> mergeRows(FileManager &manager, const FileRows &rows,
+                                 files::RecordView<FileData> &out)
+{
+    if (rows.isEmpty()) {
+        return std::nullopt;
+    }
+    const QList<FileData *> records = rows.records();
+    FileData *merged = nullptr;
+    if (!manager.MergeFiles({records.begin(), records.end()}, &merged)) {
+        return Refusal::error(
+            QStringLiteral("Overlap between segments, Unable to merge firmware files"));
+    }
+    out.reset(merged);
+    return std::nullopt;
+}
+
+std::optional<Refusal> readInputs(FileManager &manager, const TwinTraits &twin,
+                                  const TwinValues &values, TwinInputs &inputs)
+{
+    if (auto refusal = readKey(values.keyPath, kKeyBytes, Row::Key, inputs.key)) {
+        return refusal;
+    }
+    if (auto refusal = readKey(values.noncePath, kNonceBytes, Row::Nonce, inputs.nonce)) {
+        return refusal;
+    }
+    if (values.optionBytesPath.isEmpty()) {
+        return Refusal::warning(QLatin1String(twin.noOptionBytes));
+    }
+    if (auto refusal = readCsv(manager, values.optionBytesPath, Row::OptionBytes,
+                               "Failure to open Option bytes file",
+                               "Option bytes file is not in a csv format", inputs.optionBytes)) {
+        return refusal;
+    }
+    const McuRow &mcu = twin.mcus[static_cast<std::size_t>(values.mcuIndex)];
+    if (!values.keyAreaPath.isEmpty() && !mcu.ignoresKeyArea) {
+        if (auto refusal = readCsv(manager, values.keyAreaPath, Row::KeyArea,
+                                   twin.keyAreaUnreadable, twin.keyAreaWrongType, inputs.keyArea)) {
+            return refusal;
+        }
+    }
+    const auto numbers = checkNumbers(twin, values);
+    if (!numbers) {
+        return Refusal::error(QString::fromStdString(numbers.error().text));
+    }
+    inputs.numbers = *numbers;
+    return std::nullopt;
+}
+
+std::optional<Refusal> readProvisioning(FileManager &manager, const TwinValues &values,
+                                        TwinInputs &inputs)
+{
+    if (!values.ssfiPath.isEmpty()) {
+        inputs.ssfi = openAs<FileSFI>(manager, values.ssfiPath, file_type::kSsfi);
+        if (inputs.ssfi == nullptr) {
+            return Refusal::error(QStringLiteral("Cannot read SSFI file"));
+        }
+        listAreasAsSegments(*inputs.ssfi);
+    }
+    if (!values.modulesPath.isEmpty()) {
+        auto record = openRecord(manager, values.modulesPath);
+        if (record != nullptr && record->type != file_type::kMcsv) {
+            // Only a refused file has been reported; one of another kind would end in silence.
+            DisplayMng::getInstance().logMessage(5, L"%ls is an invalid mcsv file",
+                                                 values.modulesPath.toStdWString().c_str());
+            record.reset();
+        }
+        if (record == nullptr) {
+            return Refusal::silent();
+        }
+        inputs.modules = ownAs<FileMCSV>(std::move(record));
+    }
+    return std::nullopt;
+}
+
+QByteArray buildImage(Preparation &preparation, const McuRow &mcu, const TwinValues &values,
+                      const ListInputs &lists, TwinInputs &inputs)
+{
+    return preparation.SFIPreparation(
+        inputs.firmware.get(), lists.combined, lists.obkFiles, inputs.optionBytes.get(), inputs.key,
+        inputs.nonce, values.imageVersion, values.hash, lists.smiFiles, inputs.numbers.ramSize,
+        inputs.numbers.tokenAddress, inputs.ssfi.get(), inputs.modules.get(),
+        mcu.provisioned ? kProfileProvisioned : kProfileOther, inputs.external.get(),
+        inputs.keyArea.get(), lists.externalInfos);
+}
+
+}  // namespace workbench

@@ -1,0 +1,80 @@
+#pragma once
+#include "files/FileManager.h"
+#include "files/Records.h"
+#include "preparation/Preparation.h"
+#include "workbench/tabs/sfi/SfiCheck.h"
+#include "workbench/widgets/FileRows.h"
+
+#include <QByteArray>
+
+#include <functional>
+#include <optional>
+
+/// @file
+/// One request for an SFI or SFIx image: the steps between the form and the image builder. No step
+/// shows a box of its own; it returns the refusal, and readers report through `DisplayMng`.
+
+namespace workbench
+{
+
+/// What one request reads; all of it is released, and keys are wiped, when the request ends.
+struct TwinInputs {
+    TwinInputs() = default;
+    ~TwinInputs();
+    TwinInputs(const TwinInputs &) = delete;
+    TwinInputs &operator=(const TwinInputs &) = delete;
+
+    files::RecordView<FileData> firmware;  ///< shares its bytes with the list's records
+    files::RecordView<FileData> external;  ///< likewise
+    files::RecordOwner<FileData> optionBytes;
+    files::RecordOwner<FileData> keyArea;
+    files::RecordOwner<FileSFI> ssfi;
+    files::RecordOwner<FileMCSV> modules;
+    QByteArray key;    ///< 16 bytes
+    QByteArray nonce;  ///< 12 bytes
+    Numbers numbers;
+};
+
+/// Opens a file with the padding byte that all workflows use.
+/// @return null after a failure, which the reader has reported
+files::RecordOwner<FileType> openRecord(FileManager &manager, const QString &path);
+
+/// Which address a list's file keeps when it is read anew.
+enum class KeepAddress {
+    OfBinaries,  ///< a raw binary has none of its own: the one given by the user stays
+    InsteadOfZero,
+    No,
+};
+
+/// Reads every file of a list anew, in order, so that changes since "Add" count.
+/// @param replaced  called with the row after each success
+/// @return the row that failed; the rows from there on are as they were
+std::optional<int> reloadRows(FileManager &manager, FileRows &rows, KeepAddress keep,
+                              const std::function<void(int)> &replaced);
+
+/// Makes one image of a list; an empty list gives none.
+/// @return a refusal when two files overlap
+std::optional<Refusal> mergeRows(FileManager &manager, const FileRows &rows,
+                                 files::RecordView<FileData> &out);
+
+/// Key, nonce, option bytes, key area and numbers, in this order.
+std::optional<Refusal> readInputs(FileManager &manager, const TwinTraits &twin,
+                                  const TwinValues &values, TwinInputs &inputs);
+
+/// SSFI and modules of a device that takes them.
+std::optional<Refusal> readProvisioning(FileManager &manager, const TwinValues &values,
+                                        TwinInputs &inputs);
+
+/// The lists that go into the image, and what else the builder takes from outside the request.
+struct ListInputs {
+    bool combined = false;
+    QList<FileOBK *> obkFiles;
+    QList<FileData *> smiFiles;
+    QVector<ExtBinInfo> externalInfos;
+};
+
+/// Calls the image builder. @return the image; empty when it refused, which it has reported
+QByteArray buildImage(Preparation &preparation, const McuRow &mcu, const TwinValues &values,
+                      const ListInputs &lists, TwinInputs &inputs);
+
+}  // namespace workbench

@@ -1,0 +1,222 @@
+// The request and the parse pane of the SFI and SFIx tabs: what runs when "Generate" or "Browse"
+// is pressed.
+#include "files/base/SafeWriter.h"
+#include "report/DisplayMng.h"
+#include "workbench/tabs/sfi/SfiInspection.h"
+#include "workbench/tabs/sfi/TwinTab.h"
+#include "workbench/widgets/Boxes.h"
+#include "workbench/widgets/BusyCursor.h"
+#include "workbench/widgets/FileChoice.h"
+
+#include <QFileInfo>
+
+namespace workbench
+{
+
+void TwinTab::generate()
+{
+    const TwinValues values = m_form->values();
+    const FileList *external = m_form->list(Row::External);
+    if (!passes(checkStart(m_twin, values, external != nullptr && !external->rows().isEmpty()))) {
+        return;
+    }
+    const BusyCursor busy;
+    TwinInputs inputs;
+    if (!reloadAll(inputs) || !passes(readInputs(*m_near.fileManager, m_twin, values, inputs)) ||
+        !readExtras(values, inputs)) {
+        return;
+    }
+    const QByteArray image = buildImage(*m_near.preparation, mcu(), values, listInputs(), inputs);
+    if (image.isEmpty()) {
+        m_form->parsePane()->info()->clearContents();
+        showBox(m_near.form, BoxKind::Error,
+                QStringLiteral("Error occured when preparing an SFI image"));
+        return;
+    }
+    if (!writeImage(values.outputPath, image)) {
+        return;
+    }
+    parse(false);
+    m_form->parsePane()->field()->setPath(values.outputPath);
+    showBox(m_near.form, BoxKind::Success, QLatin1String(m_twin.created));
+}
+
+bool TwinTab::reloadAll(TwinInputs &inputs)
+{
+    if (!reloadFirmware(Row::Firmware, m_twin.needsFirmware, inputs.firmware) ||
+        !reloadFirmware(Row::External, true, inputs.external)) {
+        return false;
+    }
+    if (mcu().provisioned && !reload(Row::Obk, KeepAddress::No, true)) {
+        return false;
+    }
+    return !mcu().combined || reload(Row::Smi, KeepAddress::InsteadOfZero, false);
+}
+
+bool TwinTab::reloadFirmware(Row row, bool disablesWhenEmpty, files::RecordView<FileData> &merged)
+{
+    FileList *list = m_form->list(row);
+    return list == nullptr || (reload(row, KeepAddress::OfBinaries, disablesWhenEmpty) &&
+                               passes(mergeRows(*m_near.fileManager, list->rows(), merged)));
+}
+
+bool TwinTab::reload(Row row, KeepAddress keep, bool disablesWhenEmpty)
+{
+    FileList *list = m_form->list(row);
+    if (list == nullptr) {
+        return true;
+    }
+    const auto failed =
+        reloadRows(*m_near.fileManager, list->rows(), keep, [this, row, list](int replaced) {
+            if (replaced == list->selectedRow()) {
+                showFile(row);
+            }
+        });
+    if (!failed) {
+        return true;
+    }
+    if (row == Row::Smi) {
+        showBox(m_near.form, BoxKind::Error,
+                QStringLiteral("Failure to open SMI file : ") + list->rows().path(*failed));
+    }
+    dropFile(row, *failed);
+    if (disablesWhenEmpty && list->rows().isEmpty()) {
+        m_form->generateButton()->setEnabled(false);
+    }
+    return false;
+}
+
+bool TwinTab::readExtras(const TwinValues &values, TwinInputs &inputs)
+{
+    if (!mcu().provisioned) {
+        return true;
+    }
+    if (m_form->list(Row::Obk)->rows().isEmpty() &&
+        !askYesNo(
+            m_near.form, BoxKind::Warning, QStringLiteral("Warning"),
+            QStringLiteral("OBKey field is empty !\nNo regression is possible if the SFI "
+                           "file does not contain OBKey for DA.\nDo you want to contiue ?"))) {
+        return false;
+    }
+    return passes(readProvisioning(*m_near.fileManager, values, inputs));
+}
+
+bool TwinTab::passes(const std::optional<Refusal> &refusal)
+{
+    if (!refusal) {
+        return true;
+    }
+    if (refusal->kind != Refusal::Kind::Silent) {
+        const bool isWarning = refusal->kind == Refusal::Kind::Warning;
+        showBox(m_near.form, isWarning ? BoxKind::Warning : BoxKind::Error, refusal->text);
+    }
+    if (refusal->empties) {
+        m_form->field(*refusal->empties)->edit()->clear();
+    }
+    return false;
+}
+
+ListInputs TwinTab::listInputs() const
+{
+    ListInputs lists;
+    lists.combined = m_near.isCombined();
+    lists.smiFiles = m_near.smiFiles();
+    lists.externalInfos = extBinInfos;
+    if (mcu().provisioned) {
+        const QList<FileData *> records = m_form->list(Row::Obk)->rows().records();
+        for (FileData *record : records) {
+            lists.obkFiles.append(static_cast<FileOBK *>(record));
+        }
+    }
+    return lists;
+}
+
+bool TwinTab::writeImage(const QString &path, const QByteArray &image)
+{
+    if (!confirmOverwrite(m_near.form, path)) {
+        return false;
+    }
+    const auto *bytes = reinterpret_cast<const std::uint8_t *>(image.constData());
+    if (!files::writeWhole(path, {bytes, static_cast<std::size_t>(image.size())})) {
+        showBox(m_near.form, BoxKind::Error, QLatin1String(m_twin.createFailed));
+        return false;
+    }
+    return true;
+}
+
+bool TwinTab::chooseImage()
+{
+    const QString path = chooseFile(m_near.form, *m_near.lastFolder,
+                                    QStringLiteral("SFI files (*.sfi ; *.ssfi ; *.mcsv)"));
+    if (!path.isEmpty()) {
+        m_form->parsePane()->field()->setPath(path);
+    }
+    return !path.isEmpty();
+}
+
+void TwinTab::parse(bool fromUser)
+{
+    const QString path =
+        fromUser ? m_form->parsePane()->field()->path() : m_form->field(Row::Output)->path();
+    if (!QFileInfo::exists(path)) {
+        showBox(m_near.form, BoxKind::Error,
+                QStringLiteral("Failure to parse SFI/SFIx/SSFI/MCSV file, image doesn't exist."));
+        return;
+    }
+    const BusyCursor busy;
+    m_form->showImagePane();
+    if (path.endsWith(QLatin1String(".mcsv"), Qt::CaseInsensitive)) {
+        parseModules(path);
+        return;
+    }
+    m_near.imageIsRead();
+    const auto record = openRecord(*m_near.fileManager, path);
+    if (record == nullptr ||
+        (record->type != file_type::kSfi && record->type != file_type::kSsfi)) {
+        m_near.clearImagePanes();
+        DisplayMng::getInstance().logMessage(5, L"Cannot parse SFI/SFIx image");
+        return;
+    }
+    const auto &image = static_cast<const FileSFI &>(*record);
+    showImage(path, image, QString::number(image.version));
+}
+
+void TwinTab::parseModules(const QString &path)
+{
+    const auto record = openRecord(*m_near.fileManager, path);
+    if (record == nullptr || record->type != file_type::kMcsv) {
+        m_form->parsePane()->info()->reset();
+        return;
+    }
+    m_form->parsePane()->info()->show(
+        describeModules(path, static_cast<std::uint64_t>(QFileInfo(path).size()),
+                        static_cast<const FileMCSV &>(*record)));
+}
+
+void TwinTab::showImage(const QString &path, const FileSFI &image, const QString &version)
+{
+    m_form->parsePane()->info()->show(
+        describeImage(path, static_cast<std::uint64_t>(QFileInfo(path).size()), image, version));
+}
+
+void TwinTab::showFile(Row row)
+{
+    const FileList *list = m_form->list(row);
+    const int selected = list->selectedRow();
+    if (selected < 0) {
+        return;
+    }
+    m_shownRow = row;
+    const QString path = list->rows().path(selected);
+    const FileData &record = list->rows().record(selected);
+    if (row == Row::External) {
+        // The two lists may be out of step, so a file may have no entry.
+        const ExtBinInfo *info =
+            selected < extBinInfos.size() ? &extBinInfos.at(selected) : nullptr;
+        m_form->firmwareInfo()->show(describeExternal(path, record, info));
+        return;
+    }
+    m_form->firmwareInfo()->show(describeFirmware(path, record));
+}
+
+}  // namespace workbench

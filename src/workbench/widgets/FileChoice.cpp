@@ -1,0 +1,28 @@
+#include "workbench/widgets/FileChoice.h"
+
+#include <QFileDialog>
+
+namespace workbench
+{
+
+QString chooseFile(QWidget *parent, QString &lastFolder, const QString &filter)
+{
+    QString path =
+        QFileDialog::getOpenFileName(parent, QStringLiteral("Open file"), lastFolder, filter);
+    if (!path.isEmpty()) {
+        lastFolder = path;
+    }
+    return path;
+}
+
+QStringList chooseFiles(QWidget *parent, QString &lastFolder, const QString &filter)
+{
+    QStringList paths =
+        QFileDialog::getOpenFileNames(parent, QStringLiteral("Open file"), lastFolder, filter);
+    if (!paths.isEmpty()) {
+        lastFolder = paths.last();
+    }
+    return paths;
+}
+
+}  // namespace workbench
