@@ -1,7 +1,7 @@
 #include "preparation/ImageOpener.h"
 
 #include "files/base/ByteCursor.h"
-#include "preparation/ImageKeys.h"
+#include "preparation/sealing/ImageKeys.h"
 
 #include <algorithm>
 #include <cstring>

@@ -1,6 +1,6 @@
 #pragma once
 #include "files/base/Result.h"
-#include "preparation/ImageFormat.h"
+#include "preparation/sealing/ImageFormat.h"
 
 #include <optional>
 #include <vector>

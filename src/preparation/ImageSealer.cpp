@@ -2,8 +2,8 @@
 
 #include "files/base/ByteBuffer.h"
 #include "files/base/LittleEndian.h"
-#include "preparation/ImageKeys.h"
 #include "preparation/ImageOpener.h"
+#include "preparation/sealing/ImageKeys.h"
 
 #include <algorithm>
 #include <cstring>
@@ -35,7 +35,7 @@ PrefixBytes prefixOf(const Plan &plan, std::size_t index)
 /// image and still no two of them share a derived key.
 Result<NonceBytes> imageNonce(const Plan &plan, ByteView key, ByteView nonceFile)
 {
-    const auto nonceKey = deriveNonceKey(key);
+    const auto nonceKey = deriveNonceKey(key, "SFI");
     if (!nonceKey) {
         return tl::unexpected(nonceKey.error());
     }

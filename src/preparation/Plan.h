@@ -1,7 +1,7 @@
 #pragma once
 #include "files/Records.h"
 #include "files/base/Result.h"
-#include "preparation/ImageFormat.h"
+#include "preparation/sealing/ImageFormat.h"
 
 #include <deque>
 #include <initializer_list>

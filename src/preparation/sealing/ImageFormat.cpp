@@ -1,4 +1,4 @@
-#include "preparation/ImageFormat.h"
+#include "preparation/sealing/ImageFormat.h"
 
 #include <algorithm>
 

@@ -1,4 +1,4 @@
-#include "preparation/SealCipher.h"
+#include "preparation/sealing/SealCipher.h"
 
 #include <openssl/core_names.h>
 #include <openssl/err.h>

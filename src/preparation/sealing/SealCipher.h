@@ -2,7 +2,7 @@
 #include "files/base/Ownership.h"
 #include "files/base/Result.h"
 #include "files/base/Wipe.h"
-#include "preparation/ImageFormat.h"
+#include "preparation/sealing/ImageFormat.h"
 
 #include <openssl/evp.h>
 
