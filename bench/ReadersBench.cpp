@@ -1,6 +1,6 @@
 #include "FirmwareTexts.h"
 
-#include "files/HexText.h"
+#include "files/firmware/HexText.h"
 
 #include <benchmark/benchmark.h>
 

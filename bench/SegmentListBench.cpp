@@ -1,5 +1,5 @@
 #include "files/FileManager.h"
-#include "files/SfiAreaRules.h"
+#include "files/containers/SfiAreaRules.h"
 
 #include <benchmark/benchmark.h>
 

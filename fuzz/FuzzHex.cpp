@@ -1,6 +1,6 @@
 #include "FuzzSupport.h"
 
-#include "files/HexText.h"
+#include "files/firmware/HexText.h"
 #include "support/HexLines.h"
 #include "support/PlainHexText.h"
 

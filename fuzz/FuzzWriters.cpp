@@ -1,7 +1,7 @@
 #include "FuzzSupport.h"
 
-#include "files/RecordText.h"
 #include "files/base/ByteCursor.h"
+#include "files/firmware/RecordText.h"
 #include "support/PlainWriters.h"
 
 #include <algorithm>

@@ -1,8 +1,8 @@
-#include "files/ElfFile.h"
 #include "files/FileManager.h"
 #include "files/base/ByteCursor.h"
 #include "files/base/FileReader.h"
 #include "files/base/PageBlock.h"
+#include "files/firmware/ElfFile.h"
 #include "report/DisplayMng.h"
 
 #include <QFileInfo>

@@ -1,8 +1,8 @@
 #include "files/FirmwareWriter.h"
 #include "files/FileManager.h"
-#include "files/OutputBuffer.h"
-#include "files/RecordText.h"
 #include "files/base/SafeWriter.h"
+#include "files/firmware/OutputBuffer.h"
+#include "files/firmware/RecordText.h"
 #include "report/DisplayMng.h"
 
 #include <QFileInfo>

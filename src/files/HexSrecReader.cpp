@@ -1,7 +1,7 @@
 #include "files/HexSrecReader.h"
 #include "files/FileManager.h"
-#include "files/HexText.h"
 #include "files/base/ByteBuffer.h"
+#include "files/firmware/HexText.h"
 #include "report/DisplayMng.h"
 
 #include <algorithm>

@@ -1,6 +1,6 @@
 #pragma once
-#include "files/StagedSegment.h"
 #include "files/base/Result.h"
+#include "files/firmware/StagedSegment.h"
 
 #include <QFile>
 

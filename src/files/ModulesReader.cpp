@@ -1,9 +1,9 @@
 #include "files/FileManager.h"
 #include "files/FileNames.h"
-#include "files/TextLines.h"
 #include "files/WholeFile.h"
 #include "files/base/FileReader.h"
 #include "files/base/Ownership.h"
+#include "files/tables/TextLines.h"
 #include "report/DisplayMng.h"
 
 #include <QFileInfo>

@@ -1,5 +1,5 @@
 #include "files/FileManager.h"
-#include "files/RangeConflicts.h"
+#include "files/base/RangeConflicts.h"
 #include "report/DisplayMng.h"
 
 #include <algorithm>

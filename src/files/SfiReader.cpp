@@ -1,9 +1,9 @@
 #include "files/FileManager.h"
 #include "files/FileNames.h"
-#include "files/SfiAreaRules.h"
 #include "files/WholeFile.h"
 #include "files/base/ByteCursor.h"
 #include "files/base/Ownership.h"
+#include "files/containers/SfiAreaRules.h"
 #include "report/DisplayMng.h"
 
 #include <algorithm>

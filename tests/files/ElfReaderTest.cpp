@@ -1,5 +1,5 @@
-#include "files/ElfLabels.h"
 #include "files/FileManager.h"
+#include "files/firmware/ElfLabels.h"
 #include "support/ElfBytes.h"
 #include "support/HexLines.h"
 #include "support/MessageLog.h"

@@ -1,4 +1,4 @@
-#include "files/HexText.h"
+#include "files/firmware/HexText.h"
 
 #include "support/HexLines.h"
 #include "support/PlainHexText.h"

@@ -1,5 +1,5 @@
 #pragma once
-#include "files/Records.h"
+#include "files/base/Records.h"
 
 #include <algorithm>
 #include <cstdlib>

@@ -1,6 +1,6 @@
 #include "files/FileManager.h"
-#include "files/RangeConflicts.h"
 #include "files/SegmentBuilder.h"
+#include "files/base/RangeConflicts.h"
 #include "support/MessageLog.h"
 
 #include <gtest/gtest.h>

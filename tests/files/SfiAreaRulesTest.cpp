@@ -1,4 +1,4 @@
-#include "files/SfiAreaRules.h"
+#include "files/containers/SfiAreaRules.h"
 
 #include <gtest/gtest.h>
 

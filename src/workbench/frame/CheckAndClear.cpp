@@ -1,5 +1,5 @@
 // What the window's "Check SFI/SMI" and "Clear" do to the tabs.
-#include "files/Records.h"
+#include "files/base/Records.h"
 #include "workbench/frame/CentralWidget.h"
 #include "workbench/tabs/sfi/TwinTab.h"
 

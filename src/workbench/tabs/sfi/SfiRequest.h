@@ -1,6 +1,6 @@
 #pragma once
 #include "files/FileManager.h"
-#include "files/Records.h"
+#include "files/base/Records.h"
 #include "preparation/Preparation.h"
 #include "workbench/tabs/sfi/SfiCheck.h"
 #include "workbench/widgets/FileRows.h"

@@ -1,4 +1,4 @@
-#include "files/RangeConflicts.h"
+#include "files/base/RangeConflicts.h"
 
 #include <algorithm>
 

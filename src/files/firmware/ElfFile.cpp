@@ -1,4 +1,4 @@
-#include "files/ElfFile.h"
+#include "files/firmware/ElfFile.h"
 #include "files/base/ByteCursor.h"
 
 #include <algorithm>

@@ -1,4 +1,4 @@
-#include "files/RecordText.h"
+#include "files/firmware/RecordText.h"
 
 #include <algorithm>
 #include <array>

@@ -1,6 +1,6 @@
-#include "files/SfiAreaRules.h"
+#include "files/containers/SfiAreaRules.h"
 
-#include "files/RangeConflicts.h"
+#include "files/base/RangeConflicts.h"
 
 #include <algorithm>
 #include <vector>

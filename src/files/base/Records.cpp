@@ -1,4 +1,4 @@
-#include "files/Records.h"
+#include "files/base/Records.h"
 
 #include <cstdlib>
 

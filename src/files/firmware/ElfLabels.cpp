@@ -1,4 +1,4 @@
-#include "files/ElfLabels.h"
+#include "files/firmware/ElfLabels.h"
 
 #include <algorithm>
 #include <iterator>

@@ -1,4 +1,4 @@
-#include "files/OutputBuffer.h"
+#include "files/firmware/OutputBuffer.h"
 
 #include <algorithm>
 #include <new>

@@ -1,4 +1,4 @@
-#include "files/HexRecord.h"
+#include "files/firmware/HexRecord.h"
 
 #include <cstdio>
 

@@ -1,4 +1,4 @@
-#include "files/QuickRecord.h"
+#include "files/firmware/QuickRecord.h"
 
 #include <cassert>
 #if defined(__SSE2__)

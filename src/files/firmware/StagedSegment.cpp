@@ -1,4 +1,4 @@
-#include "files/StagedSegment.h"
+#include "files/firmware/StagedSegment.h"
 #include "files/base/PageBlock.h"
 
 #include <algorithm>

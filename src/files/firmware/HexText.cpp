@@ -1,5 +1,5 @@
-#include "files/HexText.h"
-#include "files/QuickRecord.h"
+#include "files/firmware/HexText.h"
+#include "files/firmware/QuickRecord.h"
 
 #include <algorithm>
 #include <cstring>

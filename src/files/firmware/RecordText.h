@@ -1,5 +1,5 @@
 #pragma once
-#include "files/OutputBuffer.h"
+#include "files/firmware/OutputBuffer.h"
 
 #include <cstdint>
 #include <span>

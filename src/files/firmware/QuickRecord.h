@@ -1,5 +1,5 @@
 #pragma once
-#include "files/HexRecord.h"
+#include "files/firmware/HexRecord.h"
 
 #include <cstddef>
 #include <cstdint>

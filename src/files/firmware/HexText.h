@@ -1,7 +1,7 @@
 #pragma once
-#include "files/HexRecord.h"
-#include "files/StagedSegment.h"
 #include "files/base/Result.h"
+#include "files/firmware/HexRecord.h"
+#include "files/firmware/StagedSegment.h"
 
 #include <cstddef>
 #include <cstdint>
