@@ -114,9 +114,7 @@ std::vector<files::Range> rangesOf(const FileData &file)
     ranges.reserve(count);
     for (std::size_t i = 0; i < count; ++i) {
         const SegmentData &segment = file.segments[i];
-        // The end is a 32-bit sum by design of the rule, wrap included.
-        const std::uint32_t end = segment.address + segment.size;
-        ranges.push_back({segment.address, end});
+        ranges.push_back(files::Range::wrapping(segment.address, segment.size));
     }
     return ranges;
 }

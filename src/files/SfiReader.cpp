@@ -253,13 +253,8 @@ bool parseImage(QFile &file, const Layout &layout, FileSFI &image)
     if (!reader.readHead() || !reader.readAreas()) {
         return false;
     }
-    std::vector<files::AreaExtent> extents;
-    extents.reserve(image.areas.size());
-    for (const SegmentSFI &area : image.areas) {
-        extents.push_back({area.areaType, area.address, area.size});
-    }
-    const auto refusal = layout.hasImageVersionHead ? files::refusalOfSsfiAreas(extents)
-                                                    : files::refusalOfSfiAreas(extents);
+    const auto refusal = layout.hasImageVersionHead ? files::refusalOfSsfiAreas(image.areas)
+                                                    : files::refusalOfSfiAreas(image.areas);
     if (refusal) {
         display().logMessage(5, L"%ls", refusal->c_str());
     }

@@ -15,8 +15,6 @@ using files::ErrorCode;
 using files::fail;
 using files::Result;
 
-constexpr std::size_t kObkHeadBytes = 12;
-
 Result<void> checkParameters(const SfiRequest &request)
 {
     if (request.key.size() != kKeyBytes) {
@@ -43,7 +41,7 @@ Result<void> addSsfi(Plan &plan, const FileSFI *ssfi)
         return type;
     }
     PlanArea area;
-    area.type = 'S';
+    area.letter = letter::kSsfi;
     area.source = Source::Ssfi;
     bool whole = ssfi->header != nullptr || ssfi->headerSize == 0;
     if (whole) {
@@ -76,7 +74,7 @@ Result<void> addObkFiles(Plan &plan, const std::vector<const FileOBK *> &obkFile
             return tl::unexpected(segments.error());
         }
         PlanArea area;
-        area.type = 'O';
+        area.letter = letter::kObk;
         area.address = obk->obkAddress;
         area.source = Source::Obk;
         area.ordinal = ordinal;
@@ -90,7 +88,7 @@ Result<void> addObkFiles(Plan &plan, const std::vector<const FileOBK *> &obkFile
 }
 
 /// Key area and option bytes: the whole record is one area without a destination.
-Result<PlanArea> tableArea(const FileData *record, std::uint8_t type, Source source,
+Result<PlanArea> tableArea(const FileData *record, std::uint8_t letter, Source source,
                            const std::string &what)
 {
     const auto segments = checkedSegments(record, {file_type::kCsv}, what);
@@ -98,7 +96,7 @@ Result<PlanArea> tableArea(const FileData *record, std::uint8_t type, Source sou
         return tl::unexpected(segments.error());
     }
     PlanArea area;
-    area.type = type;
+    area.letter = letter;
     area.source = source;
     for (const SegmentData &segment : *segments) {
         area.append({segment.data, segment.size});
@@ -111,7 +109,7 @@ Result<void> addKeyArea(Plan &plan, const FileData *record)
     if (record == nullptr) {
         return {};
     }
-    auto area = tableArea(record, 'K', Source::KeyArea, "key area");
+    auto area = tableArea(record, letter::kKeyArea, Source::KeyArea, "key area");
     if (!area) {
         return tl::unexpected(area.error());
     }
@@ -124,7 +122,7 @@ Result<void> addOptionBytes(Plan &plan, const FileData *record)
     if (record == nullptr) {
         return fail(ErrorCode::BadValue, "Option bytes are missing");
     }
-    auto area = tableArea(record, 'C', Source::OptionBytes, "option bytes");
+    auto area = tableArea(record, letter::kOptionBytes, Source::OptionBytes, "option bytes");
     if (!area) {
         return tl::unexpected(area.error());
     }
@@ -178,12 +176,12 @@ Result<void> addFirmware(Plan &plan, const FileData *firmware)
     }
     for (const auto &[segment, ordinal] : *segments) {
         PlanArea area;
-        area.type = 'F';
+        area.letter = letter::kFirmware;
         area.address = segment->address;
         area.source = Source::Firmware;
         area.ordinal = ordinal;
         area.append({segment->data, segment->size});
-        area.extent = {segment->address, std::uint64_t{segment->address} + segment->size};
+        area.extent = files::Range::of(segment->address, segment->size);
         plan.areas.push_back(std::move(area));
     }
     return {};

@@ -4,7 +4,6 @@
 #include "preparation/sealing/ImageKeys.h"
 
 #include <algorithm>
-#include <cstring>
 
 namespace preparation
 {
@@ -28,12 +27,7 @@ Result<ParsedArea> parseArea(ByteCursor &cursor, std::size_t index, std::uint16_
                                               std::to_string(areaCount));
     }
     ByteCursor fields(area.header);
-    area.prefix.type = fields.u8();
-    area.prefix.imageVersion = fields.u8();
-    area.prefix.index = fields.u16le();
-    area.prefix.dataSize = fields.u32le();
-    area.prefix.address = fields.u32le();
-    area.prefix.areaCount = fields.u16le();
+    area.prefix = files::readPrefix(fields);
     area.tag = fields.bytes(kTagBytes);
     area.check = fields.bytes(fields.left());
     if (area.prefix.index != index) {
@@ -52,7 +46,7 @@ Result<ParsedArea> parseArea(ByteCursor &cursor, std::size_t index, std::uint16_
                     "The data of " + place + " has " + std::to_string(area.prefix.dataSize) +
                         " bytes, the image only " + std::to_string(left) + " more");
     }
-    if ((area.prefix.type == 'C') != (index == areaCount)) {
+    if ((area.prefix.letter == letter::kOptionBytes) != (index == areaCount)) {
         return fail(ErrorCode::BadValue,
                     index == areaCount ? "The image does not end with an option bytes area"
                                        : "The option bytes area is " + place + " of " +
@@ -125,7 +119,7 @@ Result<ParsedImage> parseImage(ByteView image)
     ByteCursor cursor(image);
     ParsedImage parsed;
     const ByteView magic = cursor.bytes(kMagicBytes);
-    if (!cursor.ok() || std::memcmp(magic.data(), kMagic, kMagicBytes) != 0) {
+    if (!std::ranges::equal(magic, kSfiMagic)) {
         return fail(ErrorCode::BadValue, "It does not begin with SFIMAGIC");
     }
     parsed.version = cursor.u16le();

@@ -22,7 +22,7 @@ PrefixBytes prefixOf(const Plan &plan, std::size_t index)
 {
     const PlanArea &area = plan.areas[index];
     AreaPrefix prefix;
-    prefix.type = area.type;
+    prefix.letter = area.letter;
     prefix.imageVersion = plan.imageVersion;
     prefix.index = static_cast<std::uint16_t>(index + 1);
     prefix.dataSize = static_cast<std::uint32_t>(area.size);

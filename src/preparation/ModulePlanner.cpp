@@ -4,7 +4,6 @@
 #include "preparation/RecordView.h"
 
 #include <algorithm>
-#include <cstring>
 
 namespace preparation
 {
@@ -68,7 +67,7 @@ Result<SmiHead> readSmiHead(ByteView file, const std::string &what)
     SmiHead head;
     head.loadAddress = cursor.u32le();
     head.plainSize = cursor.u32le();
-    if (!cursor.ok() || std::memcmp(magic.data(), kSmiMagic, kMagicBytes) != 0) {
+    if (!cursor.ok() || !std::ranges::equal(magic, kSmiMagic)) {
         return fail(ErrorCode::BadValue, what + " is not an SMI image");
     }
     if (version != 1) {
@@ -105,7 +104,8 @@ Result<void> addModules(Plan &plan, const FileMCSV *modules)
             return checked;
         }
         PlanArea area;
-        area.type = module.licenceSize != 0 || module.hsmFwIdSize != 0 ? 'M' : 'm';
+        area.letter = module.licenceSize != 0 || module.hsmFwIdSize != 0 ? letter::kModule
+                                                                         : letter::kFreeModule;
         area.address = module.address;
         area.source = Source::Module;
         area.ordinal = ordinal;
@@ -113,7 +113,7 @@ Result<void> addModules(Plan &plan, const FileMCSV *modules)
         area.append({module.module, module.moduleSize});
         area.append({module.licence, module.licenceSize});
         padToFlashWord(area);
-        area.extent = {module.address, std::uint64_t{module.address} + module.moduleSize};
+        area.extent = files::Range::of(module.address, module.moduleSize);
         plan.areas.push_back(std::move(area));
     }
     return {};
@@ -138,13 +138,13 @@ Result<void> addSmiFiles(Plan &plan, const std::vector<const FileData *> &smiFil
             return tl::unexpected(head.error());
         }
         PlanArea area;
-        area.type = 'M';
+        area.letter = letter::kModule;
         area.address = head->loadAddress;
         area.source = Source::Smi;
         area.ordinal = ordinal;
         area.append(bytes);
         padToFlashWord(area);
-        area.extent = {head->loadAddress, std::uint64_t{head->loadAddress} + head->plainSize};
+        area.extent = files::Range::of(head->loadAddress, head->plainSize);
         plan.areas.push_back(std::move(area));
     }
     return {};

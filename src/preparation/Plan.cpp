@@ -80,13 +80,13 @@ void appendExternalArea(Plan &plan, std::uint32_t address, ByteView firmware,
                         const std::array<std::uint32_t, 3> &region, std::uint32_t ordinal)
 {
     PlanArea area;
-    area.type = 'E';
+    area.letter = letter::kExternal;
     area.address = address;
     area.source = Source::External;
     area.ordinal = ordinal;
     area.append(firmware);
     area.append(plan.newBlock(kTrailerBytes, {address, region[0], region[1], region[2]}));
-    area.extent = {address, std::uint64_t{address} + firmware.size()};
+    area.extent = files::Range::of(address, firmware.size());
     plan.areas.push_back(std::move(area));
 }
 

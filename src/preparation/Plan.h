@@ -11,14 +11,6 @@
 namespace preparation
 {
 
-/// Addresses from `begin` up to, not including, `end`. 64 bits wide, so that an end at or above
-/// 2^32 can be told from a small one.
-struct Extent {
-    std::uint64_t begin = 0;
-    std::uint64_t end = 0;
-    [[nodiscard]] bool empty() const { return begin >= end; }
-};
-
 /// Where an area comes from; with the ordinal it names the area in messages.
 enum class Source {
     Ssfi,
@@ -36,13 +28,13 @@ enum class Source {
 /// One area before sealing. Its plain data is a list of views, of the caller's records and of the
 /// plan's own small blocks, so that nothing large is copied before it is encrypted.
 struct PlanArea {
-    std::uint8_t type = 0;
+    std::uint8_t letter = 0;
     std::uint32_t address = 0;
     Source source = Source::Firmware;
     std::uint32_t ordinal = 0;     ///< place in its input list, from 1; 0 when there is one at most
     std::vector<ByteView> pieces;  ///< plain data, in order
     std::uint64_t size = 0;        ///< bytes of all pieces
-    Extent extent;                 ///< what it really occupies at its destination; may be empty
+    files::Range extent;           ///< what it really occupies at its destination; may be empty
 
     void append(ByteView bytes)
     {

@@ -11,21 +11,17 @@ namespace
 
 using files::ErrorCode;
 using files::fail;
+using files::Range;
 using files::Result;
 
-bool overlaps(const Extent &left, const Extent &right)
-{
-    return left.begin < right.end && right.begin < left.end;
-}
-
 /// Which extents share an address with any other one. `order` lists the non-empty ones by begin.
-std::vector<bool> overlappingOnes(const std::vector<Extent> &extents,
+std::vector<bool> overlappingOnes(const std::vector<Range> &extents,
                                   const std::vector<std::size_t> &order)
 {
     std::vector<bool> marked(extents.size(), false);
     std::uint64_t reached = 0;
     for (std::size_t k = 0; k < order.size(); ++k) {
-        const Extent &extent = extents[order[k]];
+        const Range &extent = extents[order[k]];
         const bool above = k + 1 < order.size() && extents[order[k + 1]].begin < extent.end;
         marked[order[k]] = above || extent.begin < reached;
         reached = std::max(reached, extent.end);
@@ -35,7 +31,7 @@ std::vector<bool> overlappingOnes(const std::vector<Extent> &extents,
 
 Result<void> checkOverlap(const Plan &plan, const std::vector<std::size_t> &members)
 {
-    std::vector<Extent> extents;
+    std::vector<Range> extents;
     extents.reserve(members.size());
     for (const std::size_t member : members) {
         extents.push_back(plan.areas[member].extent);
@@ -71,7 +67,7 @@ Result<void> checkFlashWord(const Plan &plan, const PlanArea &module,
 
 }  // namespace
 
-std::optional<std::pair<std::size_t, std::size_t>> firstOverlap(const std::vector<Extent> &extents)
+std::optional<std::pair<std::size_t, std::size_t>> firstOverlap(const std::vector<Range> &extents)
 {
     std::vector<std::size_t> order;
     order.reserve(extents.size());
@@ -108,20 +104,20 @@ Result<void> checkPlacement(const Plan &plan)
             return fail(ErrorCode::Refused, "The " + describe(area) + " ends above 0xFFFFFFFF");
         }
         const bool isModule = area.source == Source::Module || area.source == Source::Smi;
-        if (isModule || area.type == 'F') {
+        if (isModule || area.letter == letter::kFirmware) {
             internal.push_back(i);
         }
-        if (area.type == 'F') {
+        if (area.letter == letter::kFirmware) {
             firmware.push_back(i);
         }
-        if (area.type == 'E') {
+        if (area.letter == letter::kExternal) {
             external.push_back(i);
         }
     }
     auto checked =
         checkOverlap(plan, internal).and_then([&] { return checkOverlap(plan, external); });
     for (std::size_t k = 0; checked && k < internal.size(); ++k) {
-        if (plan.areas[internal[k]].type != 'F') {
+        if (plan.areas[internal[k]].letter != letter::kFirmware) {
             checked = checkFlashWord(plan, plan.areas[internal[k]], firmware);
         }
     }
@@ -145,12 +141,12 @@ Result<void> checkContainer(const Plan &plan)
     bool externalSeen = false;
     for (const PlanArea &area : plan.areas) {
         bytes += plan.sizeOf(area);
-        if (area.type != 'F' && area.type != 'E') {
+        if (area.letter != letter::kFirmware && area.letter != letter::kExternal) {
             continue;
         }
         // Readers add in 32 bits: an end of 2^32 is 0 to them, and looks like an overlap with
         // every area of the same letter that they compare it with.
-        bool &seen = area.type == 'F' ? firmwareSeen : externalSeen;
+        bool &seen = area.letter == letter::kFirmware ? firmwareSeen : externalSeen;
         if (seen && area.extent.end == kAddressSpace) {
             return fail(ErrorCode::Refused, "The " + describe(area) +
                                                 " ends at 0xFFFFFFFF behind another area of its "

@@ -10,7 +10,8 @@ namespace preparation
 /// Finds what comparing every extent with every later one would find first: the smallest first
 /// index, and with it the smallest second one. Empty extents overlap nothing. Sorts, so a list of
 /// 65,535 costs milliseconds.
-std::optional<std::pair<std::size_t, std::size_t>> firstOverlap(const std::vector<Extent> &extents);
+std::optional<std::pair<std::size_t, std::size_t>>
+firstOverlap(const std::vector<files::Range> &extents);
 
 /// How the uncut areas may lie: below 2^32, nothing over something else, and no firmware in the
 /// last Flash word of a module.

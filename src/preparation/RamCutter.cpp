@@ -43,7 +43,7 @@ void appendPiece(Plan &plan, const PlanArea &whole, std::uint64_t offset, std::u
 {
     const ByteView firmware = whole.pieces.front().subspan(offset, bytes);
     const auto address = static_cast<std::uint32_t>(whole.address + offset);
-    if (whole.type == 'E') {
+    if (whole.letter == letter::kExternal) {
         const ByteView trailer = whole.pieces.back();
         std::array<std::uint32_t, 3> region{};
         for (std::size_t i = 4; i < trailer.size(); ++i) {
@@ -53,19 +53,19 @@ void appendPiece(Plan &plan, const PlanArea &whole, std::uint64_t offset, std::u
         return;
     }
     PlanArea piece;
-    piece.type = whole.type;
+    piece.letter = whole.letter;
     piece.address = address;
     piece.source = whole.source;
     piece.ordinal = whole.ordinal;
     piece.append(firmware);
-    piece.extent = {address, std::uint64_t{address} + bytes};
+    piece.extent = files::Range::of(address, bytes);
     plan.areas.push_back(std::move(piece));
 }
 
 Result<void> appendCut(Plan &plan, const PlanArea &whole, std::uint64_t room)
 {
-    const std::uint64_t most =
-        room - areaHeaderBytes(plan.version) - (whole.type == 'E' ? kTrailerBytes : 0);
+    const std::uint64_t most = room - areaHeaderBytes(plan.version) -
+                               (whole.letter == letter::kExternal ? kTrailerBytes : 0);
     const std::uint64_t total = whole.pieces.front().size();
     std::uint64_t offset = 0;
     while (total - offset > most) {
@@ -86,7 +86,7 @@ PlanArea tokenArea(Plan &plan, Source source, std::uint32_t part, std::uint32_t 
                    std::uint32_t tokenAddress)
 {
     PlanArea area;
-    area.type = source == Source::Pause ? 'P' : 'R';
+    area.letter = source == Source::Pause ? letter::kPause : letter::kResume;
     area.address = tokenAddress;
     area.source = source;
     area.ordinal = part;
@@ -150,7 +150,7 @@ Result<Plan> cutForRam(Plan plan, std::uint32_t ramSize, std::uint32_t tokenAddr
             plan.areas.push_back(std::move(area));
             continue;
         }
-        if (area.type != 'F' && area.type != 'E') {
+        if (area.letter != letter::kFirmware && area.letter != letter::kExternal) {
             return fail(ErrorCode::TooLarge,
                         "The " + describe(area) + " can't be cut: with its header it has " +
                             std::to_string(plan.sizeOf(area)) + " bytes, the RAM has room for " +

@@ -128,9 +128,9 @@ bool mergeConflictLiterally(const std::vector<std::vector<files::Range>> &list)
         for (std::size_t j = i + 1; j < list.size(); ++j) {
             for (const auto &a : list[i]) {
                 for (const auto &b : list[j]) {
-                    if ((b.start <= a.start && a.start < b.end) ||
-                        (b.start < a.end && a.end < b.end) ||
-                        (a.start <= b.start && a.end > b.end)) {
+                    if ((b.begin <= a.begin && a.begin < b.end) ||
+                        (b.begin < a.end && a.end < b.end) ||
+                        (a.begin <= b.begin && a.end > b.end)) {
                         return true;
                     }
                 }
@@ -193,8 +193,7 @@ TEST(MergeFiles, AgreesWithAllPairsOnRandomLists)
                 const auto address = base + static_cast<std::uint32_t>(random() % 128);
                 const auto size = static_cast<std::uint32_t>(random() % 16);
                 list.back()->segments.push_back({address, size, nullptr});
-                const std::uint32_t end = address + size;
-                ranges.back().push_back({address, end});
+                ranges.back().push_back(files::Range::wrapping(address, size));
             }
             list.back()->segmentCount = static_cast<std::uint32_t>(list.back()->segments.size());
         }

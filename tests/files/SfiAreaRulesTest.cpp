@@ -8,16 +8,24 @@
 namespace
 {
 
-using files::AreaExtent;
-using Areas = std::vector<AreaExtent>;
+using Areas = std::vector<SegmentSFI>;
+
+SegmentSFI made(char letter, std::uint32_t address, std::uint32_t size)
+{
+    SegmentSFI area;
+    area.areaType = static_cast<std::uint8_t>(letter);
+    area.address = address;
+    area.size = size;
+    return area;
+}
 
 /// The plain rules: all pairs, in the order of the areas.
 std::optional<std::wstring> refusalLiterally(const Areas &areas)
 {
     for (std::size_t i = 0; i + 1 < areas.size(); ++i) {
         for (std::size_t j = i + 1; j + 1 < areas.size(); ++j) {
-            const char letter = static_cast<char>(areas[i].letter);
-            if (areas[j].letter != areas[i].letter || (letter != 'F' && letter != 'E')) {
+            const char letter = static_cast<char>(areas[i].areaType);
+            if (areas[j].areaType != areas[i].areaType || (letter != 'F' && letter != 'E')) {
                 continue;
             }
             const std::uint64_t trailer = letter == 'E' ? 16 : 0;
@@ -31,10 +39,10 @@ std::optional<std::wstring> refusalLiterally(const Areas &areas)
             }
         }
     }
-    for (const AreaExtent &module : areas) {
+    for (const SegmentSFI &module : areas) {
         const std::uint64_t end = std::uint64_t{module.address} + module.size;
-        for (const AreaExtent &other : areas) {
-            if (module.letter == 'M' && other.address > module.address && end % 32 != 0 &&
+        for (const SegmentSFI &other : areas) {
+            if (module.areaType == 'M' && other.address > module.address && end % 32 != 0 &&
                 other.address < end / 32 * 32 + 32) {
                 return L"The area immediately following a module area starts in its last Flash "
                        L"word";
@@ -51,10 +59,10 @@ TEST(SfiAreaRules, AgreeWithAllPairsOnRandomImages)
     for (int round = 0; round < 20000; ++round) {
         Areas areas(1 + random() % 8);
         const std::uint32_t base = round % 2 == 0 ? 0x1000 : 0xFFFFF000;
-        for (AreaExtent &area : areas) {
-            area.letter = static_cast<std::uint8_t>("FFEEMK"[random() % 6]);
+        for (SegmentSFI &area : areas) {
+            area.areaType = static_cast<std::uint8_t>("FFEEMK"[random() % 6]);
             area.address = base + static_cast<std::uint32_t>(random() % 200);
-            area.size = static_cast<std::uint32_t>(random() % 40) + (area.letter == 'E' ? 16 : 0);
+            area.size = static_cast<std::uint32_t>(random() % 40) + (area.areaType == 'E' ? 16 : 0);
         }
         const auto expected = refusalLiterally(areas);
         ASSERT_EQ(files::refusalOfSfiAreas(areas), expected) << "round " << round;
@@ -69,10 +77,10 @@ TEST(SfiAreaRules, AreCheapForTheLargestImage)
     // Every pair ends together, which no condition catches: all pairs would be looked at.
     Areas areas;
     for (std::uint32_t i = 0; i < 65534; ++i) {
-        areas.push_back({'F', i, 65534 - i});
-        areas.push_back({'M', 0x10000 + i * 64, 33});
+        areas.push_back(made('F', i, 65534 - i));
+        areas.push_back(made('M', 0x10000 + i * 64, 33));
     }
-    areas.push_back({'C', 0, 4});
+    areas.push_back(made('C', 0, 4));
     const std::clock_t start = std::clock();
     EXPECT_EQ(files::refusalOfSfiAreas(areas), std::nullopt);
     EXPECT_LT(static_cast<double>(std::clock() - start) / CLOCKS_PER_SEC, 0.5);

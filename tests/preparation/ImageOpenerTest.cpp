@@ -135,8 +135,8 @@ TEST(Overlap, SortedSearchFindsThePairThatComparingAllWouldFindFirst)
     const auto draw = [&random](std::uint64_t below) { return random() % below; };
     int found = 0;
     for (int round = 0; round < 20000; ++round) {
-        std::vector<Extent> extents(draw(8));
-        for (Extent &extent : extents) {
+        std::vector<files::Range> extents(draw(8));
+        for (files::Range &extent : extents) {
             extent.begin = draw(60);
             extent.end = extent.begin + draw(10);
         }

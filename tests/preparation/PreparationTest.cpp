@@ -73,7 +73,7 @@ std::string outline(const OpenedImage &image)
     std::string text;
     for (const auto &area : image.parsed.areas) {
         char part[48];
-        std::snprintf(part, sizeof part, "%c@%X+%X ", area.prefix.type, area.prefix.address,
+        std::snprintf(part, sizeof part, "%c@%X+%X ", area.prefix.letter, area.prefix.address,
                       area.prefix.dataSize);
         text += part;
     }
@@ -433,11 +433,11 @@ TEST_P(DeviceRam, FirmwareOfAnySizeComesBackWholeInPartsThatFit)
         std::uint64_t part = 0;
         for (std::size_t i = 0; i < opened.image.plain.size(); ++i) {
             const auto &area = opened.image.parsed.areas[i];
-            part = area.prefix.type == 'R' ? 0 : part;
+            part = area.prefix.letter == 'R' ? 0 : part;
             part += area.header.size() + area.data.size();
             EXPECT_TRUE(device.token == 0 || part <= device.ram);
             EXPECT_TRUE(device.ram == 0 || area.header.size() + area.data.size() <= device.ram);
-            if (area.prefix.type == 'F') {
+            if (area.prefix.letter == 'F') {
                 EXPECT_EQ(area.prefix.address, 0x08000008 + joined.size());
                 joined.insert(joined.end(), opened.image.plain[i].begin(),
                               opened.image.plain[i].end());

@@ -3,7 +3,6 @@
 #include "files/base/ByteCursor.h"
 
 #include <algorithm>
-#include <cstring>
 
 namespace unpack
 {
@@ -91,20 +90,20 @@ Details tokenDetails(ByteView plain)
 
 }  // namespace
 
-Details detailsOf(std::uint8_t type, ByteView plain)
+Details detailsOf(std::uint8_t letter, ByteView plain)
 {
     // A module head can't look like the SMI magic: module and licence would be 2.4 GB.
     const bool isSmi =
-        plain.size() >= kMagicBytes && std::memcmp(plain.data(), kSmiMagic, kMagicBytes) == 0;
-    switch (type) {
-    case 'M':
+        plain.size() >= kMagicBytes && std::ranges::equal(plain.first(kMagicBytes), kSmiMagic);
+    switch (letter) {
+    case letter::kModule:
         return isSmi ? smiDetails(plain) : moduleDetails(plain);
-    case 'm':
+    case letter::kFreeModule:
         return moduleDetails(plain);
-    case 'E':
+    case letter::kExternal:
         return externalDetails(plain);
-    case 'P':
-    case 'R':
+    case letter::kPause:
+    case letter::kResume:
         return tokenDetails(plain);
     default:
         return {};

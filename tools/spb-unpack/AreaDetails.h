@@ -27,6 +27,6 @@ struct Details {
 
 /// Reads the head of a module, the head of an SMI file, the trailer of external firmware, or the
 /// part of a pause or resume. Bytes too short for their structure give no fields.
-Details detailsOf(std::uint8_t type, ByteView plain);
+Details detailsOf(std::uint8_t letter, ByteView plain);
 
 }  // namespace unpack

@@ -60,7 +60,7 @@ Result<std::vector<Run>> firmwareRuns(const OpenedImage &image)
 {
     std::vector<std::size_t> order;
     for (std::size_t i = 0; i < image.plain.size(); ++i) {
-        if (image.parsed.areas[i].prefix.type == 'F' && !image.plain[i].empty()) {
+        if (image.parsed.areas[i].prefix.letter == letter::kFirmware && !image.plain[i].empty()) {
             order.push_back(i);
         }
     }
@@ -136,9 +136,10 @@ Result<void> writeArea(const OpenedImage &image, std::uint32_t index, const std:
                                             std::to_string(image.plain.size()));
     }
     // The key area and provisioning files hold keys; both are for their owner alone.
-    const std::uint8_t type = image.parsed.areas[index - 1].prefix.type;
-    const auto secrecy =
-        type == 'K' || type == 'O' ? files::Secrecy::SecretUnlessLocked : files::Secrecy::Public;
+    const std::uint8_t kind = image.parsed.areas[index - 1].prefix.letter;
+    const auto secrecy = kind == letter::kKeyArea || kind == letter::kObk
+                             ? files::Secrecy::SecretUnlessLocked
+                             : files::Secrecy::Public;
     return files::writeWhole(QFile::decodeName(path.c_str()), image.plain[index - 1], secrecy);
 }
 

@@ -34,10 +34,10 @@ QString hexBytes(ByteView bytes)
 }
 
 /// The letter, or its code where a terminal couldn't show it.
-std::string typeText(std::uint8_t type)
+std::string letterText(std::uint8_t letter)
 {
-    return type > 0x20 && type < 0x7F ? std::string(1, static_cast<char>(type))
-                                      : hexNumber(type, 2);
+    return letter > 0x20 && letter < 0x7F ? std::string(1, static_cast<char>(letter))
+                                          : hexNumber(letter, 2);
 }
 
 std::string fieldText(const Field &field)
@@ -76,7 +76,7 @@ std::string detailTables(const OpenedImage &image)
     std::vector<std::pair<std::string, std::vector<Row>>> tables;
     for (std::size_t i = 0; i < image.plain.size(); ++i) {
         const AreaPrefix &prefix = image.parsed.areas[i].prefix;
-        const Details details = detailsOf(prefix.type, image.plain[i]);
+        const Details details = detailsOf(prefix.letter, image.plain[i]);
         if (details.fields.empty()) {
             continue;
         }
@@ -84,7 +84,7 @@ std::string detailTables(const OpenedImage &image)
             return entry.first == details.heading;
         });
         Row titles = {"Index", "Type"};
-        Row row = {std::to_string(prefix.index), typeText(prefix.type)};
+        Row row = {std::to_string(prefix.index), letterText(prefix.letter)};
         for (const Field &field : details.fields) {
             titles.push_back(field.title);
             row.push_back(fieldText(field));
@@ -107,8 +107,8 @@ QJsonObject areaObject(const OpenedImage &image, std::size_t i)
     const ParsedArea &area = image.parsed.areas[i];
     QJsonObject object{
         {"index", area.prefix.index},
-        {"type", QString(QLatin1Char(static_cast<char>(area.prefix.type)))},
-        {"label", areaLabel(area.prefix.type)},
+        {"type", QString(QLatin1Char(static_cast<char>(area.prefix.letter)))},
+        {"label", areaLabel(area.prefix.letter)},
         {"imageVersion", area.prefix.imageVersion},
         {"address", static_cast<qint64>(area.prefix.address)},
         {"size", static_cast<qint64>(area.prefix.dataSize)},
@@ -117,7 +117,7 @@ QJsonObject areaObject(const OpenedImage &image, std::size_t i)
         {"verdict", verdictText(image.verdicts[i])},
     };
     if (image.authentic) {
-        for (const Field &field : detailsOf(area.prefix.type, image.plain[i]).fields) {
+        for (const Field &field : detailsOf(area.prefix.letter, image.plain[i]).fields) {
             object.insert(QString::fromStdString(field.name),
                           field.text ? QJsonValue(QString::fromStdString(*field.text))
                                      : QJsonValue(static_cast<qint64>(field.number)));
@@ -133,9 +133,10 @@ std::string areaTable(const OpenedImage &image)
     std::vector<Row> rows = {{"Index", "Type", "Label", "Version", "Address", "Size", "Verdict"}};
     for (std::size_t i = 0; i < image.parsed.areas.size(); ++i) {
         const AreaPrefix &prefix = image.parsed.areas[i].prefix;
-        rows.push_back({std::to_string(prefix.index), typeText(prefix.type), areaLabel(prefix.type),
-                        std::to_string(prefix.imageVersion), hexNumber(prefix.address, 8),
-                        std::to_string(prefix.dataSize), verdictText(image.verdicts[i])});
+        rows.push_back({std::to_string(prefix.index), letterText(prefix.letter),
+                        areaLabel(prefix.letter), std::to_string(prefix.imageVersion),
+                        hexNumber(prefix.address, 8), std::to_string(prefix.dataSize),
+                        verdictText(image.verdicts[i])});
     }
     std::string text = "Format version " + std::to_string(image.parsed.version) + ", " +
                        std::to_string(image.parsed.areas.size()) + " areas, nonce " +

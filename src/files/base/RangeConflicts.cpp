@@ -19,7 +19,7 @@ RangeConflicts::RangeConflicts(const std::vector<Range> &candidates)
 {
     m_starts.reserve(candidates.size());
     for (const Range &range : candidates) {
-        m_starts.push_back(range.start);
+        m_starts.push_back(range.begin);
     }
     std::sort(m_starts.begin(), m_starts.end());
     m_starts.erase(std::unique(m_starts.begin(), m_starts.end()), m_starts.end());
@@ -30,7 +30,7 @@ RangeConflicts::RangeConflicts(const std::vector<Range> &candidates)
 void RangeConflicts::add(const Range &range)
 {
     const std::size_t count = m_starts.size();
-    const std::size_t place = startsBelow(range.start);
+    const std::size_t place = startsBelow(range.begin);
     for (std::size_t node = place + 1; node <= count; node += lowestBit(node)) {
         m_greatest[node] = std::max(m_greatest[node], range.end);
     }
@@ -43,8 +43,8 @@ bool RangeConflicts::anyConflictsWith(const Range &a) const
 {
     // One line for each of the three conditions: a bound on the start picks a run of the sorted
     // starts, and the extreme end of that run decides.
-    return greatestEnd(startsUpTo(a.start)) > a.start || greatestEnd(startsBelow(a.end)) > a.end ||
-           smallestEnd(startsBelow(a.start)) < a.end;
+    return greatestEnd(startsUpTo(a.begin)) > a.begin || greatestEnd(startsBelow(a.end)) > a.end ||
+           smallestEnd(startsBelow(a.begin)) < a.end;
 }
 
 std::size_t RangeConflicts::startsBelow(std::uint64_t limit) const

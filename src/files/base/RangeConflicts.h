@@ -1,23 +1,20 @@
 #pragma once
+#include "files/base/Range.h"
+
 #include <cstdint>
 #include <vector>
 
 namespace files
 {
 
-/// Start and end (first address behind it) of a block of memory. The end may lie below the start
-/// when the sum has wrapped; the three conditions then mean what they say.
-struct Range {
-    std::uint64_t start = 0;
-    std::uint64_t end = 0;
-};
-
-/// The overlap rule of segments and areas, `a` standing before `b` in the file or file list.
-/// One case escapes it: `b` begins inside `a` and both end at the same address.
+/// The overlap rule of segments and areas, which isn't plain overlap: `a` standing before `b` in
+/// the file or file list. One case escapes it: `b` begins inside `a` and both end at the same
+/// address. An end may lie below its begin when a sum has wrapped; the three conditions then mean
+/// what they say.
 constexpr bool conflicts(const Range &a, const Range &b)
 {
-    return (b.start <= a.start && a.start < b.end) || (b.start < a.end && a.end < b.end) ||
-           (a.start <= b.start && a.end > b.end);
+    return (b.begin <= a.begin && a.begin < b.end) || (b.begin < a.end && a.end < b.end) ||
+           (a.begin <= b.begin && a.end > b.end);
 }
 
 /// A growing set of ranges that answers `conflicts(a, any of the set)` in logarithmic time.

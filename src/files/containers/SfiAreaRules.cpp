@@ -1,6 +1,7 @@
 #include "files/containers/SfiAreaRules.h"
 
 #include "files/base/RangeConflicts.h"
+#include "files/containers/SfiFormat.h"
 
 #include <algorithm>
 #include <vector>
@@ -11,27 +12,25 @@ namespace files
 namespace
 {
 
-using Areas = std::span<const AreaExtent>;
+using Areas = std::span<const SegmentSFI>;
 
-constexpr std::uint64_t kAddressSpace = std::uint64_t{1} << 32;
-
-std::uint32_t comparedSize(const AreaExtent &area)
+std::uint64_t comparedSize(const SegmentSFI &area)
 {
-    return area.letter == 'E' ? area.size - kExternalTrailer : area.size;
+    return area.areaType == letter::kExternal ? area.size - kTrailerBytes : area.size;
 }
 
-Range rangeOf(const AreaExtent &area)
+Range rangeOf(const SegmentSFI &area)
 {
-    return {area.address, std::uint64_t{area.address} + comparedSize(area)};
+    return Range::of(area.address, comparedSize(area));
 }
 
 /// An area whose range can't be compared: a lie in its size or address.
-std::optional<std::wstring> refusalOfRange(const AreaExtent &area, std::size_t ordinal)
+std::optional<std::wstring> refusalOfRange(const SegmentSFI &area, std::size_t ordinal)
 {
-    if (area.letter == 'E' && area.size < kExternalTrailer) {
+    if (area.areaType == letter::kExternal && area.size < kTrailerBytes) {
         return L"Area " + std::to_wstring(ordinal) + L" is an external area of " +
                std::to_wstring(area.size) + L" bytes, its trailer alone takes " +
-               std::to_wstring(kExternalTrailer);
+               std::to_wstring(kTrailerBytes);
     }
     if (rangeOf(area).end > kAddressSpace) {
         return L"Area " + std::to_wstring(ordinal) + L" holds " +
@@ -45,7 +44,7 @@ std::optional<std::wstring> refusalOfRange(const AreaExtent &area, std::size_t o
 std::optional<std::wstring> firstBadRange(Areas areas, std::string_view letters)
 {
     for (std::size_t i = 0; i < areas.size(); ++i) {
-        if (letters.find(static_cast<char>(areas[i].letter)) == std::string_view::npos) {
+        if (letters.find(static_cast<char>(areas[i].areaType)) == std::string_view::npos) {
             continue;
         }
         if (auto refusal = refusalOfRange(areas[i], i + 1)) {
@@ -61,7 +60,7 @@ std::size_t firstOverlapping(Areas areas, std::uint8_t letter)
     std::vector<Range> ranges;
     std::vector<std::size_t> indices;
     for (std::size_t i = 0; i < areas.size(); ++i) {
-        if (areas[i].letter == letter) {
+        if (areas[i].areaType == letter) {
             ranges.push_back(rangeOf(areas[i]));
             indices.push_back(i);
         }
@@ -88,7 +87,7 @@ std::optional<std::wstring> firstOverlap(Areas areas, std::string_view letters)
         first = std::min(first, firstOverlapping(compared, static_cast<std::uint8_t>(letter)));
     }
     for (std::size_t second = first + 1; second < compared.size(); ++second) {
-        if (compared[second].letter == compared[first].letter &&
+        if (compared[second].areaType == compared[first].areaType &&
             conflicts(rangeOf(compared[first]), rangeOf(compared[second]))) {
             return L"Overlap between SFI areas " + std::to_wstring(first + 1) + L" and " +
                    std::to_wstring(second + 1);
@@ -100,25 +99,25 @@ std::optional<std::wstring> firstOverlap(Areas areas, std::string_view letters)
 /// A Flash word is programmed at once, so a module's last one must not hold another area's start.
 bool sharesLastFlashWord(Areas areas)
 {
-    constexpr std::uint64_t kWord = 32;
     std::vector<std::uint32_t> starts;
     starts.reserve(areas.size());
-    for (const AreaExtent &area : areas) {
+    for (const SegmentSFI &area : areas) {
         starts.push_back(area.address);
     }
     std::sort(starts.begin(), starts.end());
-    return std::any_of(areas.begin(), areas.end(), [&starts](const AreaExtent &area) {
+    return std::any_of(areas.begin(), areas.end(), [&starts](const SegmentSFI &area) {
         // A module's padding may run past the address space, so the end has 64 bits.
         const std::uint64_t end = std::uint64_t{area.address} + area.size;
         const auto next = std::upper_bound(starts.begin(), starts.end(), area.address);
-        return area.letter == 'M' && end % kWord != 0 && next != starts.end() &&
-               *next < end / kWord * kWord + kWord;
+        return area.areaType == letter::kModule && end % kFlashWordBytes != 0 &&
+               next != starts.end() &&
+               *next < end / kFlashWordBytes * kFlashWordBytes + kFlashWordBytes;
     });
 }
 
 }  // namespace
 
-std::optional<std::wstring> refusalOfSfiAreas(std::span<const AreaExtent> areas)
+std::optional<std::wstring> refusalOfSfiAreas(std::span<const SegmentSFI> areas)
 {
     if (auto refusal = firstBadRange(areas, "FE")) {
         return refusal;
@@ -132,7 +131,7 @@ std::optional<std::wstring> refusalOfSfiAreas(std::span<const AreaExtent> areas)
     return std::nullopt;
 }
 
-std::optional<std::wstring> refusalOfSsfiAreas(std::span<const AreaExtent> areas)
+std::optional<std::wstring> refusalOfSsfiAreas(std::span<const SegmentSFI> areas)
 {
     if (auto refusal = firstBadRange(areas, "F")) {
         return refusal;

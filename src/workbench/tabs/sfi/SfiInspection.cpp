@@ -1,6 +1,7 @@
 #include "workbench/tabs/sfi/SfiInspection.h"
 
 #include "files/base/SizeText.h"
+#include "files/containers/SfiFormat.h"
 
 #include <QFileInfo>
 
@@ -40,41 +41,29 @@ QString typeLabel(std::uint32_t type)
     }
 }
 
-struct AreaLook {
-    QString label;
-    std::optional<RowColours> colours;  ///< without: those of the desktop, which are legible
-};
-
-AreaLook areaLook(std::uint8_t type)
+/// Without: those of the desktop, which are legible.
+std::optional<RowColours> areaColours(std::uint8_t letter)
 {
     const QColor black(0, 0, 0);
     const QColor grey(0xB9, 0xBE, 0xC9);
-    switch (type) {
-    case 'O':
-        return {QStringLiteral("OBkey"), RowColours{kWhite, QColor(0x27, 0x3C, 0x6B)}};
-    case 'C':
-        return {QStringLiteral("Configuration"), RowColours{kWhite, QColor(0xE2, 0x0D, 0xCD)}};
-    case 'F':
-        return {QStringLiteral("Firmware"), RowColours{kWhite, QColor(0x3C, 0xA7, 0xDB)}};
-    case 'K':
-        return {QStringLiteral("Key"), RowColours{kWhite, QColor(0x81, 0x85, 0x8C)}};
-    case 'E':
-        return {QStringLiteral("External"), RowColours{kWhite, QColor(0x27, 0x5A, 0x8C)}};
-    case 'P':
-        return {QStringLiteral("Pause"), RowColours{grey, black}};
-    case 'R':
-        return {QStringLiteral("Resume"), RowColours{grey, black}};
-    case 'S':
-        return {QStringLiteral("SSFI"), RowColours{QColor(0xFF, 0xE8, 0x7F), black}};
-    case 'M':
-    case 'm':
-        return {QStringLiteral("Module"), std::nullopt};
-    case 'A':
-        return {QStringLiteral("A"), std::nullopt};
-    case 'H':
-        return {QStringLiteral("H"), std::nullopt};
+    switch (letter) {
+    case files::letter::kObk:
+        return RowColours{kWhite, QColor(0x27, 0x3C, 0x6B)};
+    case files::letter::kOptionBytes:
+        return RowColours{kWhite, QColor(0xE2, 0x0D, 0xCD)};
+    case files::letter::kFirmware:
+        return RowColours{kWhite, QColor(0x3C, 0xA7, 0xDB)};
+    case files::letter::kKeyArea:
+        return RowColours{kWhite, QColor(0x81, 0x85, 0x8C)};
+    case files::letter::kExternal:
+        return RowColours{kWhite, QColor(0x27, 0x5A, 0x8C)};
+    case files::letter::kPause:
+    case files::letter::kResume:
+        return RowColours{grey, black};
+    case files::letter::kSsfi:
+        return RowColours{QColor(0xFF, 0xE8, 0x7F), black};
     default:
-        return {QStringLiteral("-"), std::nullopt};
+        return std::nullopt;
     }
 }
 
@@ -186,10 +175,11 @@ PaneContents describeImage(const QString &path, std::uint64_t fileBytes, const F
     contents.overview.values << fileName(path) << files::sizeText(fileBytes, " Bytes") << version;
     contents.details.rows.reserve(image.areas.size());
     for (const SegmentSFI &area : image.areas) {
-        const AreaLook look = areaLook(area.areaType);
+        const QString label = QString::fromLatin1(files::areaLabel(area.areaType));
         const QString index = QString::number(contents.details.rows.size() + 1);
         contents.details.rows.push_back(
-            {{index, look.label, files::sizeText(area.size), hexText(area.address)}, look.colours});
+            {{index, label, files::sizeText(area.size), hexText(area.address)},
+             areaColours(area.areaType)});
     }
     return contents;
 }
