@@ -67,11 +67,11 @@ BENCHMARK(merge)->Arg(25000)->Arg(100000)->Unit(benchmark::kMillisecond);
 void areaRules(benchmark::State &state)
 {
     const auto count = static_cast<std::uint32_t>(state.range(0));
-    std::vector<files::AreaExtent> areas;
+    std::vector<SegmentSFI> areas;
     for (std::uint32_t i = 0; i + 1 < count; ++i) {
-        areas.push_back({'F', i, count - i});
+        areas.push_back({i, count - i, nullptr, 'F'});
     }
-    areas.push_back({'C', 0, 4});
+    areas.push_back({0, 4, nullptr, 'C'});
     for (auto _ : state) {
         benchmark::DoNotOptimize(files::refusalOfSfiAreas(areas));
     }

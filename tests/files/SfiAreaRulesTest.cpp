@@ -10,15 +10,6 @@ namespace
 
 using Areas = std::vector<SegmentSFI>;
 
-SegmentSFI made(char letter, std::uint32_t address, std::uint32_t size)
-{
-    SegmentSFI area;
-    area.areaType = static_cast<std::uint8_t>(letter);
-    area.address = address;
-    area.size = size;
-    return area;
-}
-
 /// The plain rules: all pairs, in the order of the areas.
 std::optional<std::wstring> refusalLiterally(const Areas &areas)
 {
@@ -77,10 +68,10 @@ TEST(SfiAreaRules, AreCheapForTheLargestImage)
     // Every pair ends together, which no condition catches: all pairs would be looked at.
     Areas areas;
     for (std::uint32_t i = 0; i < 65534; ++i) {
-        areas.push_back(made('F', i, 65534 - i));
-        areas.push_back(made('M', 0x10000 + i * 64, 33));
+        areas.push_back({i, 65534 - i, nullptr, 'F'});
+        areas.push_back({0x10000 + i * 64, 33, nullptr, 'M'});
     }
-    areas.push_back(made('C', 0, 4));
+    areas.push_back({0, 4, nullptr, 'C'});
     const std::clock_t start = std::clock();
     EXPECT_EQ(files::refusalOfSfiAreas(areas), std::nullopt);
     EXPECT_LT(static_cast<double>(std::clock() - start) / CLOCKS_PER_SEC, 0.5);
