@@ -2,6 +2,7 @@
 
 #include "app/LaunchCheck.h"
 #include "app/MainWindow.h"
+#include "version/Version.h"
 
 #include <QApplication>
 #include <QFile>
@@ -51,7 +52,7 @@ void handleStartMessage(QtMsgType type, const QMessageLogContext &context, const
 void describeApplication(QApplication &application)
 {
     QApplication::setApplicationName(QStringLiteral("VDR32 Sealed Package Builder"));
-    QApplication::setApplicationVersion(QStringLiteral("2.15.0"));
+    QApplication::setApplicationVersion(QLatin1String(version::kText));
     QApplication::setOrganizationName(QStringLiteral("Vendrelis"));
     QApplication::setDesktopFileName(QStringLiteral("com.vendrelis.SealedPackageBuilder"));
     QApplication::setWindowIcon(QIcon(QStringLiteral(":/appIcon.png")));

@@ -1,13 +1,13 @@
 #include "app/LaunchCheck.h"
 
+#include "version/Version.h"
+
 #include <algorithm>
 
 namespace app
 {
 namespace
 {
-
-const char kVersionText[] = "VDR32 Sealed Package Builder 2.15.0\n";
 
 const char kHelpText[] =
     "Usage: sealed-package-builder [-ng] [-obk PATH] [-pb PATH]... [-tab NAME INDEX]\n"
@@ -54,7 +54,7 @@ std::optional<QByteArray> textForQuestion(const QByteArrayList &arguments)
             return QByteArray(kHelpText);
         }
         if (argument == "--version") {
-            return QByteArray(kVersionText);
+            return QByteArray("VDR32 Sealed Package Builder ") + version::kText + '\n';
         }
     }
     return std::nullopt;

@@ -1,20 +1,16 @@
 #include "files/FileManager.h"
 #include "report/DisplayMng.h"
+#include "tools/console/Program.h"
 
 #include <QFile>
-
-#include <cstdio>
-#include <exception>
 
 namespace
 {
 
-constexpr int kUsage = 3;
-
 void printMessage(int level, const wchar_t *text)
 {
     if (level == 4 || level == 5) {
-        std::fprintf(stderr, "bench-convert: %s\n", QString::fromWCharArray(text).toUtf8().data());
+        console::complain(0, QString::fromWCharArray(text).toStdString());
     }
 }
 
@@ -51,34 +47,39 @@ int convert(const QString &source, const QString &target)
     manager.setDisplayCallback(&printMessage);
     FileType *opened = nullptr;
     if (!manager.Open(source.toStdWString(), &opened, 0xFF, 0, 0)) {
-        return 1;
+        return console::kNotReadable;
     }
     // The process ends with the record: freeing a million segments one by one would be measured,
     // too.
     static FileType *const record = opened;
     if (!holdsSegments(*record)) {
-        std::fprintf(stderr, "bench-convert: the input is no firmware file\n");
-        return 1;
+        return console::complain(console::kNotReadable, "the input is no firmware file");
     }
-    return save(manager, static_cast<FileData *>(record), target) ? 0 : 1;
+    return save(manager, static_cast<FileData *>(record), target) ? console::kFine
+                                                                  : console::kOutputFailed;
 }
 
 }  // namespace
 
 /// Opens a firmware file and writes it in another format, with the program's own reader and writer,
 /// to compare their speed and memory with those of other tools.
-int main(int count, char **arguments)
+int main(int argc, char **argv)
 {
-    if (count != 3) {
-        std::fprintf(stderr, "Usage: bench-convert IN OUT\n"
-                             "OUT is written as Intel HEX (.hex), S-records (.srec, .s19) or else "
-                             "raw binary.\n");
-        return kUsage;
-    }
-    try {
-        return convert(QFile::decodeName(arguments[1]), QFile::decodeName(arguments[2]));
-    } catch (const std::exception &fault) {
-        std::fprintf(stderr, "bench-convert: %s\n", fault.what());
-        return 1;
-    }
+    const auto takesTwo = [](const console::Arguments &files) -> files::Result<void> {
+        if (files.size() != 2) {
+            return files::fail(files::ErrorCode::BadValue, "two files have to be named");
+        }
+        return {};
+    };
+    return console::runProgram(
+        argc, argv,
+        {.name = "bench-convert",
+         .help =
+             "Usage: bench-convert IN OUT\n"
+             "OUT is written as Intel HEX (.hex), S-records (.srec, .s19) or else raw binary.\n",
+         .check = takesTwo,
+         .run = [](const console::Arguments &files) {
+             return convert(QFile::decodeName(files[0].c_str()),
+                            QFile::decodeName(files[1].c_str()));
+         }});
 }

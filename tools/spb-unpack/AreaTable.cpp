@@ -1,6 +1,7 @@
 #include "AreaTable.h"
 
 #include "AreaDetails.h"
+#include "tools/console/Table.h"
 
 #include <QJsonArray>
 #include <QJsonDocument>
@@ -17,7 +18,8 @@ namespace
 
 using namespace preparation;
 
-using Row = std::vector<std::string>;
+using console::alignedTable;
+using console::Row;
 
 std::string hexNumber(std::uint32_t value, int digits)
 {
@@ -48,28 +50,6 @@ std::string fieldText(const Field &field)
     return field.hexadecimal ? hexNumber(field.number, 8) : std::to_string(field.number);
 }
 
-/// Columns as wide as their widest cell, two blanks between them, none at the end of a line.
-std::string aligned(const std::vector<Row> &rows)
-{
-    std::vector<std::size_t> widths;
-    for (const Row &row : rows) {
-        widths.resize(std::max(widths.size(), row.size()));
-        for (std::size_t i = 0; i < row.size(); ++i) {
-            widths[i] = std::max(widths[i], row[i].size());
-        }
-    }
-    std::string text;
-    for (const Row &row : rows) {
-        std::string line;
-        for (std::size_t i = 0; i < row.size(); ++i) {
-            line += row[i] + std::string(widths[i] - row[i].size() + 2, ' ');
-        }
-        line.erase(line.find_last_not_of(' ') + 1);
-        text += line + "\n";
-    }
-    return text;
-}
-
 /// One table for each heading, in the order of first appearance.
 std::string detailTables(const OpenedImage &image)
 {
@@ -97,7 +77,7 @@ std::string detailTables(const OpenedImage &image)
     }
     std::string text;
     for (const auto &[heading, rows] : tables) {
-        text += "\n" + heading + "\n" + aligned(rows);
+        text += "\n" + heading + "\n" + alignedTable(rows);
     }
     return text;
 }
@@ -144,7 +124,7 @@ std::string areaTable(const OpenedImage &image)
     if (image.profile) {
         text += ", profile " + hexNumber(*image.profile, 0);
     }
-    return text + "\n" + aligned(rows) + detailTables(image);
+    return text + "\n" + alignedTable(rows) + detailTables(image);
 }
 
 std::string areaJson(const OpenedImage &image)

@@ -4,10 +4,7 @@
 #include "UnpackOptions.h"
 #include "files/base/FileReader.h"
 #include "files/base/KeyFile.h"
-
-#include <clocale>
-#include <cstdio>
-#include <exception>
+#include "tools/console/Program.h"
 
 namespace
 {
@@ -15,20 +12,7 @@ namespace
 using files::Result;
 using preparation::OpenedImage;
 
-enum Status { kFine = 0, kNotAnImage = 1, kNotAuthentic = 2, kUsage = 3, kOutputFailed = 4 };
-
-int complain(Status status, const std::string &text)
-{
-    std::fprintf(stderr, "spb-unpack: %s\n", text.c_str());
-    return status;
-}
-
-/// @return false when standard output couldn't take it all
-bool print(const std::string &text)
-{
-    return std::fwrite(text.data(), 1, text.size(), stdout) == text.size() &&
-           std::fflush(stdout) == 0;
-}
+using console::complain;
 
 Result<files::ByteBuffer> readImage(const std::string &path)
 {
@@ -43,67 +27,62 @@ int unpackTo(const OpenedImage &image, const unpack::Options &options)
 {
     const auto written = options.area ? unpack::writeArea(image, *options.area, *options.out)
                                       : unpack::writeFirmware(image, *options.out);
-    return written ? kFine : complain(kOutputFailed, *options.out + ": " + written.error().text);
+    return written ? static_cast<int>(console::kFine)
+                   : complain(console::kOutputFailed, *options.out + ": " + written.error().text);
 }
 
-int show(const OpenedImage &image, const unpack::Options &options)
+int show(const OpenedImage &image, const std::string &name, const unpack::Options &options)
 {
-    if (!print(options.json ? unpack::areaJson(image) : unpack::areaTable(image))) {
-        return complain(kOutputFailed, "standard output can't be written");
+    if (!console::print(options.json ? unpack::areaJson(image) : unpack::areaTable(image))) {
+        return complain(console::kOutputFailed, "standard output can't be written");
     }
     bool damaged = false;
     for (const auto verdict : image.verdicts) {
         damaged = damaged || verdict == preparation::Verdict::Damaged;
     }
     if (damaged || (options.key && !image.authentic)) {
-        return complain(kNotAuthentic,
-                        options.image + (damaged ? " is damaged" : " is not authentic"));
+        return complain(console::kNotAuthentic,
+                        name + (damaged ? " is damaged" : " is not authentic"));
     }
-    return options.out ? unpackTo(image, options) : static_cast<int>(kFine);
+    return options.out ? unpackTo(image, options) : static_cast<int>(console::kFine);
 }
 
-int run(const unpack::Options &options)
+int run(const unpack::Options &options, const std::string &name)
 {
-    if (options.help || options.version) {
-        const bool printed = print(options.help ? unpack::helpText() : unpack::versionText());
-        return printed ? kFine : kOutputFailed;
-    }
-    if (options.out && !options.area && !unpack::isFirmwareName(*options.out)) {
-        return complain(kUsage, "the name after --out must end in .bin, .hex, .srec or .s19");
-    }
     files::SecretBytes key;
     if (options.key) {
         auto read = files::readKeyFile(QFile::decodeName(options.key->c_str()), 16);
         if (!read) {
-            return complain(kUsage, *options.key + ": " + read.error().text);
+            return complain(console::kUsage, *options.key + ": " + read.error().text);
         }
         key = std::move(*read);
     }
-    const auto bytes = readImage(options.image);
+    const auto bytes = readImage(name);
     if (!bytes) {
-        return complain(kNotAnImage, options.image + ": " + bytes.error().text);
+        return complain(console::kNotReadable, name + ": " + bytes.error().text);
     }
     const auto image = preparation::openImage(bytes->span(), options.key ? std::optional(key.span())
                                                                          : std::nullopt);
     if (!image) {
-        return complain(kNotAnImage, options.image + " is not an image: " + image.error().text);
+        return complain(console::kNotReadable, name + " is not an image: " + image.error().text);
     }
-    return show(*image, options);
+    return show(*image, name, options);
 }
 
 }  // namespace
 
 int main(int argc, char **argv)
 {
-    // File names are in the user's encoding.
-    std::setlocale(LC_CTYPE, "");
-    try {
-        const auto options = unpack::parseOptions(argc, argv);
-        if (!options) {
-            return complain(kUsage, options.error().text + " (see --help)");
-        }
-        return run(*options);
-    } catch (const std::exception &) {
-        return complain(kOutputFailed, "Unable to allocate memory");
-    }
+    unpack::Options options;
+    return console::runProgram(
+        argc, argv,
+        {.name = "spb-unpack",
+         .help = unpack::helpText(),
+         .options = unpack::optionTable(options),
+         .check =
+             [&options](const console::Arguments &images) {
+                 return unpack::checkTogether(options, images);
+             },
+         .run = [&options](
+                    const console::Arguments &images) { return run(options, images.front()); }});
 }
