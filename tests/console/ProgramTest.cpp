@@ -31,7 +31,7 @@ Ran run(std::vector<std::string> words, const std::function<int()> &body = {})
     const console::Program program = {
         .name = "tool",
         .help = "Usage: tool\n",
-        .options = {{"flag", false, keep}, {"key", true, keep}},
+        .options = {{"flag", false, keep}, {"key", true, keep, 'k'}},
         .check = [](const Arguments &arguments) -> Result<void> {
             if (arguments.size() > 2) {
                 return files::fail(files::ErrorCode::BadValue, "too many files");
@@ -65,6 +65,7 @@ TEST(Program, OptionsStandAnywhereAndTakeValuesInBothForms)
     EXPECT_EQ(run({"a", "--key", "k1", "--flag", "b", "--key=k 2"}).seen, "[k1][][k 2]a;b;");
     EXPECT_EQ(run({"--flag", "--", "--key"}).seen, "[]--key;");
     EXPECT_EQ(run({"--key="}).seen, "[]");
+    EXPECT_EQ(run({"-k", "v", "-kw"}).seen, "[v][w]");
     EXPECT_EQ(run({}).status, 2) << "the program's own status";
 }
 
@@ -77,6 +78,7 @@ TEST(Program, WrongUsageIsStatus3WithOneLineAndDoesNothing)
         {{"--frob"}, "tool: unknown option '--frob' (see --help)\n"},
         {{"-xy"}, "tool: unknown option '-x' (see --help)\n"},
         {{"--flag=3"}, "tool: unknown option '--flag=3' (see --help)\n"},
+        {{"a", "-k"}, "tool: -k needs a value (see --help)\n"},
         {{"a", "--key"}, "tool: --key needs a value (see --help)\n"},
         {{"--key", "bad"}, "tool: bad is bad (see --help)\n"},
         {{"a", "b", "c"}, "tool: too many files (see --help)\n"},

@@ -4,6 +4,7 @@
 
 #include <getopt.h>
 
+#include <algorithm>
 #include <charconv>
 #include <clocale>
 #include <cstdio>
@@ -20,7 +21,7 @@ using files::Result;
 namespace
 {
 
-/// Above all letters, because there are no options of one letter.
+/// Above all letters, so that a long option is told from its short form.
 constexpr int kFirstOption = 256;
 
 /// The name that complaints begin with.
@@ -70,22 +71,33 @@ int run(int argc, char **argv, const Program &program)
 Result<Arguments> parseOptions(int argc, char **argv, std::span<const Option> options)
 {
     std::vector<::option> table;
+    std::string letters = ":";
     for (const Option &option : options) {
+        if (option.letter != 0) {
+            letters += option.letter;
+            letters += option.takesValue ? ":" : "";
+        }
         table.push_back({option.name, option.takesValue ? required_argument : no_argument, nullptr,
                          kFirstOption + static_cast<int>(table.size())});
     }
     table.push_back({nullptr, no_argument, nullptr, 0});
     optind = 0;  // starts anew, also for a second command line in one process
     opterr = 0;
-    for (int found = 0; (found = ::getopt_long(argc, argv, ":", table.data(), nullptr)) != -1;) {
+    for (int found = 0;
+         (found = ::getopt_long(argc, argv, letters.c_str(), table.data(), nullptr)) != -1;) {
         if (found == ':') {
             return fail(ErrorCode::BadValue, std::string(argv[optind - 1]) + " needs a value");
         }
-        if (found < kFirstOption) {
+        const auto option =
+            found >= kFirstOption
+                ? options.begin() + (found - kFirstOption)
+                : std::find_if(options.begin(), options.end(), [found](const Option &each) {
+                      return found != '?' && each.letter == found;
+                  });
+        if (option == options.end()) {
             return fail(ErrorCode::BadValue, "unknown option '" + refusedOption(argv) + "'");
         }
-        const Option &option = options[static_cast<std::size_t>(found - kFirstOption)];
-        if (auto taken = option.take(option.takesValue ? optarg : ""); !taken) {
+        if (auto taken = option->take(option->takesValue ? optarg : ""); !taken) {
             return tl::unexpected<files::Error>(std::move(taken).error());
         }
     }
@@ -108,7 +120,7 @@ Result<std::uint32_t> parseNumber(std::string_view text, std::uint32_t largest)
 
 int runProgram(int argc, char **argv, const Program &program)
 {
-    g_name = program.name;
+    g_name = program.complaintWord != nullptr ? program.complaintWord : program.name;
     std::setlocale(LC_CTYPE, "");  // file names are in the user's encoding
     try {
         return run(argc, argv, program);

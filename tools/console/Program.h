@@ -20,13 +20,14 @@ enum Status {
     kOutputFailed = 4,  ///< a file or standard output couldn't be written
 };
 
-/// A long option ("--key"); there are none of one letter.
+/// A long option ("--key"), some with a short form of one letter ("-k").
 struct Option {
     const char *name = nullptr;  ///< without the dashes
     bool takesValue = false;     ///< "--name VALUE" or "--name=VALUE"
     /// Keeps the value (empty without one), in the system's encoding. @return BadValue with a
     /// sentence for the user
     std::function<files::Result<void>(const char *value)> take = {};
+    char letter = 0;  ///< the short form; 0: none
 };
 
 /// The command line without its options.
@@ -48,13 +49,15 @@ struct Program {
     /// Looks at options that only make sense together. @return BadValue with a sentence
     std::function<files::Result<void>(const Arguments &)> check = {};
     std::function<int(const Arguments &)> run = {};  ///< @return the exit status
+    /// What complaints begin with; null: the name. For tools whose callers look for a fixed word.
+    const char *complaintWord = nullptr;
 };
 
 /// All of main(): locale, options, questions, `run`, and what it throws.
 /// @return the exit status
 int runProgram(int argc, char **argv, const Program &program);
 
-/// One line on standard error, "name: text", with the name of the program that runs.
+/// One line on standard error, "name: text", with the name (or word) of the program that runs.
 /// @return `status`
 int complain(int status, const std::string &text);
 
