@@ -1,6 +1,6 @@
 #pragma once
 #include "files/base/Result.h"
-#include "preparation/sealing/ImageFormat.h"
+#include "preparation/sealing/SealCipher.h"
 
 #include <optional>
 #include <vector>
@@ -8,7 +8,6 @@
 namespace preparation
 {
 
-class Sha256;
 
 /// One area as it stands in an image; the views refer to the image's bytes.
 struct ParsedArea {
