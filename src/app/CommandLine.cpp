@@ -14,27 +14,6 @@ const QLatin1String kObkTemplate("-obk");
 const QLatin1String kImageTemplate("-pb");
 const QLatin1String kTab("-tab");
 
-struct PanelName {
-    const char *name;
-    Panel panel;
-    const wchar_t *rangeComplaint;
-};
-
-constexpr PanelName kPanels[] = {
-    {"sfi", Panel::Sfi,
-     L"Please check the [-tab] index value\nWrong tab window index for SFI\n"
-     L"Syntax: -tab [name] [index]"},
-    {"ssp", Panel::Ssp,
-     L"Please check the [-tab] index value\nWrong tab window index for SSP\n"
-     L"Syntax: -tab [name] [index]"},
-    {"wb", Panel::Wb,
-     L"Please check the [-tab] index value\nWrong tab window index for WB\n"
-     L"Syntax: -tab [name] [index]"},
-    {"h5", Panel::H5,
-     L"Please check the [-tab] index value\nWrong tab window index for H5\n"
-     L"Syntax: -tab [name] [index]"},
-};
-
 Step complaint(const wchar_t *text)
 {
     Step step;
@@ -57,18 +36,14 @@ Step parseTab(const QStringList &arguments, int at)
         return complaint(L"Please check the [-tab] argument values.\n"
                          L"Syntax: -tab [name] [index] ");
     }
-    const QString &name = arguments[at + 1];
-    const auto *panel =
-        std::find_if(std::begin(kPanels), std::end(kPanels), [&name](const PanelName &candidate) {
-            return name.compare(QLatin1String(candidate.name), Qt::CaseInsensitive) == 0;
-        });
-    if (panel == std::end(kPanels)) {
+    const workbench::Panel *panel = workbench::findPanel(arguments[at + 1]);
+    if (panel == nullptr) {
         return complaint(L"Please check the [-tab] argument values\nWrong tab window name \n"
                          L"Syntax: -tab [name] [index]");
     }
     Step step;
     step.kind = Step::Kind::ShowTab;
-    step.panel = panel->panel;
+    step.panel = panel;
     bool isNumber = false;
     step.index = arguments[at + 2].toInt(&isNumber, 10);
     if (!isNumber) {
@@ -130,11 +105,11 @@ bool startsWithoutTabs(const QStringList &arguments)
                                     arguments[1] == kImageTemplate);
 }
 
-const wchar_t *rangeComplaint(Panel panel)
+QString rangeComplaint(const workbench::Panel &panel)
 {
-    return std::find_if(std::begin(kPanels), std::end(kPanels),
-                        [panel](const PanelName &candidate) { return candidate.panel == panel; })
-        ->rangeComplaint;
+    return QStringLiteral("Please check the [-tab] index value\nWrong tab window index for %1\n"
+                          "Syntax: -tab [name] [index]")
+        .arg(QString::fromLatin1(panel.name).toUpper());
 }
 
 }  // namespace app

@@ -1,4 +1,6 @@
 #pragma once
+#include "workbench/frame/PanelTable.h"
+
 #include <QString>
 #include <QStringList>
 
@@ -7,8 +9,6 @@
 
 namespace app
 {
-
-enum class Panel { Sfi, Ssp, Wb, H5 };
 
 /// One thing that the command line asks the window to do.
 struct Step {
@@ -20,11 +20,11 @@ struct Step {
         Complaint       ///< a faulty `-tab`; always the last step
     };
     Kind kind = Kind::NoGeneration;
-    std::optional<QString> path;         ///< templates: slashes only
-    bool hidesNextImagePage = false;     ///< `-obk` behind `-ng` with more than a path behind it
-    Panel panel = Panel::Sfi;            ///< `-tab`
-    int index = 0;                       ///< `-tab`; any number
-    const wchar_t *complaint = nullptr;  ///< static text
+    std::optional<QString> path;              ///< templates: slashes only
+    bool hidesNextImagePage = false;          ///< `-obk` behind `-ng`, more than a path behind it
+    const workbench::Panel *panel = nullptr;  ///< `-tab`
+    int index = 0;                            ///< `-tab`; any number
+    const wchar_t *complaint = nullptr;       ///< static text
 };
 
 /// Turns the arguments into steps, in order. What matches no switch is passed over, and so is all
@@ -36,6 +36,6 @@ std::vector<Step> parseCommandLine(const QStringList &arguments);
 bool startsWithoutTabs(const QStringList &arguments);
 
 /// What to say about a tab number beyond the tabs that the panel really shows.
-const wchar_t *rangeComplaint(Panel panel);
+QString rangeComplaint(const workbench::Panel &panel);
 
 }  // namespace app

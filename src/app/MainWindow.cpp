@@ -149,22 +149,10 @@ void MainWindow::takeTemplatePath(const QString &path)
 
 bool MainWindow::showTab(const app::Step &step)
 {
-    switch (step.panel) {
-    case app::Panel::Sfi:
-        centralWidget->displaySFI_Tabs();
-        break;
-    case app::Panel::Ssp:
-        centralWidget->displaySSP_Tabs();
-        break;
-    case app::Panel::Wb:
-        centralWidget->displayWB_Tabs();
-        break;
-    case app::Panel::H5:
-        centralWidget->displayH5_Tabs();
-        break;
-    }
+    centralWidget->showPanel(*step.panel);
     if (step.index < 0 || step.index >= centralWidget->tabWidget->count()) {
-        DisplayMng::getInstance().logMessage(5, L"%ls", app::rangeComplaint(step.panel));
+        DisplayMng::getInstance().logMessage(
+            5, L"%ls", app::rangeComplaint(*step.panel).toStdWString().c_str());
         return false;
     }
     centralWidget->tabWidget->setCurrentIndex(step.index);

@@ -13,6 +13,10 @@ class QAction;
 class QMenu;
 class QMenuBar;
 class QToolBar;
+namespace workbench
+{
+class Tab;
+}
 
 /// The one window: menus, tool bar, the form, and what the command line does to it.
 class MainWindow : public QMainWindow
@@ -106,6 +110,8 @@ private:
     int statusOnClose() const;
 
     void restoreForms(const app::SavedState &state);
+    /// Tabs that keep something, in the order of their groups in the settings file.
+    std::vector<workbench::Tab *> savedTabs() const;
 
     bool m_isStarting = true;
     bool m_isRestoring = false;

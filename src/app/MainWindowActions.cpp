@@ -58,10 +58,12 @@ void MainWindow::checkImage(const QString &path)
         return;  // the reader has reported
     }
     const files::RecordOwner<FileType> record(opened);
-    if (path.endsWith(QLatin1String(".smi"))) {
+    const bool isSmi = path.endsWith(QLatin1String(".smi"));
+    if (centralWidget->showChecked(path, *record)) {
+        showBox(this, isSmi ? BoxKind::Information : BoxKind::Success,
+                isSmi ? tr("Valid SMI file") : tr("Valid SFI file"));
+    } else if (isSmi) {
         showBox(this, BoxKind::Error, tr("This version can't show SMI files yet"));
-    } else if (centralWidget->showCheckedSfi(path, *record)) {
-        showBox(this, BoxKind::Success, tr("Valid SFI file"));
     }
 }
 

@@ -2,10 +2,12 @@
 #include "app/MainWindow.h"
 #include "app/SettingsDialog.h"
 #include "report/DisplayMng.h"
+#include "workbench/forms/Tab.h"
 #include "workbench/frame/CentralWidget.h"
-#include "workbench/tabs/sfi/TwinTab.h"
 
 #include <QScopedValueRollback>
+
+#include <algorithm>
 
 namespace
 {
@@ -29,14 +31,13 @@ void MainWindow::SaveSettings()
         return;
     }
     app::SavedState state;
-    state.windowSize = size();
-    state.lastFolder = centralWidget->lastFolder;
-    state.paddingFF = paddingFF;
-    state.generateSettingsFile = generateSettingsFile;
-    state.generateLogFile = generateLogFile;
-    state.logFilePath = logFilePath;
-    state.sfi = centralWidget->sfiTab->saved();
-    state.sfix = centralWidget->sfixTab->saved();
+    state.window = {size(),          centralWidget->lastFolder,
+                    paddingFF,       generateSettingsFile,
+                    generateLogFile, logFilePath};
+    for (const workbench::Tab *tab : savedTabs()) {
+        tab->save(
+            state.groups.emplace_back(app::SavedState::Named{tab->settingsGroup(), {}}).group);
+    }
     if (const auto written = app::writeSettings(settingsPath, state); !written) {
         note("Settings.ini was not saved", written.error());
     }
@@ -50,13 +51,14 @@ void MainWindow::LoadSettings()
         note("Settings.ini was not read", read.error());
         return;
     }
-    resize(read->windowSize);  // an invalid one becomes the minimum size
-    centralWidget->lastFolder = read->lastFolder;
-    paddingFF = read->paddingFF;
+    const app::SavedWindow &window = read->window;
+    resize(window.size);  // an invalid one becomes the minimum size
+    centralWidget->lastFolder = window.lastFolder;
+    paddingFF = window.paddingFF;
     centralWidget->fileManager.paddingByte = paddingByte(paddingFF);
-    generateSettingsFile = read->generateSettingsFile;
-    generateLogFile = read->generateLogFile;
-    logFilePath = read->logFilePath;
+    generateSettingsFile = window.generateSettingsFile;
+    generateLogFile = window.generateLogFile;
+    logFilePath = window.logFilePath;
     if (generateLogFile) {
         DisplayMng::getInstance().initLogFile(logFilePath);
         DisplayMng::getInstance().logToFile = true;
@@ -66,18 +68,26 @@ void MainWindow::LoadSettings()
 
 void MainWindow::restoreForms(const app::SavedState &state)
 {
-    CentralWidget &form = *centralWidget;
-    form.sfiTab->restoreFields(state.sfi);
-    form.sfixTab->restoreFields(state.sfix);
-    form.sfiTab->restoreFiles(workbench::Row::Smi, state.sfi.smi, {});
-    form.firmwarePaths = state.sfi.firmware;
-    form.ParseSavedFirmwares(state.sfi.firmwarePlaces.addresses);
-    form.firmIxPaths = state.sfix.firmware;
-    form.ParseSavedFirmwIx(state.sfix.firmwarePlaces.addresses);
-    form.firmExPaths = state.sfix.external;
-    const workbench::SavedPlaces &external = state.sfix.externalPlaces;
-    form.ParseSavedFirmwEx(external.addresses, external.modes, external.numbers,
-                           external.keyAddresses);
+    const std::vector<workbench::Tab *> tabs = savedTabs();
+    for (workbench::Tab *tab : tabs) {
+        tab->restore(state.group(tab->settingsGroup()));
+    }
+    for (workbench::Tab *tab : tabs) {
+        tab->restoreFiles(state.group(tab->settingsGroup()));
+    }
+}
+
+std::vector<workbench::Tab *> MainWindow::savedTabs() const
+{
+    static const QStringList order{"SFI", "SFIx", "SSP", "SIGN", "SMI", "HSM"};
+    const auto place = [](const workbench::Tab *tab) {
+        const auto at = order.indexOf(tab->settingsGroup());
+        return at < 0 ? order.size() : at;  // groups of later versions follow
+    };
+    std::vector<workbench::Tab *> tabs = centralWidget->tabs();
+    std::erase_if(tabs, [](const workbench::Tab *tab) { return tab->settingsGroup().isEmpty(); });
+    std::ranges::stable_sort(tabs, {}, place);
+    return tabs;
 }
 
 void MainWindow::Settings()

@@ -1,24 +1,36 @@
 #pragma once
 #include "files/base/Result.h"
-#include "workbench/tabs/sfi/SavedForm.h"
+#include "workbench/forms/SavedGroup.h"
 
 #include <QSize>
 #include <QString>
 
+#include <vector>
+
 namespace app
 {
 
-/// What the settings file holds for this version's forms. Its defaults are those of a first run.
-struct SavedState {
-    QSize
-        windowSize;  ///< read from the key "size", written under "Size": invalid for our own files
+/// What the settings file holds of the window. Its defaults are those of a first run.
+struct SavedWindow {
+    QSize size;  ///< read from the key "size", written under "Size": invalid for our own files
     QString lastFolder;
     bool paddingFF = true;
     bool generateSettingsFile = true;
     bool generateLogFile = false;
     QString logFilePath;
-    workbench::SavedForm sfi;
-    workbench::SavedForm sfix;
+};
+
+/// The window and the groups of the tabs. Each tab knows the keys of its own.
+struct SavedState {
+    struct Named {
+        QString name;
+        workbench::SavedGroup group;
+    };
+    SavedWindow window;
+    std::vector<Named> groups;  ///< written in this order
+
+    /// @return an empty group when there is none of the name
+    [[nodiscard]] workbench::SavedGroup group(const QString &name) const;
 };
 
 /// Reads a settings file. A value that is missing keeps its default, one of a wrong type reads as

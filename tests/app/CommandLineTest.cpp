@@ -19,7 +19,7 @@ QString shortForm(const app::Step &step)
     case app::Step::Kind::ImageTemplate:
         return "pb" + path();
     case app::Step::Kind::ShowTab:
-        return QString("tab:%1,%2").arg(static_cast<int>(step.panel)).arg(step.index);
+        return QString("tab:%1,%2").arg(step.panel->name).arg(step.index);
     case app::Step::Kind::Complaint:
         break;
     }
@@ -58,7 +58,7 @@ INSTANTIATE_TEST_SUITE_P(
         Case{"UnknownIsPassedOver", {"x", "-OBK", "f", "-NG", "--obk"}, {}},
         Case{"PanelNamesIgnoreCase",
              {"-tab", "H5", "7", "-tab", "ssp", "-3"},
-             {"tab:3,7", "tab:1,-3"}},
+             {"tab:h5,7", "tab:ssp,-3"}},
         Case{"CountGoesFirst", {"-tab", "foo"}, {kM1}},
         Case{"NameBeforeNumber", {"-tab", "foo", "x"}, {kM2}},
         Case{"NumberIsDecimal", {"-tab", "sfi", "0x1"}, {kM3}},
@@ -68,7 +68,7 @@ INSTANTIATE_TEST_SUITE_P(
         Case{"ObkWithoutPath", {"-obk"}, {"obk?"}},
         Case{"SecondPbWithoutPath", {"-pb", "a", "-pb"}, {"pb:a", "pb?"}},
         Case{"NgSharesItsPass", {"-ng", "-obk", "f"}, {"ng", "obk:f"}},
-        Case{"NgLast", {"-tab", "wb", "0", "-ng"}, {"tab:2,0", "ng"}},
+        Case{"NgLast", {"-tab", "wb", "0", "-ng"}, {"tab:wb,0", "ng"}},
         Case{"NgNgSharesItsPass", {"-ng", "-ng", "-pb", "a"}, {"ng", "pb:a"}},
         Case{"PathsAreLookedAtAgain", {"-obk", "-pb", "x"}, {"obk:-pb", "pb:x"}},
         Case{"ObkUnderNgHidesUnlessPbFollows", {"-ng", "-obk", "f", "g"}, {"ng", "obk:f hides"}},

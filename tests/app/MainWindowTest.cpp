@@ -262,12 +262,12 @@ TEST_F(CheckImage, ValidImageFillsThePaneAndClearEmptiesIt)
     window->Check();
     auto *key = window->findChild<QLineEdit *>("sfi_key_edit");
     key->setText("key.bin");
-    window.form().sfiMcuCombo->setCurrentIndex(3);
+    window->findChild<QComboBox *>("sfi_mcu_combo")->setCurrentIndex(3);
     window->Clear();
     EXPECT_EQ(cell("sfi_imageInfo_table", 0, 0), "");
     EXPECT_EQ(window->findChild<QTableWidget *>("sfi_imageInfo_segments")->rowCount(), 0);
     EXPECT_EQ(key->text(), "");
-    EXPECT_EQ(window.form().sfiMcuCombo->currentIndex(), 3);
+    EXPECT_EQ(window->findChild<QComboBox *>("sfi_mcu_combo")->currentIndex(), 3);
     EXPECT_FALSE(window->findChild<QPushButton *>("sfi_generate_ok")->isEnabled());
 }
 

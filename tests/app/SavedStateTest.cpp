@@ -30,10 +30,11 @@ protected:
     void fillForms(const WindowUnderTest &window)
     {
         CentralWidget &form = window.form();
-        add(form.sfiTab, Row::Firmware, {one, hex, two}, {place("0x8000000"), place("0x90000000")});
-        add(form.sfiTab, Row::Smi, {smi}, {});
-        add(form.sfixTab, Row::Firmware, {two}, {place("0x20")});
-        add(form.sfixTab, Row::External, {one, srec, hex, two},
+        add(tab(form, "sfi"), Row::Firmware, {one, hex, two},
+            {place("0x8000000"), place("0x90000000")});
+        add(tab(form, "sfi"), Row::Smi, {smi}, {});
+        add(tab(form, "sfix"), Row::Firmware, {two}, {place("0x20")});
+        add(tab(form, "sfix"), Row::External, {one, srec, hex, two},
             {place("0x70000000", "0x11"), place("", "0x22"), place("0x71000000", "0x33")});
         for (const char *tab : {"sfi", "sfix"}) {
             for (const char *row : {"key", "nonce", "optionBytes", "output", "ram", "token"}) {
@@ -77,14 +78,14 @@ TEST_F(SavedState, FormsComeBackWholeAndReadyToGenerate)
     const WindowUnderTest window;
     CentralWidget &form = window.form();
     EXPECT_EQ(texts(window), before);
-    EXPECT_EQ(places(form.sfiTab, Row::Firmware),
+    EXPECT_EQ(places(tab(form, "sfi"), Row::Firmware),
               (QStringList{"one.bin@8000000", "three.hex@8000100", "two é.bin@90000000"}));
-    EXPECT_EQ(form.sfiTab->form()->list(Row::Smi)->rows().paths(), QStringList(smi));
-    EXPECT_EQ(places(form.sfixTab, Row::Firmware), QStringList("two é.bin@20"));
-    EXPECT_EQ(places(form.sfixTab, Row::External),
+    EXPECT_EQ(tab(form, "sfi")->form()->list(Row::Smi)->rows().paths(), QStringList(smi));
+    EXPECT_EQ(places(tab(form, "sfix"), Row::Firmware), QStringList("two é.bin@20"));
+    EXPECT_EQ(places(tab(form, "sfix"), Row::External),
               (QStringList{"one.bin@70000000", "four.srec@0", "three.hex@8000100",
                            "two é.bin@71000000"}));
-    EXPECT_EQ(infos(*form.sfixTab),
+    EXPECT_EQ(infos(*tab(form, "sfix")),
               (QStringList{"70000000 3 2 11", "8000100 3 2 22", "71000000 3 2 33"}));
     EXPECT_EQ(widget<QSpinBox>(window, "sfix_version_spin")->value(), 7);
     EXPECT_TRUE(canGenerate(window, "sfi_generate_ok"));
@@ -134,11 +135,11 @@ TEST_F(SavedState, FilesThatAreGoneLeaveTheOthersTheirPlaces)
                                           gone.arg("one.bin"), gone.arg("four.srec")}));
     CentralWidget &form = window.form();
     EXPECT_EQ(rows(window, "sfi_smi_list"), 0);
-    EXPECT_EQ(places(form.sfiTab, Row::Firmware),
+    EXPECT_EQ(places(tab(form, "sfi"), Row::Firmware),
               (QStringList{"three.hex@8000100", "two é.bin@90000000"}));
-    EXPECT_EQ(places(form.sfixTab, Row::External),
+    EXPECT_EQ(places(tab(form, "sfix"), Row::External),
               (QStringList{"three.hex@8000100", "two é.bin@71000000"}));
-    EXPECT_EQ(infos(*form.sfixTab), (QStringList{"8000100 3 2 22", "71000000 3 2 33"}));
+    EXPECT_EQ(infos(*tab(form, "sfix")), (QStringList{"8000100 3 2 22", "71000000 3 2 33"}));
 }
 
 TEST_F(SavedState, ShortListsEndTheRestoringOfTheirListOnly)
@@ -156,12 +157,12 @@ TEST_F(SavedState, ShortListsEndTheRestoringOfTheirListOnly)
               (QStringList{"Error|Unable to create an SFI image from the format of : one.bin",
                            "Error|Corrupted settings file", "Error|Corrupted settings file"}));
     CentralWidget &form = window.form();
-    EXPECT_EQ(places(form.sfiTab, Row::Firmware),
+    EXPECT_EQ(places(tab(form, "sfi"), Row::Firmware),
               (QStringList{"one.bin@8000000", "three.hex@8000100"}));
-    EXPECT_EQ(places(form.sfixTab, Row::Firmware), QStringList("two é.bin@20"));
-    EXPECT_EQ(places(form.sfixTab, Row::External),
+    EXPECT_EQ(places(tab(form, "sfix"), Row::Firmware), QStringList("two é.bin@20"));
+    EXPECT_EQ(places(tab(form, "sfix"), Row::External),
               (QStringList{"one.bin@70000000", "four.srec@0"}));
-    EXPECT_EQ(infos(*form.sfixTab), QStringList("70000000 3 2 11"));
+    EXPECT_EQ(infos(*tab(form, "sfix")), QStringList("70000000 3 2 11"));
     EXPECT_EQ(rows(window, "sfi_smi_list"), 0);
 }
 
@@ -174,7 +175,7 @@ TEST_F(SavedState, DamagedValuesKeepToThemselves)
     const WindowUnderTest window;
     EXPECT_FALSE(window->paddingFF || window->generateLogFile);
     EXPECT_TRUE(window->generateSettingsFile);
-    EXPECT_EQ(places(window.form().sfiTab, Row::Firmware), QStringList("one.bin@20"));
+    EXPECT_EQ(places(tab(window.form(), "sfi"), Row::Firmware), QStringList("one.bin@20"));
 }
 
 TEST_F(SavedState, NoFileOfAnyKindBlocksStartOrClose)

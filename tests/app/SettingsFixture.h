@@ -101,6 +101,10 @@ protected:
             dialog.findChild<QDialogButtonBox *>()->button(QDialogButtonBox::Ok)->click();
         });
     }
+    static workbench::TwinTab *tab(const CentralWidget &form, const char *key)
+    {
+        return static_cast<workbench::TwinTab *>(form.tab(key));
+    }
     /// "name@address" of each file in a list.
     static QStringList places(workbench::TwinTab *tab, workbench::Row row)
     {

@@ -1,3 +1,4 @@
+#include "workbench/forms/Tab.h"
 #include "workbench/frame/CentralWidget.h"
 #include "workbench/widgets/ResizeFilter.h"
 
@@ -27,22 +28,9 @@ void recordMessage(QtMsgType /*type*/, const QMessageLogContext & /*context*/, c
     }
 }
 
-/// The form, with an MCU box wherever a tab has none yet.
 class Panels : public ::testing::Test
 {
 protected:
-    Panels()
-    {
-        for (QComboBox **box : {&form.sfiMcuCombo, &form.sfixMcuCombo, &form.sfiObMcuCombo}) {
-            if (*box == nullptr) {
-                *box = new QComboBox(&form);
-                for (int i = 0; i < 13; ++i) {
-                    (*box)->addItem(QString::number(i));
-                }
-            }
-        }
-    }
-
     QStringList titles() const
     {
         QStringList all;
@@ -51,22 +39,37 @@ protected:
         }
         return all;
     }
-    QList<int> indices() const
+    /// Device boxes of the tabs that have one.
+    QList<QComboBox *> boxes() const
     {
-        return {form.sfiMcuCombo->currentIndex(), form.sfixMcuCombo->currentIndex(),
-                form.sfiObMcuCombo->currentIndex()};
+        QList<QComboBox *> all;
+        for (const workbench::Tab *tab : form.tabs()) {
+            if (auto *box = tab->page()->findChild<QComboBox *>(tab->key() + "_mcu_combo")) {
+                all << box;
+            }
+        }
+        return all;
     }
-    QList<bool> locks() const
+    /// Text of each box, in brackets while it is locked.
+    QStringList devices() const
     {
-        return {!form.sfiMcuCombo->isEnabled(), !form.sfixMcuCombo->isEnabled(),
-                !form.sfiObMcuCombo->isEnabled()};
+        QStringList all;
+        for (const QComboBox *box : boxes()) {
+            all << (box->isEnabled() ? box->currentText() : '[' + box->currentText() + ']');
+        }
+        return all;
+    }
+    static QStringList same(const QString &text, int count)
+    {
+        QStringList all;
+        while (all.size() < count) {
+            all << text;
+        }
+        return all;
     }
 
     CentralWidget form{1};
 };
-
-const QList<bool> kFree{false, false, false};
-const QList<bool> kLocked{true, true, true};
 
 TEST_F(Panels, ButtonsShowTheirTabsAndTheFirstOne)
 {
@@ -90,54 +93,48 @@ TEST_F(Panels, ButtonsShowTheirTabsAndTheFirstOne)
 
 TEST_F(Panels, H5LocksTheBoxesAndGivesTheChoiceBack)
 {
-    form.sfiMcuCombo->setCurrentIndex(2);
-    form.sfixMcuCombo->setCurrentIndex(3);
-    form.sfiObMcuCombo->setCurrentIndex(4);
+    const QList<QComboBox *> all = boxes();
+    ASSERT_GE(all.size(), 2);
+    for (int i = 0; i < all.size(); ++i) {
+        all[i]->setCurrentIndex(2 + i);
+    }
+    const QStringList chosen = devices();
+    const QStringList locked = same("[VDR32H5]", all.size());
     form.h5Button->click();
     form.h5Button->click();  // a second click must not store the locked entry
-    EXPECT_EQ(indices(), (QList<int>{9, 7, 12}));
-    EXPECT_EQ(locks(), kLocked);
-    form.sfiMcuCombo->setCurrentIndex(1);  // as code may do; the panel has its own entry
+    EXPECT_EQ(devices(), locked);
+    all[0]->setCurrentIndex(1);  // as code may do; the panel has its own entry
     form.h5Button->click();
-    EXPECT_EQ(indices(), (QList<int>{9, 7, 12}));
+    EXPECT_EQ(devices(), locked);
     form.sspButton->click();  // leaves the lock alone
-    EXPECT_EQ(locks(), kLocked);
+    EXPECT_EQ(devices(), locked);
     form.sfiButton->click();
-    EXPECT_EQ(indices(), (QList<int>{2, 3, 4}));
-    EXPECT_EQ(locks(), kFree);
+    EXPECT_EQ(devices(), chosen);
+    all[0]->setCurrentIndex(5);
+    const QStringList later = devices();
+    form.wbButton->click();
+    form.sfiButton->click();
+    EXPECT_EQ(devices(), later) << "other panels lose no choice";
 }
 
 TEST_F(Panels, DisabledPagesAreNoLock)
 {
-    form.sfiMcuCombo->setCurrentIndex(2);
+    boxes()[0]->setCurrentIndex(2);
     form.setEnabled(false);
     form.displayH5_Tabs();
     form.setEnabled(true);
     form.displaySFI_Tabs();
-    EXPECT_EQ(form.sfiMcuCombo->currentIndex(), 2);
-    EXPECT_EQ(locks(), kFree);
+    EXPECT_EQ(boxes()[0]->currentIndex(), 2);
+    EXPECT_TRUE(boxes()[0]->isEnabled());
 }
 
-TEST_F(Panels, OtherPanelsLoseNoChoice)
+TEST(EmptyForm, HasNothingAndLocksNothing)
 {
-    form.h5Button->click();
-    form.sfiButton->click();
-    form.sfiMcuCombo->setCurrentIndex(5);
-    form.sspButton->click();
-    form.wbButton->click();
-    form.sfiButton->click();
-    EXPECT_EQ(form.sfiMcuCombo->currentIndex(), 5);
-}
-
-TEST(PanelsWithoutBoxes, TheLockIsHarmless)
-{
-    CentralWidget form(1);
-    form.sfiMcuCombo = form.sfixMcuCombo = form.sfiObMcuCombo = nullptr;
-    form.displayH5_Tabs();
-    form.displaySFI_Tabs();
-    const CentralWidget empty(0);
+    CentralWidget empty(0);
     EXPECT_EQ(empty.tabWidget, nullptr);
     EXPECT_TRUE(empty.children().isEmpty());
+    empty.setSFImcuComboBoxH5(true);
+    empty.clearForms();
 }
 
 TEST_F(Panels, HamburgerOpensAndCloses)

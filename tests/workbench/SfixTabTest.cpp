@@ -74,7 +74,7 @@ TEST_F(SfixTab, RegionDialogFollowsDeviceAndFormat)
             dialog.reject();
         })});
     EXPECT_EQ(rowsOf("external"), 0) << "a cancelled file isn't added";
-    EXPECT_TRUE(form.sfixTab->extBinInfos.isEmpty());
+    EXPECT_TRUE(tab().extBinInfos.isEmpty());
     chooseMcu(kU575);
     add("external", folder.file("e.bin", "1234"), {DialogAnswer([](QDialog &dialog) {
             EXPECT_FALSE(dialog.findChild<QLineEdit *>("extFir_start_edit")->isReadOnly());
@@ -89,15 +89,15 @@ TEST_F(SfixTab, RegionsOutOfStepInventNothing)
     chooseMcu(kU575);
     add("external", folder.file("e.srec", kSRecord.toStdString()), {});
     add("external", folder.file("e.bin", "1234"), {region("0x90000000", 5, 2, "0x40")});
-    ASSERT_EQ(form.sfixTab->extBinInfos.size(), 1);
-    EXPECT_EQ(form.sfixTab->extBinInfos[0].regionNumber, 5U);
+    ASSERT_EQ(tab().extBinInfos.size(), 1);
+    EXPECT_EQ(tab().extBinInfos[0].regionNumber, 5U);
     select("external", 1);
     EXPECT_EQ(cells("firmwareInfo_table"), (QStringList{"e.bin", "4 B", "Binary", "", "", ""}));
     select("external", 0);
     EXPECT_EQ(cells("firmwareInfo_table").mid(0, 3), (QStringList{"e.srec", "4 B", "S-Record"}));
     select("external", 1);
     click("external_remove");
-    EXPECT_EQ(form.sfixTab->extBinInfos.size(), 1) << "no entry stands at the removed row";
+    EXPECT_EQ(tab().extBinInfos.size(), 1) << "no entry stands at the removed row";
     EXPECT_EQ(rowsOf("external"), 1);
 }
 
@@ -134,7 +134,7 @@ TEST_F(SfixTab, VanishedFilesEndTheRequestEachInItsOwnWay)
     boxesOfGenerate(1);
     EXPECT_EQ(rowsOf("external"), 0);
     EXPECT_FALSE(canGenerate());
-    EXPECT_EQ(form.sfixTab->extBinInfos.size(), 1) << "entries of dropped files stay";
+    EXPECT_EQ(tab().extBinInfos.size(), 1) << "entries of dropped files stay";
 }
 
 TEST_F(SfixTab, ImageHoldsBothListsAndTheirRegions)

@@ -135,6 +135,7 @@ protected:
             images(name, output);
         }
     }
+    workbench::TwinTab &tab() { return static_cast<workbench::TwinTab &>(*form.tab(m_kind)); }
     static QByteArray contentsOf(const QString &path)
     {
         QFile file(path);

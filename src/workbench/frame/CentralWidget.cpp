@@ -1,10 +1,10 @@
 #include "workbench/frame/CentralWidget.h"
 
 #include "report/DisplayMng.h"
+#include "workbench/frame/TabRegistry.h"
 #include "workbench/widgets/DisplayMessage.h"
 #include "workbench/widgets/ResizeFilter.h"
 
-#include <QComboBox>
 #include <QGroupBox>
 #include <QHBoxLayout>
 #include <QLabel>
@@ -13,33 +13,11 @@
 #include <QTabWidget>
 #include <QVBoxLayout>
 
-namespace
-{
+#include <algorithm>
 
-// Entry "VDR32H5" of the three MCU boxes; each tab has its own list.
-constexpr int kSfiH5Index = 9;
-constexpr int kSfixH5Index = 7;
-constexpr int kSfiObH5Index = 12;
-
-// The disabled state is the lock: storing twice would lose the user's choice, and restoring
-// without a lock would bring back a stale one.
-void lockToH5(QComboBox *box, int h5Index, int &storedIndex, bool lock)
-{
-    if (box == nullptr) {
-        return;
-    }
-    const bool isLocked = !box->isEnabledTo(box->parentWidget());  // whatever its page is
-    if (lock) {
-        storedIndex = isLocked ? storedIndex : box->currentIndex();
-        box->setCurrentIndex(h5Index);
-        box->setEnabled(false);
-    } else if (isLocked) {
-        box->setEnabled(true);
-        box->setCurrentIndex(storedIndex);
-    }
-}
-
-}  // namespace
+using workbench::Tab;
+using workbench::TabEntry;
+using workbench::tabRegistry;
 
 CentralWidget::CentralWidget(unsigned char buildForm, QWidget *parent) : QWidget(parent)
 {
@@ -49,16 +27,21 @@ CentralWidget::CentralWidget(unsigned char buildForm, QWidget *parent) : QWidget
     preparation.setDisplayCallback(displayMessage);
     fileManager.setDisplayCallback(displayMessage);
     DisplayMng::getInstance().displayCallback = displayMessage;
+    lendContext();
     createPages();
-    m_rightLayout = new QVBoxLayout;
-    m_rightLayout->addWidget(tabWidget);
+    auto *right = new QVBoxLayout;
+    right->addWidget(tabWidget);
     initPanelIcons();
-    m_topLayout = new QHBoxLayout(this);
-    m_topLayout->setSpacing(2);
-    m_topLayout->setContentsMargins(2, 4, 4, 2);
-    m_topLayout->addWidget(panelFrame);
-    m_topLayout->addLayout(m_rightLayout);
-    buildTabs();
+    auto *layout = new QHBoxLayout(this);
+    layout->setSpacing(2);
+    layout->setContentsMargins(2, 4, 4, 2);
+    layout->addWidget(panelFrame);
+    layout->addLayout(right);
+    for (const TabEntry &entry : tabRegistry()) {
+        if (entry.built == TabEntry::Built::WithTheForm) {
+            buildTab(QLatin1String(entry.name.key));
+        }
+    }
     connectPanel();
     // The tab bar stands between panel and pages. The tab widget passes the focus to it and comes
     // behind all pages, so Tab would find the bar a second time there.
@@ -78,42 +61,92 @@ CentralWidget::~CentralWidget()
     delete obkey;
 }
 
+void CentralWidget::lendContext()
+{
+    m_context.reset(new workbench::FormContext{
+        this, fileManager, preparation, lastFolder, lastOutputFolder, templatePath, {}, {}});
+    m_context->share = [this](workbench::SharedField field, const QString &path) {
+        for (Tab *tab : m_tabs) {
+            tab->takeShared(field, path);
+        }
+    };
+    m_context->tab = [this](const QString &key) { return tab(key); };
+}
+
 void CentralWidget::createPages()
 {
-    const auto makePage = [this](const char *name) {
-        auto *page = new QWidget(this);
-        page->setObjectName(QLatin1String(name) + QLatin1String("_page"));
-        page->hide();  // or a page without a tab would be drawn over the form
-        return page;
-    };
     tabWidget = new QTabWidget(this);
     tabWidget->setElideMode(Qt::ElideRight);  // the whole title is its tool tip
     tabWidget->setObjectName(QStringLiteral("workbench_tabs"));
     tabWidget->setAccessibleName(tr("Workbench tabs"));
     tabWidget->installEventFilter(new ResizeFilter(tabWidget));
-    sfiPage = makePage("sfi");
-    sfixPage = makePage("sfix");
-    sfiObPage = makePage("ob");
-    hsmPage = makePage("hsm");
-    smiPage = makePage("smi");
-    sspPage = makePage("ssp");
-    signPage = makePage("sign");
-    licensePage = makePage("lic");
-    daPage = makePage("da");
-    obkeyPage = makePage("obk");
+    for (const TabEntry &entry : tabRegistry()) {
+        if (entry.built != TabEntry::Built::ManyTimes) {
+            auto *page = new QWidget(this);
+            page->setObjectName(QLatin1String(entry.name.key) + QLatin1String("_page"));
+            page->hide();  // or a page without a tab would be drawn over the form
+        }
+    }
+    sfiPage = pageOf(QStringLiteral("sfi"));
+    sfixPage = pageOf(QStringLiteral("sfix"));
+    sfiObPage = pageOf(QStringLiteral("ob"));
+    hsmPage = pageOf(QStringLiteral("hsm"));
+    smiPage = pageOf(QStringLiteral("smi"));
+    sspPage = pageOf(QStringLiteral("ssp"));
+    signPage = pageOf(QStringLiteral("sign"));
+    licensePage = pageOf(QStringLiteral("lic"));
+    daPage = pageOf(QStringLiteral("da"));
+    obkeyPage = pageOf(QStringLiteral("obk"));
 }
 
-void CentralWidget::buildTabs()
+QWidget *CentralWidget::pageOf(const QString &key)
 {
-    InitSfiTab();
-    InitSmiTab();
-    InitSfixTab();
-    InitSspTab();
-    InitSignTab();
-    InitHSMTab();
-    InitSfiObTab();
-    InitLicenseTab();
-    InitCertifTab();
+    return findChild<QWidget *>(key + QLatin1String("_page"));
+}
+
+void CentralWidget::buildTab(const QString &key)
+{
+    if (tab(key) == nullptr) {
+        buildTab(key, pageOf(key));
+    }
+}
+
+void CentralWidget::buildTab(const QString &key, QWidget *page)
+{
+    m_tabs.push_back(workbench::makeTab(workbench::tabEntry(key), page, *m_context));
+}
+
+Tab *CentralWidget::tab(const QString &key) const
+{
+    const auto hit =
+        std::ranges::find_if(m_tabs, [&key](const Tab *each) { return each->key() == key; });
+    return hit == m_tabs.end() ? nullptr : *hit;
+}
+
+void CentralWidget::lockDevice(const QString &key, bool lock)
+{
+    if (Tab *found = tab(key)) {
+        found->lockDevice(lock);
+    }
+}
+
+void CentralWidget::clearForms()
+{
+    for (Tab *tab : m_tabs) {
+        tab->clear();
+    }
+}
+
+void CentralWidget::clearParsePanes()
+{
+    for (Tab *tab : m_tabs) {
+        tab->clearPanes();
+    }
+}
+
+bool CentralWidget::showChecked(const QString &path, const FileType &record)
+{
+    return std::ranges::any_of(m_tabs, [&](Tab *tab) { return tab->showChecked(path, record); });
 }
 
 void CentralWidget::ensureObkey()
@@ -128,19 +161,4 @@ void CentralWidget::appendImageGenPage()
     auto *page = new QWidget;
     page->setObjectName(QStringLiteral("img_page"));
     imageGenPages.push_back(page);
-}
-
-void CentralWidget::setSFImcuComboBoxH5(bool lock)
-{
-    lockToH5(sfiMcuCombo, kSfiH5Index, currentSfiSelection, lock);
-}
-
-void CentralWidget::setSFIxmcuComboBoxH5(bool lock)
-{
-    lockToH5(sfixMcuCombo, kSfixH5Index, currentSfixSelection, lock);
-}
-
-void CentralWidget::setSFIOBmcuComboBoxH5(bool lock)
-{
-    lockToH5(sfiObMcuCombo, kSfiObH5Index, currentSfiObSelection, lock);
 }

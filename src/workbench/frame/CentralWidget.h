@@ -2,6 +2,7 @@
 #include "files/FileManager.h"
 #include "obk/Obkey.h"
 #include "preparation/Preparation.h"
+#include "workbench/forms/FormContext.h"
 
 #include <QFont>
 #include <QItemSelection>
@@ -12,29 +13,28 @@
 #include <QWidget>
 
 #include <cstdint>
+#include <memory>
 #include <string>
 #include <vector>
 
-class QComboBox;
-class QFrame;
 class QGroupBox;
-class QHBoxLayout;
 class QLabel;
 class QMessageBox;
 class QPushButton;
 class QScrollArea;
 class QTabWidget;
-class QVBoxLayout;
+
+struct FileType;
 
 namespace workbench
 {
-class FileList;
-class TwinTab;
-struct TwinSurroundings;
+class Tab;
+struct Panel;
 }  // namespace workbench
 
-/// The form: owns every tab page, every field and every workflow slot of the program. Each tab's
-/// share stands in the file of its name (`SfiTab.cpp`), the left panel in `Panels.cpp`.
+/// The form: owns every tab page and knows all tabs through `workbench::Tab`. What a tab does
+/// stands in the folder of that tab; the operations here that are named after one hand over to it,
+/// in the file of its name (`SfiTab.cpp`). The left panel stands in `Panels.cpp`.
 class CentralWidget : public QWidget
 {
     Q_OBJECT
@@ -67,6 +67,20 @@ public:
     QWidget *signPage = nullptr;
     QWidget *daPage = nullptr;
 
+    // Tabs (CentralWidget.cpp)
+    /// All tabs that are built, in the order of the registry; those made often come last.
+    [[nodiscard]] const std::vector<workbench::Tab *> &tabs() const { return m_tabs; }
+    /// @return the first tab with the key, or null while none is built
+    [[nodiscard]] workbench::Tab *tab(const QString &key) const;
+    void clearForms();       ///< all tabs, shown or not; the device boxes keep their entries
+    void clearParsePanes();  ///< empties the tables that show existing images
+    /// Shows an image that is read already in the tab for its kind.
+    /// @return false when no tab shows records of that kind
+    bool showChecked(const QString &path, const FileType &record);
+
+    /// Shows the tabs of a panel, the first in front, and marks its button.
+    void showPanel(const workbench::Panel &panel);
+
     /// Appends a tab whose title is its tool tip, too.
     /// @return its index
     int addTab(QWidget *page, const QString &title);
@@ -86,15 +100,7 @@ public:
     QLabel *helpLabel = nullptr;
     bool isHamburgerOpen = false;
 
-    // Check and clear (CheckAndClear.cpp)
-    void clearParsePanes();  ///< empties the tables that show existing images
-    /// Shows an image that is read already in the SFI tab.
-    /// @return false when the record isn't a protected image
-    bool showCheckedSfi(const QString &path, const FileType &record);
-    void clearForms();  ///< all tabs, shown or not; the MCU boxes keep their entries
-
-    // Saved state (SavedFirmwares.cpp). The paths are set first; each operation takes them over and
-    // shows what it can of them in the list, see TwinTab::restoreFiles.
+    // Saved firmware lists. The paths are set first; each operation takes them over.
     QStringList firmwarePaths;
     QStringList firmIxPaths;
     QStringList firmExPaths;
@@ -105,12 +111,8 @@ public:
                            QList<QVariant> numbers, QList<QVariant> keyAddresses);
 
     // SFI tab (SfiTab.cpp)
-    QComboBox *sfiMcuCombo = nullptr;      ///< null until the tab is built
-    int currentSfiSelection = 0;           ///< index to return to when the `h5` panel is left
-    workbench::TwinTab *sfiTab = nullptr;  ///< its form, lists and panes
-    void InitSfiTab();
-    void clearSfiForm();  ///< empties texts, lists and panes; the MCU box keeps its index
-    void setSFImcuComboBoxH5(bool lock);
+    void InitSfiTab() { buildTab(QStringLiteral("sfi")); }
+    void setSFImcuComboBoxH5(bool lock) { lockDevice(QStringLiteral("sfi"), lock); }
 
     /// Shows an image or modules list in a parse pane.
     /// @param kind      "sfi" or "sfix", in any case: whose pane
@@ -118,26 +120,20 @@ public:
     void parseSfiFile(const QString &kind, bool fromUser);
 
     // SFIx tab (SfixTab.cpp)
-    QComboBox *sfixMcuCombo = nullptr;
-    int currentSfixSelection = 0;
-    workbench::TwinTab *sfixTab = nullptr;
-    void InitSfixTab();
-    void clearSfixForm();
-    void setSFIxmcuComboBoxH5(bool lock);
+    void InitSfixTab() { buildTab(QStringLiteral("sfix")); }
+    void setSFIxmcuComboBoxH5(bool lock) { lockDevice(QStringLiteral("sfix"), lock); }
 
-    // Option bytes tab (SfiObTab.cpp)
-    QComboBox *sfiObMcuCombo = nullptr;
-    int currentSfiObSelection = 0;
-    void InitSfiObTab();
-    void setSFIOBmcuComboBoxH5(bool lock);
+    // Option bytes tab
+    void InitSfiObTab() { buildTab(QStringLiteral("ob")); }
+    void setSFIOBmcuComboBoxH5(bool lock) { lockDevice(QStringLiteral("ob"), lock); }
 
     // SMI, SSP, signed image, HSM, licence and certificate tabs
-    void InitSmiTab();
-    void InitSspTab();
-    void InitSignTab();
-    void InitHSMTab();
-    void InitLicenseTab();
-    void InitCertifTab();
+    void InitSmiTab() { buildTab(QStringLiteral("smi")); }
+    void InitSspTab() { buildTab(QStringLiteral("ssp")); }
+    void InitSignTab() { buildTab(QStringLiteral("sign")); }
+    void InitHSMTab() { buildTab(QStringLiteral("hsm")); }
+    void InitLicenseTab() { buildTab(QStringLiteral("lic")); }
+    void InitCertifTab() { buildTab(QStringLiteral("da")); }
 
     // OBkey tab (OBkeyTab.cpp)
     Obkey *obkey = nullptr;  ///< created by `ensureObkey`, owned by the form
@@ -164,7 +160,7 @@ public slots:
     void displayHamburger();
     void displayHelp();
 
-    // SFI tab (SfiTab.cpp). What a slot does stands in `workbench::TwinTab`, for both twins.
+    // SFI tab (SfiTab.cpp)
     void changeSfiElements(int index);
     void AddFirmwares();
     void RemoveFirmware();
@@ -219,27 +215,26 @@ public:
     void highlightCurrentIcon(const QString &name);  ///< "sfi", "ssp", "wb", "h5", in any case
 
 private:
+    /// Button and label of a panel.
+    struct PanelButton {
+        const workbench::Panel *panel;
+        QPushButton *button;
+        QLabel *label;
+    };
+
     void createPages();
-    void buildTabs();
+    void lendContext();
+    QWidget *pageOf(const QString &key);
+    void buildTab(const QString &key);  ///< on its page; a second time does nothing
+    void buildTab(const QString &key, QWidget *page);
+    void lockDevice(const QString &key, bool lock);
+
+    void addPanelTab(const QString &key);
+    [[nodiscard]] const PanelButton &panelButton(const char *name) const;
     void connectPanel();
 
-    // SFI and SFIx tabs (SfiTab.cpp)
-    using Slot = void (CentralWidget::*)();
-    using SelectionSlot = void (CentralWidget::*)(const QItemSelection &);
-    /// What the two tabs call differently.
-    struct TwinSlots {
-        void (CentralWidget::*changeMcu)(int);
-        Slot openKeyArea, openSsfi, openModules, folder, generateEnabled, generate, openImage;
-    };
-    workbench::TwinSurroundings twinSurroundings();
-    void connectTwin(workbench::TwinTab *tab, const TwinSlots &own);
-    void connectList(workbench::FileList *list, Slot add, Slot remove, SelectionSlot removeEnabled,
-                     SelectionSlot display);
-    void fillFields(const char *row, const QString &path);
-    void generateRandomFile(const char *row, int bytes, const QString &success,
-                            const QString &failure);
-
+    std::unique_ptr<workbench::FormContext> m_context;  ///< null without a form
+    std::vector<workbench::Tab *> m_tabs;               ///< owned by their pages
+    std::vector<PanelButton> m_panelButtons;
     QMessageBox *m_aboutBox = nullptr;  ///< null until the first look
-    QHBoxLayout *m_topLayout = nullptr;
-    QVBoxLayout *m_rightLayout = nullptr;
 };

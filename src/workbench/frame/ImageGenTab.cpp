@@ -1,6 +1,6 @@
 #include "report/DisplayMng.h"
+#include "workbench/forms/Tab.h"
 #include "workbench/frame/CentralWidget.h"
-#include "workbench/widgets/TabNotice.h"
 
 void CentralWidget::InitMCUbootTab()
 {
@@ -8,9 +8,10 @@ void CentralWidget::InitMCUbootTab()
         return;
     }
     obkey->imgTools.resize(std::max<std::size_t>(obkey->imgTools.size(), obkey->imageGenCount));
-    workbench::layTabNotice(currentImageGenPage(),
-                            tr("This tab makes boot images through the image tool, from XML "
-                               "templates; its form isn't part of this version."));
+    QWidget *const page = currentImageGenPage();
+    if (page != nullptr && page->findChild<workbench::Tab *>() == nullptr) {
+        buildTab(QStringLiteral("img"), page);
+    }
 }
 
 void CentralWidget::OpenMCUboot()

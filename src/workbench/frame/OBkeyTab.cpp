@@ -1,11 +1,9 @@
 #include "report/DisplayMng.h"
 #include "workbench/frame/CentralWidget.h"
-#include "workbench/widgets/TabNotice.h"
 
 void CentralWidget::InitOBkeyTab()
 {
-    workbench::layTabNotice(obkeyPage, tr("This tab makes provisioning files (OBK) from XML "
-                                          "templates; its form isn't part of this version."));
+    buildTab(QStringLiteral("obk"));
 }
 
 void CentralWidget::OpenOBkeyKey()

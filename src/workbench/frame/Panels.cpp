@@ -1,4 +1,6 @@
 #include "workbench/frame/CentralWidget.h"
+#include "workbench/frame/PanelTable.h"
+#include "workbench/frame/TabRegistry.h"
 
 #include <QCoreApplication>
 #include <QFrame>
@@ -11,11 +13,18 @@
 #include <QTabWidget>
 #include <QVBoxLayout>
 
+#include <algorithm>
+
+using workbench::DeviceBoxes;
+using workbench::Panel;
+using workbench::Tab;
+
 namespace
 {
 
 constexpr int kClosedWidth = 50;
 constexpr int kOpenWidth = 320;
+constexpr int kAboutLength = 68;  // of its label, with the blanks behind it
 
 const char *const kGradient =
     "background-color: qlineargradient(x1: 0, x2: 0, y1: 0, y2: 1, stop: 0 #03234B, stop: 1 "
@@ -41,10 +50,10 @@ QPushButton *makeIconButton(QWidget *parent, const char *name, const char *icon,
     return button;
 }
 
-QLabel *makeLabel(QWidget *parent, const char *name)
+QLabel *makeLabel(QWidget *parent, const QString &name)
 {
     auto *label = new QLabel(parent);
-    label->setObjectName(QLatin1String(name));
+    label->setObjectName(name);
     label->setTextFormat(Qt::PlainText);
     label->hide();
     return label;
@@ -81,29 +90,27 @@ void CentralWidget::initPanelIcons()
     panelFrame->setFixedWidth(kClosedWidth);
     hamburgerButton =
         makeIconButton(panelFrame, "hamburgerIcon", ":/hamburger.png", tr("Panel names"));
-    sfiButton =
-        makeIconButton(panelFrame, "sfiIcon", ":/sfiIcon.png", tr("Secure Firmware Install"));
-    sspButton = makeIconButton(panelFrame, "sspIcon", ":/sspIcon.png", tr("MPU SSP"));
-    wbButton = makeIconButton(panelFrame, "wbIcon", ":/wbIcon.png", tr("WB Sign"));
-    h5Button = makeIconButton(panelFrame, "h5Icon", ":/h5Icon.png", tr("H5 Secure Firmware"));
+    for (const Panel &panel : workbench::panels()) {
+        m_panelButtons.push_back(
+            {&panel, makeIconButton(panelFrame, panel.button, panel.icon, tr(panel.caption)),
+             nullptr});
+    }
     helpButton = makeIconButton(panelFrame, "helpIcon", ":/helpIcon.png", tr("About"));
-    sfiLabel = makeLabel(panelFrame, "sfiIconLabel");
-    sspLabel = makeLabel(panelFrame, "sspIconLabel");
-    wbLabel = makeLabel(panelFrame, "wbIconLabel");
-    h5Label = makeLabel(panelFrame, "h5IconLabel");
-    helpLabel = makeLabel(panelFrame, "helpIconLabel");
+    for (PanelButton &entry : m_panelButtons) {
+        entry.label = makeLabel(panelFrame, entry.panel->button + QStringLiteral("Label"));
+    }
+    helpLabel = makeLabel(panelFrame, QStringLiteral("helpIconLabel"));
 
     auto *top = new QVBoxLayout;
     top->setContentsMargins(0, 0, 0, 0);
     top->setSpacing(0);
     top->addLayout(makeRow(hamburgerButton, nullptr));
-    top->addLayout(makeRow(sfiButton, sfiLabel));
-    top->addWidget(makeSeparator(panelFrame, 1));
-    top->addLayout(makeRow(sspButton, sspLabel));
-    top->addWidget(makeSeparator(panelFrame, 1));
-    top->addLayout(makeRow(wbButton, wbLabel));
-    top->addWidget(makeSeparator(panelFrame, 1));
-    top->addLayout(makeRow(h5Button, h5Label));
+    for (const PanelButton &entry : m_panelButtons) {
+        if (&entry != &m_panelButtons.front()) {
+            top->addWidget(makeSeparator(panelFrame, 1));
+        }
+        top->addLayout(makeRow(entry.button, entry.label));
+    }
     auto *bottom = new QVBoxLayout;
     bottom->setContentsMargins(0, 0, 0, 0);
     bottom->setSpacing(2);
@@ -114,66 +121,85 @@ void CentralWidget::initPanelIcons()
     column->addLayout(top);
     column->addStretch(1);
     column->addLayout(bottom);
+    sfiButton = panelButton("sfi").button;
+    sfiLabel = panelButton("sfi").label;
+    sspButton = panelButton("ssp").button;
+    sspLabel = panelButton("ssp").label;
+    wbButton = panelButton("wb").button;
+    wbLabel = panelButton("wb").label;
+    h5Button = panelButton("h5").button;
+    h5Label = panelButton("h5").label;
     displaySFI_Tabs();
 }
 
 void CentralWidget::connectPanel()
 {
     connect(hamburgerButton, &QPushButton::clicked, this, &CentralWidget::displayHamburger);
-    connect(sfiButton, &QPushButton::clicked, this, &CentralWidget::displaySFI_Tabs);
-    connect(sspButton, &QPushButton::clicked, this, &CentralWidget::displaySSP_Tabs);
-    connect(wbButton, &QPushButton::clicked, this, &CentralWidget::displayWB_Tabs);
-    connect(h5Button, &QPushButton::clicked, this, &CentralWidget::displayH5_Tabs);
+    for (const PanelButton &entry : m_panelButtons) {
+        connect(entry.button, &QPushButton::clicked, this,
+                [this, panel = entry.panel] { showPanel(*panel); });
+    }
     connect(helpButton, &QPushButton::clicked, this, &CentralWidget::displayHelp);
+}
+
+void CentralWidget::showPanel(const Panel &panel)
+{
+    tabWidget->clear();
+    for (const char *key : panel.tabs) {
+        addPanelTab(QLatin1String(key));
+    }
+    if (panel.deviceBoxes != DeviceBoxes::Unchanged) {
+        for (Tab *tab : m_tabs) {
+            tab->lockDevice(panel.deviceBoxes == DeviceBoxes::LockedH5);
+        }
+    }
+    highlightCurrentIcon(QLatin1String(panel.name));
+}
+
+void CentralWidget::addPanelTab(const QString &key)
+{
+    const workbench::TabEntry &entry = workbench::tabEntry(key);
+    const bool madeOften = entry.built == workbench::TabEntry::Built::ManyTimes;
+    if (madeOften) {
+        appendImageGenPage();
+    }
+    QWidget *page = madeOften ? currentImageGenPage() : pageOf(key);
+    if (page == nullptr) {
+        return;
+    }
+    const auto index = static_cast<std::uint8_t>(addTab(page, tr(entry.name.title)));
+    if (page == obkeyPage) {
+        obkeyTabIndex = index;
+    } else if (madeOften) {
+        imageGenTabIndex = index;
+    }
+}
+
+const CentralWidget::PanelButton &CentralWidget::panelButton(const char *name) const
+{
+    return *std::ranges::find_if(m_panelButtons, [name](const PanelButton &entry) {
+        return entry.panel == workbench::findPanel(QLatin1String(name));
+    });
 }
 
 void CentralWidget::displaySFI_Tabs()
 {
-    tabWidget->clear();
-    addTab(sfiPage, tr("SFI"));
-    addTab(sfixPage, tr("SFIx"));
-    addTab(sfiObPage, tr("SFI Option Bytes"));
-    addTab(smiPage, tr("SMI"));
-    addTab(hsmPage, tr("HSM"));
-    setSFImcuComboBoxH5(false);
-    setSFIOBmcuComboBoxH5(false);
-    setSFIxmcuComboBoxH5(false);
-    highlightCurrentIcon(QStringLiteral("sfi"));
+    showPanel(*panelButton("sfi").panel);
 }
 
 void CentralWidget::displaySSP_Tabs()
 {
-    tabWidget->clear();
-    addTab(sspPage, tr("SSP"));
-    addTab(hsmPage, tr("HSM"));
-    highlightCurrentIcon(QStringLiteral("ssp"));
+    showPanel(*panelButton("ssp").panel);
 }
 
 void CentralWidget::displayWB_Tabs()
 {
-    tabWidget->clear();
-    addTab(signPage, tr("VDR32WB Sign"));
-    highlightCurrentIcon(QStringLiteral("wb"));
+    showPanel(*panelButton("wb").panel);
 }
 
 void CentralWidget::displayH5_Tabs()
 {
-    tabWidget->clear();
-    obkeyTabIndex = static_cast<std::uint8_t>(addTab(obkeyPage, tr("OBkey")));
-    appendImageGenPage();
-    if (QWidget *page = currentImageGenPage(); page != nullptr) {
-        imageGenTabIndex = static_cast<std::uint8_t>(addTab(page, tr("Image Gen")));
-    }
-    addTab(licensePage, tr("License Gen"));
-    addTab(daPage, tr("DA CertifGen"));
-    addTab(sfiPage, tr("SFI"));
-    addTab(sfixPage, tr("SFIx"));
-    addTab(hsmPage, tr("HSM"));
-    addTab(sfiObPage, tr("SFI Option Bytes"));
-    setSFImcuComboBoxH5(true);
-    setSFIxmcuComboBoxH5(true);
-    setSFIOBmcuComboBoxH5(true);
-    highlightCurrentIcon(QStringLiteral("h5"));
+    showPanel(*panelButton("h5").panel);
 }
 
 int CentralWidget::addTab(QWidget *page, const QString &title)
@@ -191,47 +217,33 @@ void CentralWidget::displayHamburger()
     hamburgerButton->setIcon(QIcon(isHamburgerOpen ? QStringLiteral(":/rotateHamburger.png")
                                                    : QStringLiteral(":/hamburger.png")));
     static const QFont fontLabel(QStringLiteral("Segoe UI"), 11);
-    struct Caption {
-        QLabel *label;
-        QString text;
-        int length;
-    };
     // The blanks carry the label's background to the edge of the open panel.
-    const Caption captions[] = {{sfiLabel, tr("Secure Firmware Install"), 69},
-                                {sspLabel, tr("MPU SSP"), 69},
-                                {wbLabel, tr("WB Sign"), 70},
-                                {h5Label, tr("H5 Secure Firmware"), 70},
-                                {helpLabel, tr("About"), 68}};
-    for (const Caption &caption : captions) {
+    const auto caption = [this](QLabel *label, const QString &text, int length) {
         if (isHamburgerOpen) {
-            caption.label->setText(caption.text.leftJustified(caption.length));
-            caption.label->setFont(fontLabel);
+            label->setText(text.leftJustified(length));
+            label->setFont(fontLabel);
         }
-        caption.label->setVisible(isHamburgerOpen);
+        label->setVisible(isHamburgerOpen);
+    };
+    for (const PanelButton &entry : m_panelButtons) {
+        caption(entry.label, tr(entry.panel->caption), entry.panel->captionLength);
     }
+    caption(helpLabel, tr("About"), kAboutLength);
 }
 
 void CentralWidget::highlightCurrentIcon(const QString &name)
 {
-    struct Row {
-        const char *name;
-        QPushButton *button;
-        QLabel *label;
-    };
-    const Row rows[] = {{"sfi", sfiButton, sfiLabel},
-                        {"ssp", sspButton, sspLabel},
-                        {"wb", wbButton, wbLabel},
-                        {"h5", h5Button, h5Label}};
     const QString hover = QLatin1String(kHoverRule);
-    for (const Row &row : rows) {
-        const bool chosen = name.compare(QLatin1String(row.name), Qt::CaseInsensitive) == 0;
+    const Panel *const inUse = workbench::findPanel(name);
+    for (const PanelButton &entry : m_panelButtons) {
+        const bool chosen = entry.panel == inUse;
         // Bare declarations and a rule in one sheet don't parse, so the declarations get a
         // selector. The panel's round corners would leave a notch between button and label.
-        row.button->setStyleSheet(
+        entry.button->setStyleSheet(
             chosen ? QLatin1String("QPushButton{border:none;border-radius:0px;") +
                          QLatin1String(kGradient) + QLatin1Char('}') + hover
                    : QLatin1String("QPushButton{background: transparent; border:none;}") + hover);
-        row.label->setStyleSheet(
+        entry.label->setStyleSheet(
             chosen ? QLatin1String("QLabel{color: white;border-radius:0px;") +
                          QLatin1String(kGradient) + QLatin1Char('}')
                    : QStringLiteral("QLabel{color: white;background: transparent;}"));

@@ -1,134 +1,128 @@
+// What the form is asked about the SFIx tab; the tab itself does it.
 #include "workbench/frame/CentralWidget.h"
 #include "workbench/tabs/sfi/TwinTab.h"
 
 using workbench::Row;
 
-void CentralWidget::InitSfixTab()
+namespace
 {
-    workbench::TwinSurroundings near = twinSurroundings();
-    // Both questions are the SFI tab's, also for this image.
-    near.isCombined = [this] { return sfiTab->mcu().combined; };
-    near.smiFiles = [this] { return sfiTab->form()->list(Row::Smi)->rows().records(); };
-    sfixTab = new workbench::TwinTab(workbench::kSfixTwin, sfixPage, near);
-    sfixMcuCombo = sfixTab->form()->mcuBox();
-    connectTwin(sfixTab, {&CentralWidget::changeSfixElements, &CentralWidget::OpenAreaK,
-                          &CentralWidget::OpenSfixSsfi, &CentralWidget::OpenH5Modules_SFIx,
-                          &CentralWidget::SfixFolder, &CentralWidget::GenerateSfixEnabled,
-                          &CentralWidget::GenerateSfix, &CentralWidget::OpenSfixFile});
-    connectList(sfixTab->form()->list(Row::Firmware), &CentralWidget::AddFirmIx,
-                &CentralWidget::RemoveFirmIx, &CentralWidget::RemoveFirmIxEnabled,
-                &CentralWidget::DisplayFirmIxInfo);
-    connectList(sfixTab->form()->list(Row::External), &CentralWidget::AddVFirmEx,
-                &CentralWidget::RemoveFirmEx, &CentralWidget::RemoveFirmExEnabled,
-                &CentralWidget::DisplayFirmExInfo);
-    connectList(sfixTab->form()->list(Row::Obk), &CentralWidget::AddRSSOBKeys_SFIx,
-                &CentralWidget::RemoveRSSOBKeys_SFIx, &CentralWidget::RemoveRSSOBKeysEnabled_SFIx,
-                &CentralWidget::DisplayOBKeyfileInfo_SFIx);
+
+workbench::TwinTab *sfix(const CentralWidget &form)
+{
+    return static_cast<workbench::TwinTab *>(form.tab(QStringLiteral("sfix")));
 }
 
-void CentralWidget::clearSfixForm()
-{
-    sfixTab->clear();
-}
+}  // namespace
 
 void CentralWidget::changeSfixElements(int index)
 {
-    sfixTab->changeMcu(index);
+    sfix(*this)->changeMcu(index);
 }
 
 void CentralWidget::AddFirmIx()
 {
-    sfixTab->chooseFiles(Row::Firmware);
+    sfix(*this)->chooseFiles(Row::Firmware);
 }
 
 void CentralWidget::RemoveFirmIx()
 {
-    sfixTab->removeSelected(Row::Firmware);
+    sfix(*this)->removeSelected(Row::Firmware);
 }
 
 void CentralWidget::RemoveFirmIxEnabled(const QItemSelection &selection)
 {
-    sfixTab->enableRemove(Row::Firmware, selection);
+    sfix(*this)->enableRemove(Row::Firmware, selection);
 }
 
 void CentralWidget::DisplayFirmIxInfo(const QItemSelection &selection)
 {
-    sfixTab->display(Row::Firmware, selection);
+    sfix(*this)->display(Row::Firmware, selection);
 }
 
 void CentralWidget::AddVFirmEx()
 {
-    sfixTab->chooseFiles(Row::External);
+    sfix(*this)->chooseFiles(Row::External);
 }
 
 void CentralWidget::RemoveFirmEx()
 {
-    sfixTab->removeSelected(Row::External);
+    sfix(*this)->removeSelected(Row::External);
 }
 
 void CentralWidget::RemoveFirmExEnabled(const QItemSelection &selection)
 {
-    sfixTab->enableRemove(Row::External, selection);
+    sfix(*this)->enableRemove(Row::External, selection);
 }
 
 void CentralWidget::DisplayFirmExInfo(const QItemSelection &selection)
 {
-    sfixTab->display(Row::External, selection);
+    sfix(*this)->display(Row::External, selection);
 }
 
 void CentralWidget::AddRSSOBKeys_SFIx()
 {
-    sfixTab->chooseFiles(Row::Obk);
+    sfix(*this)->chooseFiles(Row::Obk);
 }
 
 void CentralWidget::RemoveRSSOBKeys_SFIx()
 {
-    sfixTab->removeSelected(Row::Obk);
+    sfix(*this)->removeSelected(Row::Obk);
 }
 
 void CentralWidget::RemoveRSSOBKeysEnabled_SFIx(const QItemSelection &selection)
 {
-    sfixTab->enableRemove(Row::Obk, selection);
+    sfix(*this)->enableRemove(Row::Obk, selection);
 }
 
 void CentralWidget::DisplayOBKeyfileInfo_SFIx(const QItemSelection &selection)
 {
-    sfixTab->display(Row::Obk, selection);
+    sfix(*this)->display(Row::Obk, selection);
 }
 
 void CentralWidget::OpenAreaK()
 {
-    sfixTab->chooseOwnPath(Row::KeyArea);
+    sfix(*this)->choosePath(Row::KeyArea);
 }
 
 void CentralWidget::OpenSfixSsfi()
 {
-    sfixTab->chooseOwnPath(Row::Ssfi);
+    sfix(*this)->choosePath(Row::Ssfi);
 }
 
 void CentralWidget::OpenH5Modules_SFIx()
 {
-    sfixTab->chooseOwnPath(Row::Modules);
+    sfix(*this)->choosePath(Row::Modules);
 }
 
 void CentralWidget::SfixFolder()
 {
-    sfixTab->chooseOutputFolder();
+    sfix(*this)->chooseOutputFolder();
 }
 
 void CentralWidget::GenerateSfixEnabled()
 {
-    sfixTab->updateGenerate();
+    sfix(*this)->updateGenerate();
 }
 
 void CentralWidget::GenerateSfix()
 {
-    sfixTab->generate();
+    sfix(*this)->generate();
 }
 
 void CentralWidget::OpenSfixFile()
 {
-    if (sfixTab->chooseImage()) {
-        parseSfiFile(QStringLiteral("sfix"), true);
-    }
+    sfix(*this)->chooseImage();
+}
+
+void CentralWidget::ParseSavedFirmwIx(QList<QVariant> addresses)
+{
+    sfix(*this)->restoreList(Row::Firmware, std::exchange(firmIxPaths, {}),
+                             {addresses, {}, {}, {}});
+}
+
+void CentralWidget::ParseSavedFirmwEx(QList<QVariant> addresses, QList<QVariant> modes,
+                                      QList<QVariant> numbers, QList<QVariant> keyAddresses)
+{
+    sfix(*this)->restoreList(Row::External, std::exchange(firmExPaths, {}),
+                             {addresses, modes, numbers, keyAddresses});
 }

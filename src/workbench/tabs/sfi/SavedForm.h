@@ -17,21 +17,4 @@ struct SavedPlaces {
     QList<QVariant> keyAddresses;
 };
 
-/// What is kept of the SFI or SFIx tab from one run to the next.
-struct SavedForm {
-    QStringList firmware;  ///< the internal list of SFIx
-    SavedPlaces firmwarePlaces;
-    QStringList external;  ///< SFIx only
-    SavedPlaces externalPlaces;
-    QStringList smi;  ///< SFI only
-    QString key;
-    QString nonce;
-    QString optionBytes;
-    QString keyArea;  ///< SFIx only
-    QString ram;
-    QString token;
-    QString output;
-    int imageVersion = 0;
-};
-
 }  // namespace workbench

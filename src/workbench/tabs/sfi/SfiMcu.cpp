@@ -58,6 +58,7 @@ constexpr McuRow h5(bool keyAreaLine)
     row.keyAreaLine = keyAreaLine;
     row.provisioningRows = true;
     row.provisioned = true;
+    row.ofH5Panel = true;
     return row;
 }
 

@@ -30,6 +30,7 @@ struct McuRow {
     // Rules.
     bool combined;        ///< SMI files go into the image, and the token must be a number
     bool provisioned;     ///< OBKey, SSFI and modules go into the image; profile 0x484
+    bool ofH5Panel;       ///< the device that the H5 panel stands for
     bool ignoresKeyArea;  ///< a path left in the hidden key-area field isn't read
 };
 

@@ -47,6 +47,10 @@ struct TwinTraits {
     const char *defaultName;  ///< what "Select folder" proposes
     const char *extension;    ///< of the output, compared with case
 
+    const char *settingsGroup;
+    const char *savedFirmware;   ///< key of the firmware list in that group
+    const char *savedAddresses;  ///< and of its addresses
+
     const char *extensionRefusal;
     const char *noOptionBytes;
     const char *keyAreaUnreadable;

@@ -22,14 +22,14 @@ void TwinTab::generate()
     }
     const BusyCursor busy;
     TwinInputs inputs;
-    if (!reloadAll(inputs) || !passes(readInputs(*m_near.fileManager, m_twin, values, inputs)) ||
+    if (!reloadAll(inputs) || !passes(readInputs(context().fileManager, m_twin, values, inputs)) ||
         !readExtras(values, inputs)) {
         return;
     }
-    const QByteArray image = buildImage(*m_near.preparation, mcu(), values, listInputs(), inputs);
+    const QByteArray image = buildImage(context().preparation, mcu(), values, listInputs(), inputs);
     if (image.isEmpty()) {
         m_form->parsePane()->info()->clearContents();
-        showBox(m_near.form, BoxKind::Error,
+        showBox(context().boxParent, BoxKind::Error,
                 QStringLiteral("Error occured when preparing an SFI image"));
         return;
     }
@@ -38,7 +38,7 @@ void TwinTab::generate()
     }
     parse(false);
     m_form->parsePane()->field()->setPath(values.outputPath);
-    showBox(m_near.form, BoxKind::Success, QLatin1String(m_twin.created));
+    showBox(context().boxParent, BoxKind::Success, QLatin1String(m_twin.created));
 }
 
 bool TwinTab::reloadAll(TwinInputs &inputs)
@@ -57,7 +57,7 @@ bool TwinTab::reloadFirmware(Row row, bool disablesWhenEmpty, files::RecordView<
 {
     FileList *list = m_form->list(row);
     return list == nullptr || (reload(row, KeepAddress::OfBinaries, disablesWhenEmpty) &&
-                               passes(mergeRows(*m_near.fileManager, list->rows(), merged)));
+                               passes(mergeRows(context().fileManager, list->rows(), merged)));
 }
 
 bool TwinTab::reload(Row row, KeepAddress keep, bool disablesWhenEmpty)
@@ -67,7 +67,7 @@ bool TwinTab::reload(Row row, KeepAddress keep, bool disablesWhenEmpty)
         return true;
     }
     const auto failed =
-        reloadRows(*m_near.fileManager, list->rows(), keep, [this, row, list](int replaced) {
+        reloadRows(context().fileManager, list->rows(), keep, [this, row, list](int replaced) {
             if (replaced == list->selectedRow()) {
                 showFile(row);
             }
@@ -76,7 +76,7 @@ bool TwinTab::reload(Row row, KeepAddress keep, bool disablesWhenEmpty)
         return true;
     }
     if (row == Row::Smi) {
-        showBox(m_near.form, BoxKind::Error,
+        showBox(context().boxParent, BoxKind::Error,
                 QStringLiteral("Failure to open SMI file : ") + list->rows().path(*failed));
     }
     dropFile(row, *failed);
@@ -93,12 +93,12 @@ bool TwinTab::readExtras(const TwinValues &values, TwinInputs &inputs)
     }
     if (m_form->list(Row::Obk)->rows().isEmpty() &&
         !askYesNo(
-            m_near.form, BoxKind::Warning, QStringLiteral("Warning"),
+            context().boxParent, BoxKind::Warning, QStringLiteral("Warning"),
             QStringLiteral("OBKey field is empty !\nNo regression is possible if the SFI "
                            "file does not contain OBKey for DA.\nDo you want to contiue ?"))) {
         return false;
     }
-    return passes(readProvisioning(*m_near.fileManager, values, inputs));
+    return passes(readProvisioning(context().fileManager, values, inputs));
 }
 
 bool TwinTab::passes(const std::optional<Refusal> &refusal)
@@ -108,7 +108,7 @@ bool TwinTab::passes(const std::optional<Refusal> &refusal)
     }
     if (refusal->kind != Refusal::Kind::Silent) {
         const bool isWarning = refusal->kind == Refusal::Kind::Warning;
-        showBox(m_near.form, isWarning ? BoxKind::Warning : BoxKind::Error, refusal->text);
+        showBox(context().boxParent, isWarning ? BoxKind::Warning : BoxKind::Error, refusal->text);
     }
     if (refusal->empties) {
         m_form->field(*refusal->empties)->edit()->clear();
@@ -119,8 +119,13 @@ bool TwinTab::passes(const std::optional<Refusal> &refusal)
 ListInputs TwinTab::listInputs() const
 {
     ListInputs lists;
-    lists.combined = m_near.isCombined();
-    lists.smiFiles = m_near.smiFiles();
+    // Both questions are the SFI tab's, also for the other image; only its own image leaves the
+    // files out for other devices.
+    const TwinTab *sfi = twin("sfi");
+    lists.combined = sfi->mcu().combined;
+    if (lists.combined || sfi != this) {
+        lists.smiFiles = sfi->m_form->list(Row::Smi)->rows().records();
+    }
     lists.externalInfos = extBinInfos;
     if (mcu().provisioned) {
         const QList<FileData *> records = m_form->list(Row::Obk)->rows().records();
@@ -133,25 +138,25 @@ ListInputs TwinTab::listInputs() const
 
 bool TwinTab::writeImage(const QString &path, const QByteArray &image)
 {
-    if (!confirmOverwrite(m_near.form, path)) {
+    if (!confirmOverwrite(context().boxParent, path)) {
         return false;
     }
     const auto *bytes = reinterpret_cast<const std::uint8_t *>(image.constData());
     if (!files::writeWhole(path, {bytes, static_cast<std::size_t>(image.size())})) {
-        showBox(m_near.form, BoxKind::Error, QLatin1String(m_twin.createFailed));
+        showBox(context().boxParent, BoxKind::Error, QLatin1String(m_twin.createFailed));
         return false;
     }
     return true;
 }
 
-bool TwinTab::chooseImage()
+void TwinTab::chooseImage()
 {
-    const QString path = chooseFile(m_near.form, *m_near.lastFolder,
+    const QString path = chooseFile(context().boxParent, context().lastFolder,
                                     QStringLiteral("SFI files (*.sfi ; *.ssfi ; *.mcsv)"));
     if (!path.isEmpty()) {
         m_form->parsePane()->field()->setPath(path);
+        parse(true);
     }
-    return !path.isEmpty();
 }
 
 void TwinTab::parse(bool fromUser)
@@ -159,7 +164,7 @@ void TwinTab::parse(bool fromUser)
     const QString path =
         fromUser ? m_form->parsePane()->field()->path() : m_form->field(Row::Output)->path();
     if (!QFileInfo::exists(path)) {
-        showBox(m_near.form, BoxKind::Error,
+        showBox(context().boxParent, BoxKind::Error,
                 QStringLiteral("Failure to parse SFI/SFIx/SSFI/MCSV file, image doesn't exist."));
         return;
     }
@@ -169,11 +174,15 @@ void TwinTab::parse(bool fromUser)
         parseModules(path);
         return;
     }
-    m_near.imageIsRead();
-    const auto record = openRecord(*m_near.fileManager, path);
+    if (TwinTab *sfix = twin("sfix")) {
+        sfix->dropFirmwareSelections();
+    }
+    const auto record = openRecord(context().fileManager, path);
     if (record == nullptr ||
         (record->type != file_type::kSfi && record->type != file_type::kSsfi)) {
-        m_near.clearImagePanes();
+        for (const char *key : {"sfi", "sfix"}) {
+            twin(key)->clearPanes();
+        }
         DisplayMng::getInstance().logMessage(5, L"Cannot parse SFI/SFIx image");
         return;
     }
@@ -183,7 +192,7 @@ void TwinTab::parse(bool fromUser)
 
 void TwinTab::parseModules(const QString &path)
 {
-    const auto record = openRecord(*m_near.fileManager, path);
+    const auto record = openRecord(context().fileManager, path);
     if (record == nullptr || record->type != file_type::kMcsv) {
         m_form->parsePane()->info()->reset();
         return;
@@ -197,6 +206,18 @@ void TwinTab::showImage(const QString &path, const FileSFI &image, const QString
 {
     m_form->parsePane()->info()->show(
         describeImage(path, static_cast<std::uint64_t>(QFileInfo(path).size()), image, version));
+}
+
+bool TwinTab::showChecked(const QString &path, const FileType &record)
+{
+    // The SFI tab shows the images of both.
+    if (twin("sfi") != this ||
+        (record.type != file_type::kSfi && record.type != file_type::kSsfi)) {
+        return false;
+    }
+    m_form->showImagePane();
+    showImage(path, static_cast<const FileSFI &>(record), QStringLiteral("01"));
+    return true;
 }
 
 void TwinTab::showFile(Row row)

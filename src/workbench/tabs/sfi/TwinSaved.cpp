@@ -12,6 +12,23 @@ namespace workbench
 namespace
 {
 
+// Keys of the settings file; the spelling of the last text is the one that all versions have.
+struct SavedText {
+    const char *key;
+    QString TwinValues::*value;
+};
+const SavedText kSavedTexts[] = {
+    {"Encryption key file", &TwinValues::keyPath},
+    {"Nonce file", &TwinValues::noncePath},
+    {"Option bytes file", &TwinValues::optionBytesPath},
+    {"Available RAM size", &TwinValues::ramText},
+    {"Continuation Token", &TwinValues::tokenText},
+    {"ouput SFI file", &TwinValues::outputPath},
+};
+const QLatin1String kVersionKey("Image version");
+const QLatin1String kSmiKey("smi files");
+const QLatin1String kKeyAreaKey("Area byte file");
+
 std::uint32_t firstAddress(const FileData &record)
 {
     return record.segments.empty() ? 0 : record.segments.front().address;
@@ -38,56 +55,88 @@ bool holds(const SavedPlaces &places, int at)
 
 }  // namespace
 
-SavedForm TwinTab::saved() const
+QString TwinTab::settingsGroup() const
 {
-    const TwinValues values = m_form->values();
-    SavedForm form;
-    form.key = values.keyPath;
-    form.nonce = values.noncePath;
-    form.optionBytes = values.optionBytesPath;
-    form.keyArea = values.keyAreaPath;
-    form.ram = values.ramText;
-    form.token = values.tokenText;
-    form.output = values.outputPath;
-    form.imageVersion = values.imageVersion;
+    return QLatin1String(m_twin.settingsGroup);
+}
 
+void TwinTab::save(SavedGroup &group) const
+{
     const FileRows &firmware = m_form->list(Row::Firmware)->rows();
-    form.firmware = firmware.paths();
+    QList<QVariant> addresses;
     for (const FileData *record : firmware.records()) {
-        form.firmwarePlaces.addresses << firstAddress(*record);
+        addresses << firstAddress(*record);
     }
+    group.set(QLatin1String(m_twin.savedFirmware), firmware.paths());
+    group.set(QLatin1String(m_twin.savedAddresses), addresses);
+    if (m_form->list(Row::External) != nullptr) {
+        saveExternal(group);
+    }
+    for (const SavedText &text : kSavedTexts) {
+        group.set(QLatin1String(text.key), m_form->values().*text.value);
+    }
+    group.set(kVersionKey, m_form->values().imageVersion);
     if (const FileList *smi = m_form->list(Row::Smi)) {
-        form.smi = smi->rows().paths();
+        group.set(kSmiKey, smi->rows().paths());
     }
-    if (const FileList *external = m_form->list(Row::External)) {
-        form.external = external->rows().paths();
-        for (const FileData *record : external->rows().records()) {
-            if (isPlaced(record->type)) {
-                form.externalPlaces.addresses << firstAddress(*record);
-            }
+}
+
+void TwinTab::saveExternal(SavedGroup &group) const
+{
+    const FileRows &external = m_form->list(Row::External)->rows();
+    QList<QVariant> addresses;
+    for (const FileData *record : external.records()) {
+        if (isPlaced(record->type)) {
+            addresses << firstAddress(*record);
         }
     }
+    QList<QVariant> modes;
+    QList<QVariant> numbers;
+    QList<QVariant> keyAddresses;
     for (const ExtBinInfo &info : extBinInfos) {
-        form.externalPlaces.modes << info.regionMode;
-        form.externalPlaces.numbers << info.regionNumber;
-        form.externalPlaces.keyAddresses << info.keyAddress;
+        modes << info.regionMode;
+        numbers << info.regionNumber;
+        keyAddresses << info.keyAddress;
     }
-    return form;
+    group.set(QStringLiteral("external firmware files"), external.paths());
+    group.set(QStringLiteral("External addresses"), addresses);
+    group.set(QStringLiteral("Mode"), modes);
+    group.set(QStringLiteral("Number"), numbers);
+    group.set(QStringLiteral("Key addresses"), keyAddresses);
+    group.set(kKeyAreaKey, m_form->field(Row::KeyArea)->path());
 }
 
-void TwinTab::restoreFields(const SavedForm &form)
+void TwinTab::restore(const SavedGroup &group)
 {
-    m_form->field(Row::Key)->setPath(form.key);
-    m_form->field(Row::Nonce)->setPath(form.nonce);
-    m_form->field(Row::OptionBytes)->setPath(form.optionBytes);
-    m_form->field(Row::Output)->setPath(form.output);
-    m_form->field(Row::KeyArea)->setPath(form.keyArea);
-    m_form->setRamText(form.ram);
-    m_form->setTokenText(form.token);
-    m_form->setImageVersion(form.imageVersion);
+    const auto path = [&group](const char *key) { return group.text(QLatin1String(key)); };
+    m_form->field(Row::Key)->setPath(path("Encryption key file"));
+    m_form->field(Row::Nonce)->setPath(path("Nonce file"));
+    m_form->field(Row::OptionBytes)->setPath(path("Option bytes file"));
+    m_form->field(Row::Output)->setPath(path("ouput SFI file"));
+    if (m_form->list(Row::External) != nullptr) {
+        m_form->field(Row::KeyArea)->setPath(group.text(kKeyAreaKey));
+    }
+    m_form->setRamText(path("Available RAM size"));
+    m_form->setTokenText(path("Continuation Token"));
+    m_form->setImageVersion(group.number(kVersionKey));
 }
 
-void TwinTab::restoreFiles(Row row, const QStringList &paths, const SavedPlaces &places)
+void TwinTab::restoreFiles(const SavedGroup &group)
+{
+    if (m_form->list(Row::Smi) != nullptr) {
+        restoreList(Row::Smi, group.texts(kSmiKey), {});
+    }
+    restoreList(Row::Firmware, group.texts(QLatin1String(m_twin.savedFirmware)),
+                {group.numbers(QLatin1String(m_twin.savedAddresses)), {}, {}, {}});
+    if (m_form->list(Row::External) != nullptr) {
+        restoreList(Row::External, group.texts(QStringLiteral("external firmware files")),
+                    {group.numbers(QStringLiteral("External addresses")),
+                     group.numbers(QStringLiteral("Mode")), group.numbers(QStringLiteral("Number")),
+                     group.numbers(QStringLiteral("Key addresses"))});
+    }
+}
+
+void TwinTab::restoreList(Row row, const QStringList &paths, const SavedPlaces &places)
 {
     int next = 0;
     for (const QString &path : paths) {
@@ -103,7 +152,7 @@ void TwinTab::restoreFiles(Row row, const QStringList &paths, const SavedPlaces 
             continue;
         }
         if (!restorePlace(row, *record, places, entry)) {
-            showBox(m_near.form, BoxKind::Error, QStringLiteral("Corrupted settings file"));
+            showBox(context().boxParent, BoxKind::Error, QStringLiteral("Corrupted settings file"));
             break;
         }
         appendFile(row, path, std::move(record));

@@ -1,5 +1,6 @@
 #include "workbench/tabs/sfi/TwinTab.h"
 
+#include "crypto/service/Crypto.h"
 #include "workbench/tabs/sfi/ExtFirAddInfoDialog.h"
 #include "workbench/tabs/sfi/SfiInspection.h"
 #include "workbench/widgets/AddressDialog.h"
@@ -10,6 +11,8 @@
 #include <QFileInfo>
 #include <QVBoxLayout>
 
+#include <algorithm>
+
 namespace workbench
 {
 
@@ -17,6 +20,23 @@ namespace
 {
 
 constexpr Row kListRows[] = {Row::Firmware, Row::External, Row::Smi, Row::Obk};
+
+constexpr int kKeyBytes = 16;
+constexpr int kNonceBytes = 12;
+
+std::optional<SharedField> sharedField(Row row)
+{
+    switch (row) {
+    case Row::Key:
+        return SharedField::Key;
+    case Row::Nonce:
+        return SharedField::Nonce;
+    case Row::OptionBytes:
+        return SharedField::OptionBytes;
+    default:
+        return std::nullopt;
+    }
+}
 
 bool accepts(Row row, std::uint32_t type)
 {
@@ -32,13 +52,42 @@ bool accepts(Row row, std::uint32_t type)
 
 }  // namespace
 
-TwinTab::TwinTab(const TwinTraits &twin, QWidget *page, TwinSurroundings surroundings)
-    : QObject(page), m_twin(twin), m_near(std::move(surroundings)), m_form(new TwinForm(twin, page))
+TwinTab::TwinTab(const TwinTraits &twin, const TabName &name, QWidget *page, FormContext &context)
+    : Tab(name, page, context), m_twin(twin), m_form(new TwinForm(twin, page))
 {
     auto *layout = new QVBoxLayout(page);
     layout->setContentsMargins(0, 0, 0, 0);
     layout->addWidget(m_form);
     connectLists();
+    connectFields();
+}
+
+TwinTab *TwinTab::twin(const char *key) const
+{
+    return qobject_cast<TwinTab *>(context().tab(QLatin1String(key)));
+}
+
+void TwinTab::connectFields()
+{
+    const auto onButton = [this](Row row, const char *role, void (TwinTab::*action)(Row)) {
+        connect(m_form->field(row)->button(QLatin1String(role)), &QPushButton::clicked, this,
+                [this, row, action] { (this->*action)(row); });
+    };
+    for (const Row row :
+         {Row::Key, Row::Nonce, Row::OptionBytes, Row::KeyArea, Row::Ssfi, Row::Modules}) {
+        onButton(row, "open", &TwinTab::choosePath);
+    }
+    onButton(Row::Key, "generate", &TwinTab::makeRandomFile);
+    onButton(Row::Nonce, "generate", &TwinTab::makeRandomFile);
+    connect(m_form->field(Row::Output)->button(QStringLiteral("folder")), &QPushButton::clicked,
+            this, &TwinTab::chooseOutputFolder);
+    for (const Row row : {Row::Key, Row::Nonce, Row::OptionBytes, Row::Output}) {
+        connect(m_form->field(row), &FileField::pathChanged, this, &TwinTab::updateGenerate);
+    }
+    connect(m_form->mcuBox(), qOverload<int>(&QComboBox::currentIndexChanged), this,
+            &TwinTab::changeMcu);
+    connect(m_form->generateButton(), &QPushButton::clicked, this, &TwinTab::generate);
+    connect(m_form->parsePane(), &ParsePane::browseRequested, this, &TwinTab::chooseImage);
 }
 
 void TwinTab::connectLists()
@@ -50,6 +99,13 @@ void TwinTab::connectLists()
         }
         connect(list, &FileList::filesDropped, this,
                 [this, row](const QStringList &paths) { addFiles(row, paths); });
+        connect(list, &FileList::addRequested, this, [this, row] { chooseFiles(row); });
+        connect(list, &FileList::removeRequested, this, [this, row] { removeSelected(row); });
+        connect(list, &FileList::selectionChanged, this,
+                [this, row](const QItemSelection &selection) {
+                    enableRemove(row, selection);
+                    display(row, selection);
+                });
         // A click shows the file again when another list's file was shown meanwhile.
         connect(list->view(), &QListView::clicked, this, [this, row] { pickFile(row); });
     }
@@ -57,14 +113,23 @@ void TwinTab::connectLists()
 
 const McuRow &TwinTab::mcu() const
 {
-    return m_twin.mcus[static_cast<std::size_t>(m_deviceIndex)];
+    return m_twin.mcus[static_cast<std::size_t>(m_form->mcuBox()->currentIndex())];
 }
 
 void TwinTab::changeMcu(int index)
 {
-    m_form->applyMcu(m_twin.mcus[static_cast<std::size_t>(index)]);
-    m_deviceIndex = index;
+    if (m_form->mcuBox()->currentIndex() != index) {
+        m_form->mcuBox()->setCurrentIndex(index);  // and comes here again
+        return;
+    }
+    m_form->applyMcu(mcu());
     updateGenerate();
+}
+
+void TwinTab::lockDevice(bool lock)
+{
+    const auto locked = std::ranges::find_if(m_twin.mcus, &McuRow::ofH5Panel);
+    m_lock.set(m_form->mcuBox(), static_cast<int>(locked - m_twin.mcus.begin()), lock);
 }
 
 void TwinTab::updateGenerate()
@@ -76,24 +141,64 @@ void TwinTab::updateGenerate()
 void TwinTab::chooseFiles(Row row)
 {
     const QString filter = QLatin1String(m_twin.find(row)->filter);
-    addFiles(row, workbench::chooseFiles(m_near.form, *m_near.lastFolder, filter));
+    addFiles(row, workbench::chooseFiles(context().boxParent, context().lastFolder, filter));
 }
 
-void TwinTab::chooseOwnPath(Row row)
+void TwinTab::choosePath(Row row)
 {
     const QString filter = QLatin1String(m_twin.find(row)->filter);
-    const QString path = chooseFile(m_near.form, *m_near.lastFolder, filter);
+    const QString path = chooseFile(context().boxParent, context().lastFolder, filter);
     if (!path.isEmpty()) {
+        setPath(row, path);
+    }
+}
+
+void TwinTab::setPath(Row row, const QString &path)
+{
+    if (const auto shared = sharedField(row)) {
+        context().share(*shared, path);
+    } else {
         m_form->field(row)->setPath(path);
     }
+}
+
+void TwinTab::takeShared(SharedField field, const QString &path)
+{
+    for (const Row row : {Row::Key, Row::Nonce, Row::OptionBytes}) {
+        if (sharedField(row) == field) {
+            m_form->field(row)->setPath(path);
+        }
+    }
+}
+
+void TwinTab::makeRandomFile(Row row)
+{
+    const bool isKey = row == Row::Key;
+    const QString path =
+        QFileDialog::getSaveFileName(context().boxParent, tr("Select file name"),
+                                     context().lastOutputFolder, tr("bin files (*.bin)"));
+    if (path.isEmpty()) {
+        return;
+    }
+    if (Crypto().generateEncryptionandNonce(path, isKey ? kKeyBytes : kNonceBytes) != 0) {
+        showBox(context().boxParent, BoxKind::Error,
+                isKey ? tr("Encrytpion Key File Generation Failed !!")
+                      : tr("Nonce File Generation Failed !!"));
+        return;
+    }
+    context().lastOutputFolder = QFileInfo(path).absolutePath();
+    setPath(row, path);
+    showBox(context().boxParent, BoxKind::Success,
+            isKey ? tr("Encrytpion Key file successfully created")
+                  : tr("Nonce file successfully created"));
 }
 
 void TwinTab::chooseOutputFolder()
 {
     const QString folder = QFileDialog::getExistingDirectory(
-        m_near.form, QStringLiteral("Select folder"), *m_near.lastOutputFolder);
+        context().boxParent, QStringLiteral("Select folder"), context().lastOutputFolder);
     if (!folder.isEmpty()) {
-        *m_near.lastOutputFolder = folder;
+        context().lastOutputFolder = folder;
         m_form->field(Row::Output)->setPath(folder + '/' + QLatin1String(m_twin.defaultName));
     }
 }
@@ -103,7 +208,7 @@ void TwinTab::addFiles(Row row, const QStringList &paths)
     if (paths.isEmpty()) {
         return;
     }
-    *m_near.lastFolder = paths.last();
+    context().lastFolder = paths.last();
     for (const QString &path : paths) {
         addFile(row, path);
     }
@@ -112,12 +217,12 @@ void TwinTab::addFiles(Row row, const QStringList &paths)
 
 files::RecordOwner<FileData> TwinTab::openFor(Row row, const QString &path)
 {
-    auto opened = openRecord(*m_near.fileManager, path);
+    auto opened = openRecord(context().fileManager, path);
     if (opened == nullptr) {
         return nullptr;
     }
     if (!accepts(row, opened->type)) {
-        showBox(m_near.form, BoxKind::Error,
+        showBox(context().boxParent, BoxKind::Error,
                 QStringLiteral("Unable to create an SFI image from the format of : ") +
                     QFileInfo(path).fileName());
         return nullptr;
@@ -152,7 +257,7 @@ bool TwinTab::askPlace(Row row, const QString &path, FileData &record)
     if (row != Row::Firmware || record.type != file_type::kBinary) {
         return true;
     }
-    AddressDialog dialog(QFileInfo(path).fileName(), m_near.form);
+    AddressDialog dialog(QFileInfo(path).fileName(), context().boxParent);
     if (dialog.exec() != QDialog::Accepted) {
         return false;
     }
@@ -169,7 +274,7 @@ bool TwinTab::askExternalPlace(const QString &path, FileData &record)
     SegmentData &first = record.segments.front();
     const QString start =
         isBinary ? QStringLiteral("-1") : QStringLiteral("0x") + QString::number(first.address, 16);
-    ExtFirAddInfoDialog dialog(QFileInfo(path).fileName(), start, m_near.form);
+    ExtFirAddInfoDialog dialog(QFileInfo(path).fileName(), start, context().boxParent);
     if (mcu().provisioned) {
         dialog.setRegionModeRange(1, 2);
         dialog.setRegionNumberRange(0, 3);
@@ -238,6 +343,11 @@ void TwinTab::dropFirmwareSelections()
             list->removeButton()->setEnabled(false);
         }
     }
+}
+
+void TwinTab::clearPanes()
+{
+    m_form->parsePane()->info()->reset();
 }
 
 void TwinTab::clear()

@@ -1,6 +1,8 @@
 #pragma once
 #include "files/FileManager.h"
 #include "preparation/Preparation.h"
+#include "workbench/forms/DeviceLock.h"
+#include "workbench/forms/Tab.h"
 #include "workbench/tabs/sfi/SavedForm.h"
 #include "workbench/tabs/sfi/SfiRequest.h"
 #include "workbench/tabs/sfi/TwinForm.h"
@@ -8,44 +10,41 @@
 #include <QObject>
 #include <QVector>
 
-#include <functional>
 #include <optional>
 
 namespace workbench
 {
 
-/// What the form lends its SFI and SFIx tabs. The tabs keep a copy; the form outlives them.
-struct TwinSurroundings {
-    QWidget *form = nullptr;  ///< parent of all boxes and dialogs
-    FileManager *fileManager = nullptr;
-    Preparation *preparation = nullptr;
-    QString *lastFolder = nullptr;
-    QString *lastOutputFolder = nullptr;
-    std::function<bool()> isCombined;             ///< whether SMI files go into the image
-    std::function<QList<FileData *>()> smiFiles;  ///< and which
-    std::function<void()> imageIsRead;            ///< called before a pane reads an image
-    std::function<void()> clearImagePanes;        ///< of both tabs
-};
-
 /// The SFI or SFIx tab at work: lists, steps of a request, panes.
-class TwinTab : public QObject
+class TwinTab : public Tab
 {
     Q_OBJECT
 
 public:
     /// Builds the form into `page`, which owns everything.
-    TwinTab(const TwinTraits &twin, QWidget *page, TwinSurroundings surroundings);
+    TwinTab(const TwinTraits &twin, const TabName &name, QWidget *page, FormContext &context);
+
+    void clear() override;
+    void clearPanes() override;
+    void lockDevice(bool lock) override;
+    void takeShared(SharedField field, const QString &path) override;
+    bool showChecked(const QString &path, const FileType &record) override;
+    [[nodiscard]] QString settingsGroup() const override;
+    void save(SavedGroup &group) const override;
+    void restore(const SavedGroup &group) override;
+    void restoreFiles(const SavedGroup &group) override;
 
     [[nodiscard]] TwinForm *form() const { return m_form; }
     [[nodiscard]] const McuRow &mcu() const;
 
-    // What the buttons and lists of the form do; `CentralWidget` has a slot for each.
-    void changeMcu(int index);
+    // What the buttons and lists of the form do; `CentralWidget` has an operation for each.
+    void changeMcu(int index);  ///< chooses an entry of the MCU box and sets the form for it
     void chooseFiles(Row row);  ///< asks for files, and adds them
     void removeSelected(Row row);
     void enableRemove(Row row, const QItemSelection &selection);
     void display(Row row, const QItemSelection &selection);  ///< the selected file; none: no change
-    void chooseOwnPath(Row row);                             ///< of a field that no other tab has
+    void choosePath(Row row);      ///< asks for a file; a shared field's goes to all tabs
+    void makeRandomFile(Row row);  ///< asks for a name; key or nonce
     void chooseOutputFolder();
     void updateGenerate();  ///< enables or disables the Generate button
     void generate();
@@ -57,8 +56,7 @@ public:
     /// step with it: S-record and ELF files have no entry.
     QVector<ExtBinInfo> extBinInfos;
 
-    /// Asks for an image and puts its path into the parse pane. @return false when cancelled
-    bool chooseImage();
+    void chooseImage();  ///< asks for an image and shows it in the parse pane
 
     /// Shows an image or a modules list in the parse pane.
     /// @param fromUser  take the pane's path as it stands; otherwise the output path
@@ -70,19 +68,15 @@ public:
     /// Disables the "Remove" buttons of the firmware lists until something is selected again.
     void dropFirmwareSelections();
 
-    // Saved state (TwinSaved.cpp)
-    [[nodiscard]] SavedForm saved() const;
-    void restoreFields(const SavedForm &form);  ///< texts and version, no lists
-
     /// Reads the files of a list that was saved. One that can't be read or doesn't fit is left out,
     /// reported; the others keep the places saved for them. "Corrupted settings file" ends it when
     /// a place is missing, and what was restored so far stays.
-    void restoreFiles(Row row, const QStringList &paths, const SavedPlaces &places);
-
-    void clear();
+    void restoreList(Row row, const QStringList &paths, const SavedPlaces &places);
 
 private:
     void connectLists();
+    void connectFields();
+    [[nodiscard]] TwinTab *twin(const char *key) const;  ///< SFI or SFIx; null while not built
     void addFile(Row row, const QString &path);
     /// @return the file as this row takes it; null when it can't, which has been reported
     files::RecordOwner<FileData> openFor(Row row, const QString &path);
@@ -91,9 +85,11 @@ private:
     bool askPlace(Row row, const QString &path, FileData &record);
     bool askExternalPlace(const QString &path, FileData &record);
     void dropFile(Row row, int at);
+    void saveExternal(SavedGroup &group) const;
     void pickFile(Row row);  ///< the user turned to the selected file
     void showFile(Row row);
     void parseModules(const QString &path);
+    void setPath(Row row, const QString &path);  ///< in this tab or, of a shared field, in all
 
     // Steps of a request; each returns false when the request ends.
     bool reload(Row row, KeepAddress keep, bool disablesWhenEmpty);
@@ -105,9 +101,8 @@ private:
     bool writeImage(const QString &path, const QByteArray &image);
 
     const TwinTraits &m_twin;
-    TwinSurroundings m_near;
     TwinForm *m_form;
-    int m_deviceIndex = 0;          ///< entry of the MCU box that the form stands for
+    DeviceLock m_lock;
     std::optional<Row> m_shownRow;  ///< list whose file stands in "Firmware information"
 };
 

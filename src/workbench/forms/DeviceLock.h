@@ -1,0 +1,21 @@
+#pragma once
+
+class QComboBox;
+
+namespace workbench
+{
+
+/// What the H5 panel does to the device box of a tab.
+class DeviceLock
+{
+public:
+    /// Puts the box on an entry and disables it; or enables it again with the entry that the user
+    /// had chosen. Either twice is the same as once: storing twice would lose the user's choice,
+    /// and restoring without a lock would bring back a stale one.
+    void set(QComboBox *box, int entry, bool lock);
+
+private:
+    int m_chosen = 0;  ///< the user's entry while locked
+};
+
+}  // namespace workbench

@@ -1,0 +1,84 @@
+#include "workbench/frame/TabRegistry.h"
+
+#include "workbench/forms/PlaceholderTab.h"
+#include "workbench/tabs/sfi/SfiTabs.h"
+
+#include <algorithm>
+
+namespace workbench
+{
+
+namespace
+{
+
+using Built = TabEntry::Built;
+
+constexpr TabEntry kTabs[] = {
+    {{"sfi", "SFI"}, Built::WithTheForm, makeSfiTab, nullptr},
+    {{"smi", "SMI"},
+     Built::WithTheForm,
+     nullptr,
+     "This tab makes secure module images (SMI) from ELF files; its form isn't part of this "
+     "version."},
+    {{"sfix", "SFIx"}, Built::WithTheForm, makeSfixTab, nullptr},
+    {{"ssp", "SSP"},
+     Built::WithTheForm,
+     nullptr,
+     "This tab makes secret-provisioning images (SSP) for microprocessors; its form isn't part of "
+     "this version."},
+    {{"sign", "VDR32WB Sign"},
+     Built::WithTheForm,
+     nullptr,
+     "This tab signs firmware images of wireless devices; its form isn't part of this version."},
+    {{"hsm", "HSM"},
+     Built::WithTheForm,
+     nullptr,
+     "This tab programs hardware security modules for licensed production; its form isn't part of "
+     "this version."},
+    {{"ob", "SFI Option Bytes"},
+     Built::WithTheForm,
+     nullptr,
+     "This tab edits option bytes and writes them to the CSV file that the SFI tabs read; its form "
+     "isn't part of this version."},
+    {{"lic", "License Gen"},
+     Built::WithTheForm,
+     nullptr,
+     "This tab makes licence files for devices; its form isn't part of this version."},
+    {{"da", "DA CertifGen"},
+     Built::WithTheForm,
+     nullptr,
+     "This tab makes and chains certificates for debug authentication; its form isn't part of "
+     "this version."},
+    {{"obk", "OBkey"},
+     Built::LaterOnce,
+     nullptr,
+     "This tab makes provisioning files (OBK) from XML templates; its form isn't part of this "
+     "version."},
+    {{"img", "Image Gen"},
+     Built::ManyTimes,
+     nullptr,
+     "This tab makes boot images through the image tool, from XML templates; its form isn't part "
+     "of this version."},
+};
+
+}  // namespace
+
+std::span<const TabEntry> tabRegistry()
+{
+    return kTabs;
+}
+
+const TabEntry &tabEntry(const QString &key)
+{
+    return *std::ranges::find_if(
+        kTabs, [&key](const TabEntry &entry) { return key == QLatin1String(entry.name.key); });
+}
+
+Tab *makeTab(const TabEntry &entry, QWidget *page, FormContext &context)
+{
+    return entry.make != nullptr
+               ? entry.make(entry.name, page, context)
+               : new PlaceholderTab(entry.name, page, context, QObject::tr(entry.sentence));
+}
+
+}  // namespace workbench
