@@ -9,6 +9,7 @@
 #include <openssl/err.h>
 #include <openssl/obj_mac.h>
 #include <openssl/pem.h>
+#include <openssl/x509.h>
 
 #include <cstring>
 
@@ -121,6 +122,22 @@ Result<EcKey> EcKey::fromKey(EvpKey key)
     }
     result.m_key = std::move(key);
     return result;
+}
+
+Result<EcKey> EcKey::fromPoint(Curve curve, ByteView point)
+{
+    std::vector<std::uint8_t> der = formOf(curve).derFront;
+    der.insert(der.end(), point.begin(), point.end());
+    const unsigned char *at = der.data();
+    EvpKey key(point.size() == 2 * kScalarBytes
+                   ? d2i_PUBKEY(nullptr, &at, static_cast<long>(der.size()))
+                   : nullptr);
+    ERR_clear_error();
+    if (!key) {
+        return fail(ErrorCode::BadValue,
+                    std::string("it is no point of the curve ") + curveName(curve));
+    }
+    return fromKey(std::move(key));
 }
 
 Result<EcKey> EcKey::readPublic(ByteView pem)

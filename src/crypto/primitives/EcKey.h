@@ -34,6 +34,11 @@ public:
     ///         public key, another kind or curve
     static files::Result<EcKey> readPrivate(ByteView pem, const char *phrase);
 
+    /// A public key from its point alone.
+    /// @param point  X, then Y, 32 bytes each, big-endian
+    /// @return BadValue when it is no point of the curve
+    static files::Result<EcKey> fromPoint(Curve curve, ByteView point);
+
     [[nodiscard]] Curve curve() const { return m_curve; }
 
     /// The public half as `SubjectPublicKeyInfo` in DER: named curve, uncompressed point.

@@ -1,0 +1,212 @@
+#include "certif/Description.h"
+
+#include "certif/Words.h"
+
+#include <QMap>
+
+#include <algorithm>
+#include <functional>
+
+namespace certif
+{
+
+namespace
+{
+
+using files::ErrorCode;
+using files::fail;
+
+constexpr std::size_t kGroupDigits = 8;
+
+QString roleLine(const QString &role)
+{
+    const auto *hit = std::find_if(kRoles.begin(), kRoles.end(), [&role](const RoleWords &words) {
+        return role == QLatin1String(words.role);
+    });
+    const unsigned number = hit == kRoles.end() ? kRoles.back().number : hit->number;
+    return QStringLiteral("role: %1").arg(number);
+}
+
+QString usageLine(const QString &usage)
+{
+    return usage == QLatin1String(kUsages.front()) ? QStringLiteral("usage: 1")
+                                                   : QStringLiteral("usage: 2");
+}
+
+QString lifecycleLine(const QString &lifecycle)
+{
+    for (const LifecycleWords &words : kLifecycles) {
+        if (lifecycle == QLatin1String(words.text)) {
+            return QStringLiteral("lifecycle: 0x%1").arg(words.number, 2, 16, QLatin1Char('0'));
+        }
+    }
+    return QStringLiteral("lifecycle: ") + lifecycle;
+}
+
+/// A number of up to 128 bits, decimal up to 64 of them, lowest byte first.
+bool parseWide(QString text, Identifier &out)
+{
+    out.fill(0);
+    if (!text.startsWith(QLatin1String("0x"), Qt::CaseInsensitive)) {
+        bool ok = false;
+        const quint64 number = text.toULongLong(&ok, 10);
+        for (std::size_t i = 0; i < sizeof number; ++i) {
+            out[i] = static_cast<std::uint8_t>(number >> (8 * i));
+        }
+        return ok && !text.startsWith('-') && !text.startsWith('+');
+    }
+    text.remove(0, 2);
+    if (text.isEmpty()) {
+        return false;
+    }
+    std::size_t digits = 0;
+    for (auto letter = text.crbegin(); letter != text.crend(); ++letter) {
+        bool ok = false;
+        const int digit = QString(*letter).toInt(&ok, 16);
+        if (!ok || letter->unicode() > 'f') {
+            return false;
+        }
+        if (digits >= 2 * out.size()) {
+            if (digit != 0) {
+                return false;
+            }
+            continue;
+        }
+        out[digits / 2] = static_cast<std::uint8_t>(out[digits / 2] | digit << (digits % 2 * 4));
+        ++digits;
+    }
+    return true;
+}
+
+template <typename Field>
+bool parseInto(const QString &text, Field &field)
+{
+    Identifier wide{};
+    if (!parseWide(text, wide)) {
+        return false;
+    }
+    std::uint64_t value = 0;
+    for (std::size_t i = 0; i < wide.size(); ++i) {
+        if (i < sizeof value) {
+            value |= std::uint64_t{wide[i]} << (8 * i);
+        } else if (wide[i] != 0) {
+            return false;
+        }
+    }
+    field = static_cast<Field>(value);
+    return static_cast<std::uint64_t>(field) == value;
+}
+
+bool parseRole(const QString &text, Role &role)
+{
+    std::uint8_t number = 0;
+    role = parseInto(text, number) ? static_cast<Role>(number) : Role{};
+    return role >= Role::Root && role <= Role::Leaf;
+}
+
+bool takeText(const QString &text, QString &field)
+{
+    field = text;
+    return !text.isEmpty();
+}
+
+using Taker = std::function<bool(const QString &)>;
+
+QMap<QString, Taker> takers(Request &request)
+{
+    Certificate &fields = request.certificate;
+    return {
+        {"name", [&](const QString &text) { return takeText(text, request.name); }},
+        {"issuer-key", [&](const QString &text) { return takeText(text, request.issuerKey); }},
+        {"subject-key", [&](const QString &text) { return takeText(text, request.subjectKey); }},
+        {"role", [&](const QString &text) { return parseRole(text, fields.role); }},
+        {"usage", [&](const QString &text) { return parseInto(text, fields.usage); }},
+        {"lifecycle", [&](const QString &text) { return parseInto(text, fields.lifecycle); }},
+        {"oem_constraint",
+         [&](const QString &text) { return parseInto(text, fields.oemConstraint); }},
+        {"soc_class", [&](const QString &text) { return parseInto(text, fields.socClass); }},
+        {"soc_id", [&](const QString &text) { return parseWide(text, fields.socId); }},
+        {"permissions_mask",
+         [&](QString text) {
+             return !text.endsWith('_') && parseWide(text.remove('_'), fields.permissions);
+         }},
+    };
+}
+
+}  // namespace
+
+QString maskText(const std::vector<bool> &buttons)
+{
+    static constexpr char kDigits[] = "0123456789abcdef";
+    QString out;
+    for (std::size_t digit = 0; 4 * digit < buttons.size(); ++digit) {
+        unsigned value = 0;
+        for (std::size_t bit = 0; bit < 4 && 4 * digit + bit < buttons.size(); ++bit) {
+            value |= buttons[4 * digit + bit] ? 1U << bit : 0U;
+        }
+        if (digit != 0 && digit % kGroupDigits == 0) {
+            out.prepend('_');
+        }
+        out.prepend(QLatin1Char(kDigits[value]));
+    }
+    return out;
+}
+
+files::Result<QByteArray> describe(const DescriptionValues &values)
+{
+    const QStringList lines{
+        QStringLiteral("name: ") + values.name,
+        QStringLiteral("issuer-key: ") + values.issuerKey,
+        QStringLiteral("subject-key: ") + values.subjectKey,
+        roleLine(values.role),
+        usageLine(values.usage),
+        lifecycleLine(values.lifecycle),
+        QStringLiteral("oem_constraint: ") + values.oemConstraint,
+        QStringLiteral("soc_class: ") + values.socClass,
+        QStringLiteral("soc_id: ") + values.socId,
+        QStringLiteral("permissions_mask: 0x") + values.mask,
+    };
+    for (const QString &line : lines) {
+        if (line.contains('\n') || line.contains('\r')) {
+            return fail(ErrorCode::Refused, "The value of \"" +
+                                                line.section(':', 0, 0).toStdString() +
+                                                "\" holds a line end");
+        }
+    }
+    return (lines.join('\n') + '\n').toUtf8();
+}
+
+files::Result<Request> parseDescription(const QByteArray &text)
+{
+    Request request;
+    QMap<QString, Taker> missing = takers(request);
+    int number = 0;
+    const auto refuse = [&number](const QString &why) {
+        return fail(ErrorCode::BadValue,
+                    QStringLiteral("line %1: %2").arg(number).arg(why).toStdString());
+    };
+    const QStringList known = missing.keys();
+    const QStringList lines = QString::fromUtf8(text).split('\n');
+    for (const QString &line : lines) {
+        ++number;
+        if (line.trimmed().isEmpty() || line.startsWith('#')) {
+            continue;
+        }
+        const QString key = line.section(':', 0, 0).trimmed();
+        const auto taker = missing.find(key);
+        if (taker == missing.end()) {
+            return refuse((known.contains(key) ? "a second \"" : "unknown key \"") + key + '"');
+        }
+        const QString value = line.section(':', 1).trimmed();
+        if (!(*taker)(value)) {
+            return refuse('"' + key + "\" can't be \"" + value + '"');
+        }
+        missing.erase(taker);
+    }
+    if (!missing.isEmpty()) {
+        return refuse("the description ends without \"" + missing.firstKey() + '"');
+    }
+    return request;
+}
+
+}  // namespace certif

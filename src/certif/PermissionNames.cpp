@@ -1,0 +1,76 @@
+#include "certif/PermissionNames.h"
+
+#include "xml/Document.h"
+#include "xml/Schema.h"
+
+#include <QDir>
+
+namespace certif
+{
+
+namespace
+{
+
+constexpr int kMostFamilies = 100;
+
+QString textOf(const QDomElement &parent, const char *name)
+{
+    return parent.firstChildElement(QLatin1String(name)).text().trimmed();
+}
+
+files::Result<Family> readFamily(const QString &path, const xml::Schema &schema)
+{
+    const auto bytes = xml::readBounded(path);
+    if (!bytes) {
+        return tl::unexpected(bytes.error());
+    }
+    if (const auto valid = schema.validate(*bytes); !valid) {
+        const xml::Fault &fault = valid.error();
+        return files::fail(
+            files::ErrorCode::BadValue,
+            QStringLiteral("line %1: %2").arg(fault.line).arg(fault.text).toStdString());
+    }
+    const auto document = xml::parse(*bytes);
+    if (!document) {
+        return tl::unexpected(document.error());
+    }
+    const QDomElement format =
+        document->documentElement().firstChildElement(QStringLiteral("CertifFormat"));
+    Family family;
+    family.name = textOf(format, "Family");
+    family.socClass = textOf(format, "SocClass");
+    const QString entry = QStringLiteral("Permission");
+    for (QDomElement bit = format.firstChildElement(entry); !bit.isNull();
+         bit = bit.nextSiblingElement(entry)) {
+        const std::size_t index = textOf(bit, "Bit").toUInt();
+        if (index < family.bits.size()) {
+            family.bits[index] = {textOf(bit, "Name"), textOf(bit, "Tooltip")};
+        }
+    }
+    return family;
+}
+
+}  // namespace
+
+std::vector<Family> readFamilies(const QString &folder, const QString &schema,
+                                 QStringList &problems)
+{
+    const auto rules = xml::Schema::load(schema);
+    if (!rules) {
+        problems << QString::fromStdString(rules.error().text);
+        return {};
+    }
+    std::vector<Family> families;
+    const QStringList names = QDir(folder).entryList({QStringLiteral("*.xml")}, QDir::Files);
+    for (const QString &name : names.mid(0, kMostFamilies)) {
+        auto family = readFamily(folder + '/' + name, *rules);
+        if (family) {
+            families.push_back(std::move(*family));
+        } else {
+            problems << name + QStringLiteral(": ") + QString::fromStdString(family.error().text);
+        }
+    }
+    return families;
+}
+
+}  // namespace certif

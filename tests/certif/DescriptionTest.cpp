@@ -1,0 +1,104 @@
+#include "certif/Description.h"
+
+#include <gtest/gtest.h>
+
+using namespace certif;
+
+namespace
+{
+
+DescriptionValues values()
+{
+    return {"/out/dev", "/keys/root.pem", "/keys/sub é.pem", "INTERMEDIATE", "RMA", "SECURED", "0",
+            "0x123",    "0x0f",           "0000_0001"};
+}
+
+QByteArray lines()
+{
+    return "name: /out/dev\nissuer-key: /keys/root.pem\nsubject-key: /keys/sub é.pem\nrole: 2\n"
+           "usage: 2\nlifecycle: 0x30\noem_constraint: 0\nsoc_class: 0x123\nsoc_id: 0x0f\n"
+           "permissions_mask: 0x0000_0001\n";
+}
+
+}  // namespace
+
+TEST(Mask, FirstButtonIsTheLowestBitAndGroupsHaveEightDigits)
+{
+    std::vector<bool> buttons(128, false);
+    EXPECT_EQ(maskText(buttons), "00000000_00000000_00000000_00000000");
+    buttons[0] = true;
+    buttons[37] = true;
+    buttons[127] = true;
+    EXPECT_EQ(maskText(buttons), "80000000_00000000_00000020_00000001");
+    EXPECT_EQ(maskText({true, true, false, true, true}), "1b");
+    EXPECT_EQ(maskText({}), "");
+}
+
+TEST(Describe, WritesEachLineInItsOrder)
+{
+    EXPECT_EQ(*describe(values()), lines());
+    auto other = values();
+    other.role = "LEAF";
+    other.usage = "STANDARD";
+    other.lifecycle = "UNKNOWN";
+    const QByteArray text = *describe(other);
+    EXPECT_TRUE(text.contains("\nrole: 3\nusage: 1\nlifecycle: 0x00\n")) << text.constData();
+}
+
+TEST(Describe, AValueThatWouldBeginALineIsRefused)
+{
+    auto forged = values();
+    forged.socId = "0\npermissions_mask: 0xffffffff";
+    const auto text = describe(forged);
+    ASSERT_FALSE(text);
+    EXPECT_EQ(text.error().text, "The value of \"soc_id\" holds a line end");
+}
+
+TEST(Parse, ReadsWhatDescribeWrites)
+{
+    const auto request = parseDescription(lines());
+    ASSERT_TRUE(request) << request.error().text;
+    EXPECT_EQ(request->name, "/out/dev");
+    EXPECT_EQ(request->subjectKey, "/keys/sub é.pem");
+    EXPECT_EQ(request->certificate.role, Role::Intermediate);
+    EXPECT_EQ(request->certificate.usage, 2);
+    EXPECT_EQ(request->certificate.lifecycle, 0x30);
+    EXPECT_EQ(request->certificate.socClass, 0x123U);
+    EXPECT_EQ(hexText(request->certificate.socId), "0xf");
+    EXPECT_EQ(hexText(request->certificate.permissions), "0x1");
+}
+
+struct Bad {
+    const char *name;
+    const char *from;
+    const char *to;
+    const char *complaint;
+};
+
+class DescriptionFaults : public ::testing::TestWithParam<Bad>
+{
+};
+
+TEST_P(DescriptionFaults, AreNamedWithTheirLine)
+{
+    const auto request = parseDescription(lines().replace(GetParam().from, GetParam().to));
+    ASSERT_FALSE(request);
+    EXPECT_EQ(request.error().text, GetParam().complaint);
+}
+
+INSTANTIATE_TEST_SUITE_P(
+    Lines, DescriptionFaults,
+    ::testing::Values(
+        Bad{"Unknown", "usage: 2", "usages: 2", "line 5: unknown key \"usages\""},
+        Bad{"Doubled", "usage: 2", "role: 2", "line 5: a second \"role\""},
+        Bad{"Missing", "usage: 2\n", "", "line 10: the description ends without \"usage\""},
+        Bad{"Role", "role: 2", "role: 4", "line 4: \"role\" can't be \"4\""},
+        Bad{"Wide", "usage: 2", "usage: 0x100", "line 5: \"usage\" can't be \"0x100\""},
+        Bad{"Wrapped", "soc_class: 0x123", "soc_class: 0x1000000000000000000000001",
+            "line 8: \"soc_class\" can't be \"0x1000000000000000000000001\""},
+        Bad{"Negative", "oem_constraint: 0", "oem_constraint: -1",
+            "line 7: \"oem_constraint\" can't be \"-1\""},
+        Bad{"MaskOf132Bits", "0x0000_0001", "0x1_00000000_00000000_00000000_00000000",
+            "line 10: \"permissions_mask\" can't be \"0x1_00000000_00000000_00000000_00000000\""},
+        Bad{"NoDigits", "0x0f", "0x", "line 9: \"soc_id\" can't be \"0x\""}),
+    [](const auto &fault) { return fault.param.name; });

@@ -1,0 +1,45 @@
+#include "Commands.h"
+#include "Files.h"
+#include "files/base/SafeWriter.h"
+
+namespace adac
+{
+
+using files::fail;
+
+files::Result<void> chain(const std::string &out, const Paths &certificates)
+{
+    certif::Chain whole;
+    std::vector<std::string> origins;
+    for (const std::string &path : certificates) {
+        auto part = readChainFile(path);
+        if (!part) {
+            return tl::unexpected(part.error());
+        }
+        origins.insert(origins.end(), part->size(), path);
+        whole.insert(whole.end(), part->begin(), part->end());
+    }
+    const auto steps = certif::examine(whole);
+    for (std::size_t i = 0; i < steps.size(); ++i) {
+        // What stands above a lone certificate below the root isn't here to check it against.
+        const bool isChecked = i > 0 || whole[i].role == certif::Role::Root;
+        if (isChecked && !steps[i].issuerMatches) {
+            return fail(files::ErrorCode::BadChecksum,
+                        origins[i] + ": " +
+                            (i > 0 ? "it is not signed by the key of the certificate above"
+                                   : "the root certificate is not signed by its own key"));
+        }
+    }
+    const auto bytes = certif::encodeChain(whole);
+    const QByteArray text =
+        QByteArray(reinterpret_cast<const char *>(bytes.data()), static_cast<int>(bytes.size()))
+            .toBase64() +
+        '\n';
+    if (const auto written = files::writeWhole(QFile::decodeName(out.c_str()), spanOf(text));
+        !written) {
+        return fail(written.error().code, out + ": " + written.error().text);
+    }
+    return {};
+}
+
+}  // namespace adac
