@@ -1,5 +1,6 @@
 #include "files/FileManager.h"
 #include "files/containers/SfiAreaRules.h"
+#include "files/firmware/SegmentList.h"
 
 #include <benchmark/benchmark.h>
 
@@ -73,7 +74,7 @@ void areaRules(benchmark::State &state)
     }
     areas.push_back({0, 4, nullptr, 'C'});
     for (auto _ : state) {
-        benchmark::DoNotOptimize(files::refusalOfSfiAreas(areas));
+        benchmark::DoNotOptimize(files::checkSfiAreas(areas));
     }
     state.SetItemsProcessed(state.iterations() * state.range(0));
 }

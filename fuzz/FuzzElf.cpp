@@ -1,6 +1,7 @@
 #include "FuzzSupport.h"
 
 #include "files/FileManager.h"
+#include "files/firmware/SegmentList.h"
 #include "support/ElfBytes.h"
 #include "support/HexLines.h"
 

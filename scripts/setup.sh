@@ -5,7 +5,7 @@ set -euo pipefail
 
 purpose=${1:-run}
 packages=(g++ cmake ninja-build pkg-config git
-    qtbase5-dev libqt5xmlpatterns5-dev libssl-dev libelf-dev libexpected-dev libbotan-2-dev
+    qtbase5-dev libqt5xmlpatterns5-dev libssl-dev libexpected-dev libbotan-2-dev
     librsvg2-bin fonts-dejavu-core xvfb)
 case $purpose in
     run) ;;

@@ -1,136 +1,50 @@
 #include "files/FileManager.h"
 
-#include "files/FileNames.h"
-#include "files/base/ByteCursor.h"
+#include "files/Reporting.h"
 #include "files/base/FileReader.h"
-#include "files/base/PageBlock.h"
-#include "report/DisplayMng.h"
+#include "files/containers/ObkReader.h"
+#include "files/containers/SmiReader.h"
+#include "files/firmware/BinaryReader.h"
+#include "files/firmware/SegmentList.h"
 
 #include <QFileInfo>
 #include <QRegExp>
 
-#include <array>
-#include <cstdlib>
-#include <cstring>
 #include <new>
 
 namespace
 {
 
-using files::MallocArray;
+using files::ErrorCode;
 using files::RecordOwner;
+using report::Level;
 using OwnedRecord = RecordOwner<FileType>;
 
-constexpr auto kNoMemory = L"Unable to allocate enough memory to read the file";
-constexpr auto kShortRead = L"Error while reading the file";
-
-void reportError(const wchar_t *text)
+/// The record, or null after the error's own text has been reported.
+template <typename Record>
+OwnedRecord orReport(files::Result<RecordOwner<Record>> record)
 {
-    DisplayMng::getInstance().logMessage(5, L"%ls", text);
-}
-
-OwnedRecord refuse(const wchar_t *text)
-{
-    reportError(text);
-    return nullptr;
-}
-
-/// Reads `size` bytes from `offset` on into a block with one byte to spare.
-/// @return null after a report
-MallocArray<std::uint8_t> readBlock(QFile &file, qint64 offset, qint64 size,
-                                    const wchar_t *shortRead)
-{
-    // Segments hold 32-bit sizes. The pages of a forged size stay untouched.
-    MallocArray<std::uint8_t> block;
-    if (size >= 0 && size <= UINT32_MAX) {
-        block = files::allocateBlock(static_cast<std::size_t>(size) + 1);
-    }
-    if (!block) {
-        reportError(kNoMemory);
+    if (!record) {
+        files::reportText(record.error());
         return nullptr;
     }
-    if (!file.seek(offset)) {
-        reportError(L"Unable to find fPosition");
-        return nullptr;
-    }
-    if (!files::readExactly(file, {block.get(), static_cast<std::size_t>(size)})) {
-        reportError(shortRead);
-        return nullptr;
-    }
-    return block;
-}
-
-/// Gives the record its one segment, at address 0.
-void storeOnly(FileData &record, MallocArray<std::uint8_t> block, qint64 size)
-{
-    record.segments.reserve(1);  // a throw here must still find the block owned
-    record.segments.push_back({0, static_cast<std::uint32_t>(size), block.release()});
-    record.segmentCount = 1;
-}
-
-OwnedRecord readBinary(QFile &file, unsigned int position, unsigned int size)
-{
-    RecordOwner<FileData> record(new FileData);
-    record->type = file_type::kBinary;
-    const qint64 wanted = size != 0 ? size : file.size();
-    auto block = readBlock(file, position, wanted, kShortRead);
-    if (!block) {
-        return nullptr;
-    }
-    storeOnly(*record, std::move(block), wanted);
-    return record;
+    return std::move(*record);
 }
 
 OwnedRecord readSmi(FileManager &, QFile &file)
 {
-    constexpr char kMagic[] = "SMIMAGIC";
-    std::array<std::uint8_t, sizeof kMagic - 1> magic = {};
-    if (!files::readExactly(file, magic)) {
-        return refuse(L"Error while reading SMI magic header");
-    }
-    if (std::memcmp(magic.data(), kMagic, magic.size()) != 0) {
-        DisplayMng::getInstance().logMessage(5, L"The file %ls is not an SMI image",
-                                             files::nameWithoutFolder(file).c_str());
+    auto record = files::readSmi(file);
+    if (!record && record.error().code == ErrorCode::BadMagic) {
+        report::message(Level::Error, L"The file %ls is not an SMI image",
+                        files::nameWithoutFolder(file).c_str());
         return nullptr;
     }
-    RecordOwner<FileData> record(new FileData);
-    record->type = file_type::kSmi;
-    const qint64 size = file.size();
-    auto block = readBlock(file, 0, size, L"Error while reading SMI data segment");
-    if (!block) {
-        return nullptr;
-    }
-    storeOnly(*record, std::move(block), size);
-    return record;
+    return orReport(std::move(record));
 }
 
 OwnedRecord readObk(FileManager &, QFile &file)
 {
-    constexpr qint64 kHead = 12;
-    RecordOwner<FileOBK> record(new (std::nothrow) FileOBK);
-    if (!record) {
-        return refuse(L"OBK Out of memory");
-    }
-    record->type = file_type::kObk;
-    // A file shorter than its head is reported like a rest of absurd size.
-    const qint64 size = file.size() - kHead;
-    if (size < 0) {
-        return refuse(kNoMemory);
-    }
-    std::array<std::uint8_t, kHead> head = {};
-    if (!files::readExactly(file, head)) {
-        return refuse(kShortRead);
-    }
-    files::ByteCursor in(head);
-    record->obkAddress = in.u32le();
-    record->obkSize = in.u32le();
-    record->obkWord3 = in.u32le();
-    auto block = readBlock(file, kHead, size, kShortRead);
-    if (!block) {
-        return nullptr;
-    }
-    storeOnly(*record, std::move(block), size);
-    return record;
+    return orReport(files::readObk(file));
 }
 
 /// Runs a reader of its own file over a fresh record of its kind.
@@ -159,9 +73,9 @@ constexpr auto readModules =
 /// A format that this version knows by its ending only.
 OwnedRecord readLater(FileManager &, QFile &file)
 {
-    DisplayMng::getInstance().logMessage(
-        5, L"The file %ls can't be read: this version has no reader for its format yet",
-        files::nameWithoutFolder(file).c_str());
+    report::message(Level::Error,
+                    L"The file %ls can't be read: this version has no reader for its format yet",
+                    files::nameWithoutFolder(file).c_str());
     return nullptr;
 }
 
@@ -199,14 +113,13 @@ bool isBinaryName(const QString &name)
 
 void noticeUnknownEnding(const QFile &file)
 {
-    DisplayMng &display = DisplayMng::getInstance();
-    display.logMessage(7,
-                       L"The file %ls has a non recognized extension !\nSupported extensions are : "
-                       L"bin, hex, srec, s19, elf, axf, vdr32, ext2, ext3, ext4, vfat, ubi, jffs2, "
-                       L"img, o, so, out, tsv, csv, kcsv, sfi, sfix, ssp, ssfi, smu, obk, mcsv, "
-                       L"wic.",
-                       files::nameWithoutFolder(file).c_str());
-    display.logMessage(7, L"File will be considered and parsed as a binary format.");
+    report::message(Level::Notice,
+                    L"The file %ls has a non recognized extension !\nSupported extensions are : "
+                    L"bin, hex, srec, s19, elf, axf, vdr32, ext2, ext3, ext4, vfat, ubi, jffs2, "
+                    L"img, o, so, out, tsv, csv, kcsv, sfi, sfix, ssp, ssfi, smu, obk, mcsv, "
+                    L"wic.",
+                    files::nameWithoutFolder(file).c_str());
+    report::message(Level::Notice, L"File will be considered and parsed as a binary format.");
 }
 
 }  // namespace
@@ -219,23 +132,23 @@ void FileManager::setDisplayCallback(void (*callback)(int level, const wchar_t *
 bool FileManager::Open(const std::wstring &path, FileType **file, unsigned char padding,
                        unsigned int position, unsigned int size)
 {
-    DisplayMng &display = DisplayMng::getInstance();
     const QString name = QString::fromStdWString(path);
     const QFileInfo info(name);
     QFile input(name);
     paddingByte = padding;
     if (!info.exists()) {
-        display.logMessage(5, L"The file %ls does not exist, please check the file's path",
-                           files::nameWithoutFolder(input).c_str());
+        report::message(Level::Error, L"The file %ls does not exist, please check the file's path",
+                        files::nameWithoutFolder(input).c_str());
         return false;
     }
     if (!files::openForReading(input, name)) {
-        display.logMessage(5, L"Unable to open the file %ls",
-                           files::nameWithoutFolder(input).c_str());
+        report::message(Level::Error, L"Unable to open the file %ls",
+                        files::nameWithoutFolder(input).c_str());
         return false;
     }
     if (input.size() == 0) {
-        display.logMessage(5, L"The file %ls is empty", files::nameWithoutFolder(input).c_str());
+        report::message(Level::Error, L"The file %ls is empty",
+                        files::nameWithoutFolder(input).c_str());
         return false;
     }
     OwnedRecord record;
@@ -248,10 +161,10 @@ bool FileManager::Open(const std::wstring &path, FileType **file, unsigned char 
             if (!isBinary) {
                 noticeUnknownEnding(input);
             }
-            record = readBinary(input, position, size);
+            record = orReport(files::readBinary(input, position, size));
         }
     } catch (const std::bad_alloc &) {
-        reportError(L"Out of memory");
+        report::message(Level::Error, L"Out of memory");
         return false;
     }
     if (!record) {
@@ -259,4 +172,29 @@ bool FileManager::Open(const std::wstring &path, FileType **file, unsigned char 
     }
     *file = record.release();
     return true;
+}
+
+int FileManager::ReduceFileSegment(FileData *file)
+{
+    const files::Reduction reduction = files::reduceSegments(*file, paddingByte);
+    if (reduction.outOfMemory) {
+        report::message(Level::Error, L"Unable to allocate memory");
+    }
+    return reduction.overlapped || reduction.outOfMemory ? 1 : 0;
+}
+
+bool FileManager::MergeFiles(const std::vector<FileData *> &list, FileData **merged)
+{
+    try {
+        auto result = files::mergedFiles(list);
+        if (!result) {
+            files::reportText(result.error());
+            return false;
+        }
+        *merged = result->release();
+        return true;
+    } catch (const std::bad_alloc &) {
+        report::message(Level::Error, L"Out of memory");
+        return false;
+    }
 }

@@ -36,7 +36,7 @@ public:
     bool MergeFiles(const std::vector<FileData *> &files, FileData **merged);
 
     // The readers behind `Open`. Each reads an open file from its start, fills a fresh record, sets
-    // its type, and returns false after a report; the record then holds what was read so far.
+    // its type, and returns false after a report; the record is then as it was but for the type.
 
     /// Intel HEX or S-record text, whichever the text is; sorted and reduced.
     bool HexSrec_Parsing(QFile *file, FileData *data);
@@ -82,6 +82,3 @@ public:
     /// Fills the holes of up to 31 bytes; the last `Open` decides.
     unsigned char paddingByte = 0xFF;
 };
-
-/// Sorts a `FileData` by ascending address, equal addresses in their old order.
-void FileSegmentsTri(void *file);

@@ -1,4 +1,4 @@
-#include "files/FirmwareWriter.h"
+#include "files/firmware/FirmwareWriter.h"
 #include "files/FileManager.h"
 #include "support/FullDisk.h"
 #include "support/HexLines.h"
@@ -75,6 +75,10 @@ TEST_F(FirmwareWriter, BinaryFillsHolesAndStartsAtTheFirstAddress)
     Lent lent({{0x100, {1, 2}}, {0x104, {3}}, {0x105, {}}, {0x106, {4}}});
     EXPECT_EQ(manager.SaveFile(&lent.record, wide("a.bin")), 7);
     EXPECT_EQ(ScratchFolder::contents(folder.path("a.bin")), "\1\2\xA5\xA5\3\xA5\4");
+    // Memory without bytes in the file, as `.bss` is, spans nothing, wherever it stands.
+    Lent hollow({{0, {}}, {0x8000000, {1}}, {0x8000002, {2}}, {0x20000000, {}}, {0x90000000, {}}});
+    EXPECT_EQ(manager.SaveFile(&hollow.record, wide("hollow.bin")), 3);
+    EXPECT_EQ(ScratchFolder::contents(folder.path("hollow.bin")), "\1\xA5\2");
     Lent none({});
     EXPECT_EQ(manager.SaveFile(&none.record, wide("none.bin")), 0);
     EXPECT_EQ(ScratchFolder::contents(folder.path("none.bin")), "");

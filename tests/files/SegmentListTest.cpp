@@ -1,3 +1,4 @@
+#include "files/firmware/SegmentList.h"
 #include "files/FileManager.h"
 #include "files/SegmentBuilder.h"
 #include "files/base/RangeConflicts.h"

@@ -1,5 +1,7 @@
 #include "files/base/FileReader.h"
 
+#include "files/base/PageBlock.h"
+
 #include <QFileInfo>
 
 #include <cerrno>
@@ -69,6 +71,24 @@ Result<void> readExactly(QFile &file, std::span<std::uint8_t> out)
         got += static_cast<std::size_t>(count);
     }
     return {};
+}
+
+Result<MallocArray<std::uint8_t>> readBlock(QFile &file, qint64 offset, qint64 size)
+{
+    MallocArray<std::uint8_t> block;
+    if (size >= 0 && size <= UINT32_MAX) {
+        block = allocateBlock(static_cast<std::size_t>(size) + 1);
+    }
+    if (!block) {
+        return fail(ErrorCode::NoMemory, "Unable to allocate enough memory to read the file");
+    }
+    if (!file.seek(offset)) {
+        return fail(ErrorCode::CannotOpen, "Unable to find fPosition");
+    }
+    if (!readExactly(file, {block.get(), static_cast<std::size_t>(size)})) {
+        return fail(ErrorCode::ReadFailed, "Error while reading the file");
+    }
+    return block;
 }
 
 Result<ByteBuffer> readAll(QFile &file, std::uint64_t limit)

@@ -119,4 +119,11 @@ void releaseRecordHead(FileType *record) noexcept
     }
 }
 
+void storeOnlySegment(FileData &record, MallocArray<std::uint8_t> block, std::uint32_t size)
+{
+    record.segments.reserve(1);  // a throw here must still find the block owned
+    record.segments.push_back({0, size, block.release()});
+    record.segmentCount = 1;
+}
+
 }  // namespace files

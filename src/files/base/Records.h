@@ -1,4 +1,6 @@
 #pragma once
+#include "files/base/Ownership.h"
+
 #include <cstdint>
 #include <memory>
 #include <string>
@@ -247,6 +249,10 @@ struct RecordDeleter {
 struct RecordHeadDeleter {
     void operator()(FileType *record) const noexcept { releaseRecordHead(record); }
 };
+
+/// Gives a record its one segment, at address 0.
+/// @param block  of at least `size` bytes; the record takes it over, also when memory is short
+void storeOnlySegment(FileData &record, MallocArray<std::uint8_t> block, std::uint32_t size);
 
 /// Owner of a record and of all its payloads.
 template <typename Record>

@@ -18,9 +18,17 @@ enum class ErrorCode {
     Truncated,    ///< the bytes end before a field does
     BadDigit,     ///< a character that isn't a digit of the number's base
     BadChecksum,  ///< a record's sum doesn't match
+    BadMagic,     ///< the bytes that tell the format are others: not such a file at all
+    BadVersion,   ///< the format, but a version or class of it that isn't read
+    BadKind,      ///< a letter or number that names no kind of record
+    BadIndex,     ///< a record whose number isn't its place
+    BadCount,     ///< a count that doesn't agree with another one, or is beyond its limit
     BadValue,     ///< a field holds a value that its format doesn't allow
+    Missing,      ///< a part that every file of the format has
+    Overlap,      ///< two blocks of memory that must not share an address
     WrongSize,    ///< the file's size isn't the one expected
     Refused,      ///< a rule of the program, not of the format, says no
+    Reported,     ///< refused further down, where the reason has been reported
 };
 
 /// A refusal: the code for the caller, the sentence (with the numbers behind it) for the user.

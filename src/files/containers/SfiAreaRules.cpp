@@ -4,6 +4,7 @@
 #include "files/containers/SfiFormat.h"
 
 #include <algorithm>
+#include <string_view>
 #include <vector>
 
 namespace files
@@ -25,33 +26,35 @@ Range rangeOf(const SegmentSFI &area)
 }
 
 /// An area whose range can't be compared: a lie in its size or address.
-std::optional<std::wstring> refusalOfRange(const SegmentSFI &area, std::size_t ordinal)
+Result<void> checkRange(const SegmentSFI &area, std::size_t ordinal)
 {
     if (area.areaType == letter::kExternal && area.size < kTrailerBytes) {
-        return L"Area " + std::to_wstring(ordinal) + L" is an external area of " +
-               std::to_wstring(area.size) + L" bytes, its trailer alone takes " +
-               std::to_wstring(kTrailerBytes);
+        return fail(ErrorCode::BadValue,
+                    "Area " + std::to_string(ordinal) + " is an external area of " +
+                        std::to_string(area.size) + " bytes, its trailer alone takes " +
+                        std::to_string(kTrailerBytes));
     }
     if (rangeOf(area).end > kAddressSpace) {
-        return L"Area " + std::to_wstring(ordinal) + L" holds " +
-               std::to_wstring(comparedSize(area)) + L" bytes, but only " +
-               std::to_wstring(kAddressSpace - area.address) +
-               L" are left from its address to the end of the address space";
+        return fail(ErrorCode::BadValue,
+                    "Area " + std::to_string(ordinal) + " holds " +
+                        std::to_string(comparedSize(area)) + " bytes, but only " +
+                        std::to_string(kAddressSpace - area.address) +
+                        " are left from its address to the end of the address space");
     }
-    return std::nullopt;
+    return {};
 }
 
-std::optional<std::wstring> firstBadRange(Areas areas, std::string_view letters)
+Result<void> checkRanges(Areas areas, std::string_view letters)
 {
     for (std::size_t i = 0; i < areas.size(); ++i) {
         if (letters.find(static_cast<char>(areas[i].areaType)) == std::string_view::npos) {
             continue;
         }
-        if (auto refusal = refusalOfRange(areas[i], i + 1)) {
-            return refusal;
+        if (auto checked = checkRange(areas[i], i + 1); !checked) {
+            return checked;
         }
     }
-    return std::nullopt;
+    return {};
 }
 
 /// @return the lowest index whose area overlaps a later one of the same letter; or areas.size()
@@ -76,10 +79,10 @@ std::size_t firstOverlapping(Areas areas, std::uint8_t letter)
     return first;
 }
 
-std::optional<std::wstring> firstOverlap(Areas areas, std::string_view letters)
+Result<void> checkOverlaps(Areas areas, std::string_view letters)
 {
     if (areas.size() < 2) {
-        return std::nullopt;
+        return {};
     }
     const Areas compared = areas.first(areas.size() - 1);
     std::size_t first = compared.size();
@@ -89,11 +92,12 @@ std::optional<std::wstring> firstOverlap(Areas areas, std::string_view letters)
     for (std::size_t second = first + 1; second < compared.size(); ++second) {
         if (compared[second].areaType == compared[first].areaType &&
             conflicts(rangeOf(compared[first]), rangeOf(compared[second]))) {
-            return L"Overlap between SFI areas " + std::to_wstring(first + 1) + L" and " +
-                   std::to_wstring(second + 1);
+            return fail(ErrorCode::Overlap, "Overlap between SFI areas " +
+                                                std::to_string(first + 1) + " and " +
+                                                std::to_string(second + 1));
         }
     }
-    return std::nullopt;
+    return {};
 }
 
 /// A Flash word is programmed at once, so a module's last one must not hold another area's start.
@@ -117,26 +121,22 @@ bool sharesLastFlashWord(Areas areas)
 
 }  // namespace
 
-std::optional<std::wstring> refusalOfSfiAreas(std::span<const SegmentSFI> areas)
+Result<void> checkSfiAreas(std::span<const SegmentSFI> areas)
 {
-    if (auto refusal = firstBadRange(areas, "FE")) {
-        return refusal;
-    }
-    if (auto refusal = firstOverlap(areas, "FE")) {
-        return refusal;
-    }
-    if (sharesLastFlashWord(areas)) {
-        return L"The area immediately following a module area starts in its last Flash word";
-    }
-    return std::nullopt;
+    return checkRanges(areas, "FE")
+        .and_then([&] { return checkOverlaps(areas, "FE"); })
+        .and_then([&]() -> Result<void> {
+            if (sharesLastFlashWord(areas)) {
+                return fail(ErrorCode::Refused, "The area immediately following a module area "
+                                                "starts in its last Flash word");
+            }
+            return {};
+        });
 }
 
-std::optional<std::wstring> refusalOfSsfiAreas(std::span<const SegmentSFI> areas)
+Result<void> checkSsfiAreas(std::span<const SegmentSFI> areas)
 {
-    if (auto refusal = firstBadRange(areas, "F")) {
-        return refusal;
-    }
-    return firstOverlap(areas, "F");
+    return checkRanges(areas, "F").and_then([&] { return checkOverlaps(areas, "F"); });
 }
 
 }  // namespace files

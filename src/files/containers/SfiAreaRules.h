@@ -1,10 +1,8 @@
 #pragma once
 #include "files/base/Records.h"
+#include "files/base/Result.h"
 
-#include <cstdint>
-#include <optional>
 #include <span>
-#include <string>
 
 namespace files
 {
@@ -12,10 +10,12 @@ namespace files
 /// Checks the areas of an SFI image against each other: ranges inside the address space, overlaps
 /// among `F` and among `E` areas (the last area takes no part), modules alone in their last Flash
 /// word. The time grows with n log n.
-/// @return the sentence of the first refusal, or nullopt
-std::optional<std::wstring> refusalOfSfiAreas(std::span<const SegmentSFI> areas);
+/// @return BadValue for a range that can't be compared, Overlap, or Refused for a shared Flash
+/// word;
+///         the text is the message
+Result<void> checkSfiAreas(std::span<const SegmentSFI> areas);
 
 /// The same for an SSFI image, where only `F` areas are compared and ranges are checked.
-std::optional<std::wstring> refusalOfSsfiAreas(std::span<const SegmentSFI> areas);
+Result<void> checkSsfiAreas(std::span<const SegmentSFI> areas);
 
 }  // namespace files

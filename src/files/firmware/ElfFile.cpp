@@ -1,10 +1,10 @@
 #include "files/firmware/ElfFile.h"
+
 #include "files/base/ByteCursor.h"
 
 #include <algorithm>
 #include <array>
 #include <cstring>
-#include <libelf.h>
 
 namespace files
 {
@@ -12,117 +12,126 @@ namespace files
 namespace
 {
 
-/// What differs between the two classes. `Translate` turns file form into host form.
-struct Layout32 {
-    using Head = Elf32_Ehdr;
-    using Segment = Elf32_Phdr;
-    using Section = Elf32_Shdr;
+/// Bytes of the structures in a file, by class.
+struct StructureBytes {
+    std::size_t head;
+    std::size_t segment;
+    std::size_t section;
 };
-struct Layout64 {
-    using Head = Elf64_Ehdr;
-    using Segment = Elf64_Phdr;
-    using Section = Elf64_Shdr;
-};
+constexpr StructureBytes kBytes32 = {sizeof(Elf32_Ehdr), sizeof(Elf32_Phdr), sizeof(Elf32_Shdr)};
+constexpr StructureBytes kBytes64 = {sizeof(Elf64_Ehdr), sizeof(Elf64_Phdr), sizeof(Elf64_Shdr)};
 
-using Translate = Elf_Data *(*)(Elf_Data *, const Elf_Data *, unsigned);
-
-struct TableKind {
-    Elf_Type type;
-    Translate translate;
-};
-
-template <typename Entry>
-constexpr TableKind kKind = {};
-template <>
-constexpr TableKind kKind<Elf32_Ehdr> = {ELF_T_EHDR, elf32_xlatetom};
-template <>
-constexpr TableKind kKind<Elf32_Phdr> = {ELF_T_PHDR, elf32_xlatetom};
-template <>
-constexpr TableKind kKind<Elf32_Shdr> = {ELF_T_SHDR, elf32_xlatetom};
-template <>
-constexpr TableKind kKind<Elf32_Sym> = {ELF_T_SYM, elf32_xlatetom};
-template <>
-constexpr TableKind kKind<Elf32_Rela> = {ELF_T_RELA, elf32_xlatetom};
-template <>
-constexpr TableKind kKind<Elf32_Word> = {ELF_T_WORD, elf32_xlatetom};
-template <>
-constexpr TableKind kKind<Elf64_Ehdr> = {ELF_T_EHDR, elf64_xlatetom};
-template <>
-constexpr TableKind kKind<Elf64_Phdr> = {ELF_T_PHDR, elf64_xlatetom};
-template <>
-constexpr TableKind kKind<Elf64_Shdr> = {ELF_T_SHDR, elf64_xlatetom};
-
-/// Turns entries that hold file bytes into host form, in place.
-template <typename Entry>
-bool toHost(std::span<Entry> entries, std::uint8_t encoding)
+/// A byte cursor that knows the file's byte order, and how wide an address is in its class.
+class FieldCursor
 {
-    elf_version(EV_CURRENT);
-    Elf_Data data = {};
-    data.d_buf = entries.data();
-    data.d_size = entries.size_bytes();
-    data.d_type = kKind<Entry>.type;
-    data.d_version = EV_CURRENT;
-    return entries.empty() || kKind<Entry>.translate(&data, &data, encoding) != nullptr;
-}
+public:
+    FieldCursor(std::span<const std::uint8_t> bytes, const ElfHead &head)
+        : m_in(bytes), m_isBig(head.encoding == ELFDATA2MSB), m_is64(head.elfClass == ELFCLASS64)
+    {
+    }
 
-template <typename Entry>
-std::span<std::uint8_t> bytesOf(std::span<Entry> entries)
-{
-    return {reinterpret_cast<std::uint8_t *>(entries.data()), entries.size_bytes()};
-}
+    std::uint8_t u8() { return m_in.u8(); }
+    std::uint16_t u16() { return static_cast<std::uint16_t>(number<2>()); }
+    std::uint32_t u32() { return static_cast<std::uint32_t>(number<4>()); }
+    std::uint64_t u64() { return number<8>(); }
+    /// An address, offset or size: 4 bytes or 8.
+    std::uint64_t address() { return m_is64 ? u64() : u32(); }
+    void skip(std::size_t bytes) { m_in.skip(bytes); }
 
-template <typename From>
-Elf64_Ehdr wideHead(const From &from)
+private:
+    template <std::size_t Width>
+    std::uint64_t number()
+    {
+        const auto bytes = m_in.bytes(Width);
+        std::uint64_t value = 0;
+        for (std::size_t i = 0; i < bytes.size(); ++i) {
+            value = value << 8 | bytes[m_isBig ? i : Width - 1 - i];
+        }
+        return value;
+    }
+
+    ByteCursor m_in;
+    bool m_isBig;
+    bool m_is64;
+};
+
+Elf64_Ehdr readHead(FieldCursor &in)
 {
     Elf64_Ehdr head = {};
-    std::copy(std::begin(from.e_ident), std::end(from.e_ident), std::begin(head.e_ident));
-    head.e_type = from.e_type;
-    head.e_machine = from.e_machine;
-    head.e_version = from.e_version;
-    head.e_entry = from.e_entry;
-    head.e_phoff = from.e_phoff;
-    head.e_shoff = from.e_shoff;
-    head.e_flags = from.e_flags;
-    head.e_ehsize = from.e_ehsize;
-    head.e_phentsize = from.e_phentsize;
-    head.e_phnum = from.e_phnum;
-    head.e_shentsize = from.e_shentsize;
-    head.e_shnum = from.e_shnum;
-    head.e_shstrndx = from.e_shstrndx;
+    for (unsigned char &byte : head.e_ident) {
+        byte = in.u8();
+    }
+    head.e_type = in.u16();
+    head.e_machine = in.u16();
+    head.e_version = in.u32();
+    head.e_entry = in.address();
+    head.e_phoff = in.address();
+    head.e_shoff = in.address();
+    head.e_flags = in.u32();
+    head.e_ehsize = in.u16();
+    head.e_phentsize = in.u16();
+    head.e_phnum = in.u16();
+    head.e_shentsize = in.u16();
+    head.e_shnum = in.u16();
+    head.e_shstrndx = in.u16();
     return head;
 }
 
-template <typename From>
-section_header recordOf(const From &from, std::size_t index)
+ElfSegment readSegment(FieldCursor &in, bool is64)
+{
+    ElfSegment segment;
+    segment.header.headerType = in.u32();
+    if (is64) {
+        segment.header.headerFlags = in.u32();
+    }
+    segment.fileOffset = in.address();
+    segment.header.virtualAddress = in.address();
+    segment.header.physicalAddress = in.address();
+    segment.header.fileSize = in.address();
+    segment.header.memorySize = in.address();
+    if (!is64) {
+        segment.header.headerFlags = in.u32();
+    }
+    segment.header.align = in.address();
+    return segment;
+}
+
+section_header readSection(FieldCursor &in, std::size_t index)
 {
     section_header section;
     section.index = static_cast<std::uint16_t>(index);
-    section.fileOffset = from.sh_offset;
-    section.sectionType = from.sh_type;
-    section.sectionFlags = from.sh_flags;
-    section.info = from.sh_info;
-    section.link = from.sh_link;
-    section.addrAlign = from.sh_addralign;
-    section.entrySize = from.sh_entsize;
-    section.sectionAddress = from.sh_addr;
-    section.sectionSize = from.sh_size;
-    section.nameOffset = from.sh_name;
+    section.nameOffset = in.u32();
+    section.sectionType = in.u32();
+    section.sectionFlags = in.address();
+    section.sectionAddress = in.address();
+    section.fileOffset = in.address();
+    section.sectionSize = in.address();
+    section.link = in.u32();
+    section.info = in.u32();
+    section.addrAlign = in.address();
+    section.entrySize = in.address();
     return section;
 }
 
-template <typename From>
-ElfSegment segmentOf(const From &from)
+Elf32_Sym readSymbol(FieldCursor &in)
 {
-    ElfSegment segment;
-    segment.header.headerType = from.p_type;
-    segment.header.headerFlags = from.p_flags;
-    segment.header.align = from.p_align;
-    segment.header.virtualAddress = from.p_vaddr;
-    segment.header.physicalAddress = from.p_paddr;
-    segment.header.fileSize = from.p_filesz;
-    segment.header.memorySize = from.p_memsz;
-    segment.fileOffset = from.p_offset;
-    return segment;
+    Elf32_Sym symbol = {};
+    symbol.st_name = in.u32();
+    symbol.st_value = in.u32();
+    symbol.st_size = in.u32();
+    symbol.st_info = in.u8();
+    symbol.st_other = in.u8();
+    symbol.st_shndx = in.u16();
+    return symbol;
+}
+
+Elf32_Rela readRelocation(FieldCursor &in)
+{
+    Elf32_Rela relocation = {};
+    relocation.r_offset = in.u32();
+    relocation.r_info = in.u32();
+    relocation.r_addend = static_cast<std::int32_t>(in.u32());
+    return relocation;
 }
 
 /// Reads what tells how to read the rest. @return false when it isn't an ELF file
@@ -155,74 +164,71 @@ Result<ElfFile> ElfFile::load(QIODevice &device)
     if (!file.read(0, ident) || !readIdent(ident, &file.m_head)) {
         return fail(ErrorCode::BadValue, "the file has no ELF identification");
     }
-    const auto loaded = file.m_head.elfClass == ELFCLASS32 ? file.loadTables<Layout32>()
-                                                           : file.loadTables<Layout64>();
-    if (!loaded) {
+    if (const auto loaded = file.loadTables(); !loaded) {
         return tl::unexpected<Error>(loaded.error());
     }
     return file;
 }
 
-template <typename Layout>
 Result<void> ElfFile::loadTables()
 {
-    const auto head = table<typename Layout::Head>(0, 1);
-    if (!head) {
+    const auto bytes = table(0, 1, (is64() ? kBytes64 : kBytes32).head);
+    if (!bytes) {
         return fail(ErrorCode::Truncated, "the ELF head is cut short");
     }
-    m_head.fields = wideHead(head->front());
-    if (auto loaded = loadSegments<Layout>(); !loaded) {
+    FieldCursor in(*bytes, m_head);
+    m_head.fields = readHead(in);
+    if (auto loaded = loadSegments(); !loaded) {
         return loaded;
     }
-    loadSections<Layout>();
+    loadSections();
     return {};
 }
 
-template <typename Layout>
 Result<void> ElfFile::loadSegments()
 {
-    using Segment = typename Layout::Segment;
     const Elf64_Ehdr &head = m_head.fields;
+    const std::size_t entryBytes = (is64() ? kBytes64 : kBytes32).segment;
     if (head.e_phnum == 0) {
         return {};
     }
-    if (head.e_phentsize != sizeof(Segment)) {
+    if (head.e_phentsize != entryBytes) {
         return fail(ErrorCode::BadValue, "program headers of " + std::to_string(head.e_phentsize) +
-                                             " bytes instead of " +
-                                             std::to_string(sizeof(Segment)));
+                                             " bytes instead of " + std::to_string(entryBytes));
     }
-    const auto entries = table<Segment>(head.e_phoff, head.e_phnum);
-    if (!entries) {
+    const auto bytes = table(head.e_phoff, head.e_phnum, entryBytes);
+    if (!bytes) {
         return fail(ErrorCode::Truncated, "the program-header table ends outside the file");
     }
-    for (const Segment &entry : *entries) {
-        if (entry.p_type != PT_NULL && entry.p_filesz != 0 &&
-            !contains(entry.p_offset, entry.p_filesz)) {
-            return fail(ErrorCode::Truncated, "the bytes of program header " +
-                                                  std::to_string(m_segments.size()) +
+    FieldCursor in(*bytes, m_head);
+    for (std::size_t i = 0; i < head.e_phnum; ++i) {
+        const ElfSegment segment = readSegment(in, is64());
+        if (segment.header.headerType != PT_NULL && segment.header.fileSize != 0 &&
+            !contains(segment.fileOffset, segment.header.fileSize)) {
+            return fail(ErrorCode::Truncated, "the bytes of program header " + std::to_string(i) +
                                                   " end outside the file");
         }
-        m_segments.push_back(segmentOf(entry));
+        m_segments.push_back(segment);
     }
     return {};
 }
 
-template <typename Layout>
 void ElfFile::loadSections()
 {
-    using Section = typename Layout::Section;
     const Elf64_Ehdr &head = m_head.fields;
-    if (head.e_shentsize != sizeof(Section) || !contains(head.e_shoff, 0)) {
+    const std::size_t entryBytes = (is64() ? kBytes64 : kBytes32).section;
+    if (head.e_shentsize != entryBytes || !contains(head.e_shoff, 0)) {
         return;
     }
-    const std::uint64_t present = (m_size - head.e_shoff) / sizeof(Section);
-    const auto entries =
-        table<Section>(head.e_shoff, std::min<std::uint64_t>(head.e_shnum, present));
-    if (!entries) {
+    const std::uint64_t present = (m_size - head.e_shoff) / entryBytes;
+    const std::uint64_t count = std::min<std::uint64_t>(head.e_shnum, present);
+    const auto bytes = table(head.e_shoff, count, entryBytes);
+    if (!bytes) {
         return;
     }
-    for (const Section &entry : *entries) {
-        m_sections.push_back(recordOf(entry, m_sections.size()));
+    FieldCursor in(*bytes, m_head);
+    for (std::size_t i = 0; i < count; ++i) {
+        m_sections.push_back(readSection(in, i));
     }
     nameSections();
 }
@@ -240,17 +246,18 @@ void ElfFile::nameSections()
     }
 }
 
-template <typename Entry>
-std::optional<std::vector<Entry>> ElfFile::table(std::uint64_t offset, std::uint64_t count) const
+/// The bytes of `count` entries; nothing when they don't all stand in the file.
+std::optional<std::vector<std::uint8_t>> ElfFile::table(std::uint64_t offset, std::uint64_t count,
+                                                        std::size_t entryBytes) const
 {
-    if (count > m_size / sizeof(Entry) || !contains(offset, count * sizeof(Entry))) {
+    if (count > m_size / entryBytes || !contains(offset, count * entryBytes)) {
         return std::nullopt;
     }
-    std::vector<Entry> entries(static_cast<std::size_t>(count));
-    if (!read(offset, bytesOf<Entry>(entries)) || !toHost<Entry>(entries, m_head.encoding)) {
+    std::vector<std::uint8_t> bytes(static_cast<std::size_t>(count) * entryBytes);
+    if (!read(offset, bytes)) {
         return std::nullopt;
     }
-    return entries;
+    return bytes;
 }
 
 bool ElfFile::contains(std::uint64_t offset, std::uint64_t size) const
@@ -292,42 +299,40 @@ std::vector<std::uint8_t> ElfFile::data(const section_header &section) const
     return bytes;
 }
 
-template <typename Entry>
-std::vector<Entry> ElfFile::entriesOf(const section_header &section) const
+template <typename Entry, typename ReadEntry>
+std::vector<Entry> ElfFile::entriesOf(const section_header &section, ReadEntry readEntry) const
 {
     if (section.entrySize < sizeof(Entry)) {
         return {};
     }
     const std::vector<std::uint8_t> bytes = data(section);
     std::vector<Entry> entries(bytes.size() / static_cast<std::size_t>(section.entrySize));
-    ByteCursor in(bytes);
+    FieldCursor in(bytes, m_head);
     for (Entry &entry : entries) {
-        const auto source = in.bytes(sizeof(Entry));
-        std::memcpy(&entry, source.data(), source.size());
+        entry = readEntry(in);
         in.skip(static_cast<std::size_t>(section.entrySize) - sizeof(Entry));
-    }
-    if (!toHost<Entry>(entries, m_head.encoding)) {
-        entries.clear();
     }
     return entries;
 }
 
 std::vector<Elf32_Sym> ElfFile::symbolsOf(const section_header &section) const
 {
-    return entriesOf<Elf32_Sym>(section);
+    return entriesOf<Elf32_Sym>(section, readSymbol);
 }
 
 std::vector<Elf32_Rela> ElfFile::relocationsOf(const section_header &section) const
 {
-    return entriesOf<Elf32_Rela>(section);
+    return entriesOf<Elf32_Rela>(section, readRelocation);
 }
 
 Elf32_Nhdr ElfFile::noteHead(std::span<const std::uint8_t, 12> bytes) const
 {
-    std::array<Elf32_Word, 3> words = {};
-    std::memcpy(words.data(), bytes.data(), bytes.size());
-    toHost<Elf32_Word>(words, m_head.encoding);
-    return {words[0], words[1], words[2]};
+    FieldCursor in(bytes, m_head);
+    Elf32_Nhdr head = {};
+    head.n_namesz = in.u32();
+    head.n_descsz = in.u32();
+    head.n_type = in.u32();
+    return head;
 }
 
 ElfNames::ElfNames(std::uint64_t fileBytes) : m_left(4 * fileBytes + std::uint64_t{1024} * 1024) {}

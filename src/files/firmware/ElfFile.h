@@ -29,9 +29,8 @@ struct ElfSegment {
     std::uint64_t fileOffset = 0;
 };
 
-/// An ELF file of either class and byte order, opened for reading its tables and contents. The one
-/// place that uses libelf, for turning tables into host form; what is read and from where is
-/// decided here, after checks against the file's size, because libelf trusts table sizes.
+/// An ELF file of either class and byte order, opened for reading its tables and contents. What is
+/// read and from where is checked against the file's size; fields come through the byte cursor.
 class ElfFile
 {
 public:
@@ -70,17 +69,15 @@ public:
 private:
     explicit ElfFile(QIODevice &device);
 
-    template <typename Layout>
     Result<void> loadTables();
-    template <typename Layout>
     Result<void> loadSegments();
-    template <typename Layout>
     void loadSections();
-    template <typename Entry>
-    [[nodiscard]] std::optional<std::vector<Entry>> table(std::uint64_t offset,
-                                                          std::uint64_t count) const;
-    template <typename Entry>
-    [[nodiscard]] std::vector<Entry> entriesOf(const section_header &section) const;
+    [[nodiscard]] bool is64() const { return m_head.elfClass == ELFCLASS64; }
+    [[nodiscard]] std::optional<std::vector<std::uint8_t>>
+    table(std::uint64_t offset, std::uint64_t count, std::size_t entryBytes) const;
+    template <typename Entry, typename ReadEntry>
+    [[nodiscard]] std::vector<Entry> entriesOf(const section_header &section,
+                                               ReadEntry readEntry) const;
     [[nodiscard]] bool contains(std::uint64_t offset, std::uint64_t size) const;
     void nameSections();
 

@@ -1,4 +1,4 @@
-#include "files/FileNames.h"
+#include "files/Reporting.h"
 
 #include <QFileInfo>
 
@@ -13,6 +13,13 @@ std::wstring pathAsGiven(const QFile &file)
 std::wstring nameWithoutFolder(const QFile &file)
 {
     return QFileInfo(file.fileName()).fileName().toStdWString();
+}
+
+void reportText(const Error &error, report::Level level)
+{
+    if (error.code != ErrorCode::Reported) {
+        report::message(level, L"%s", error.text.c_str());
+    }
 }
 
 }  // namespace files

@@ -1,8 +1,7 @@
-#include "files/HexSrecReader.h"
-#include "files/FileManager.h"
+#include "files/firmware/HexSrecReader.h"
+
 #include "files/base/ByteBuffer.h"
 #include "files/firmware/HexText.h"
-#include "report/DisplayMng.h"
 
 #include <algorithm>
 
@@ -55,47 +54,3 @@ tl::expected<std::vector<OwnedSegment>, TextFault> readHexText(QFile &file)
 }
 
 }  // namespace files
-
-namespace
-{
-
-void reportFault(const files::TextFault &fault)
-{
-    auto &display = DisplayMng::getInstance();
-    display.logMessage(5, L"\nParsing fail");
-    if (fault.line != 0) {
-        display.logMessage(5, L"In line %d :", static_cast<int>(fault.line));
-    }
-    const std::wstring text = QString::fromStdString(fault.error.text).toStdWString();
-    display.logMessage(5, L"%ls", text.c_str());
-}
-
-}  // namespace
-
-bool FileManager::HexSrec_Parsing(QFile *file, FileData *data)
-{
-    const bool isHexName = file->fileName().endsWith(QLatin1String(".hex"), Qt::CaseInsensitive);
-    data->type = isHexName ? file_type::kIntelHex : file_type::kSRecord;
-    data->segmentCount = 0;
-    auto segments = files::readHexText(*file);
-    if (!segments) {
-        reportFault(segments.error());
-        return false;
-    }
-    if (segments->empty()) {
-        DisplayMng::getInstance().logMessage(5, L"The file %ls is invalid",
-                                             file->fileName().toStdWString().c_str());
-        return false;
-    }
-    data->segments.reserve(segments->size());
-    for (files::OwnedSegment &segment : *segments) {
-        data->segments.push_back({segment.address, segment.size, segment.data.release()});
-    }
-    data->segmentCount = static_cast<std::uint32_t>(data->segments.size());
-    FileSegmentsTri(data);
-    if (ReduceFileSegment(data) != 0) {
-        DisplayMng::getInstance().logMessage(
-            4, L"File corrupted. Two or more segments defines the same memory zone");
-    }
-    return true;
-}

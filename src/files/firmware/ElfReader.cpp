@@ -1,9 +1,8 @@
-#include "files/FileManager.h"
+#include "files/firmware/ElfReader.h"
 #include "files/base/ByteCursor.h"
 #include "files/base/FileReader.h"
 #include "files/base/PageBlock.h"
 #include "files/firmware/ElfFile.h"
-#include "report/DisplayMng.h"
 
 #include <QFileInfo>
 #include <QtEndian>
@@ -11,32 +10,24 @@
 #include <algorithm>
 #include <new>
 
+namespace files
+{
+
 namespace
 {
 
-using files::ElfFile;
-using files::ElfNames;
-using files::MallocArray;
-
 constexpr std::uint64_t kMiB = std::uint64_t{1024} * 1024;
 
-void reportError(const wchar_t *text)
+tl::unexpected<Error> outOfMemory()
 {
-    DisplayMng::getInstance().logMessage(5, L"%ls", text);
-}
-
-bool refuseAsInvalid(const QFile &file)
-{
-    DisplayMng::getInstance().logMessage(5, L"%ls is an invalid ELF file",
-                                         file.fileName().toStdWString().c_str());
-    return false;
+    return fail(ErrorCode::NoMemory, "Unable to allocate memory");
 }
 
 /// @param input  is opened, and must outlive the result
-files::Result<ElfFile> openElf(QFile &input, const QString &path)
+Result<ElfFile> openElf(QFile &input, const QString &path)
 {
-    if (const auto opened = files::openForReading(input, path); !opened) {
-        return tl::unexpected<files::Error>(opened.error());
+    if (const auto opened = openForReading(input, path); !opened) {
+        return tl::unexpected<Error>(opened.error());
     }
     return ElfFile::load(input);
 }
@@ -44,6 +35,7 @@ files::Result<ElfFile> openElf(QFile &input, const QString &path)
 void storeHead(const ElfFile &file, FileELF *elf)
 {
     const Elf64_Ehdr &head = file.head().fields;
+    elf->elfClass = file.head().elfClass;
     elf->elfVersion = file.head().identVersion;
     elf->encoding = file.head().encoding;
     elf->version = head.e_version;
@@ -75,9 +67,6 @@ void storeSections(const ElfFile &file, FileELF *elf)
     }
 }
 
-/// How a load ends that can fail in two ways.
-enum class Outcome { Done, NoMemory, Unreadable };
-
 /// A PT_LOAD header that is to become a segment, or a part of one.
 struct Load {
     std::uint32_t address = 0;
@@ -94,7 +83,7 @@ struct LoadRun {
 std::vector<Load> loadsOf(const ElfFile &file)
 {
     std::vector<Load> loads;
-    for (const files::ElfSegment &segment : file.segments()) {
+    for (const ElfSegment &segment : file.segments()) {
         if (segment.header.headerType == PT_LOAD) {
             loads.push_back({static_cast<std::uint32_t>(segment.header.physicalAddress),
                              static_cast<std::uint32_t>(segment.header.fileSize),
@@ -134,13 +123,13 @@ std::vector<LoadRun> runsOf(std::vector<Load> loads)
     return runs;
 }
 
-Outcome storeRun(const ElfFile &file, const LoadRun &run, std::uint8_t padding, FileELF *elf)
+Result<void> storeRun(const ElfFile &file, const LoadRun &run, std::uint8_t padding, FileELF *elf)
 {
     const std::uint32_t address = run.loads.front().address;
     const auto size = static_cast<std::size_t>(run.end - address);
-    MallocArray<std::uint8_t> block = files::allocateBlock(size + 1);
+    MallocArray<std::uint8_t> block = allocateBlock(size + 1);
     if (!block) {
-        return Outcome::NoMemory;
+        return outOfMemory();
     }
     const std::span<std::uint8_t> bytes(block.get(), size);
     std::size_t filled = 0;
@@ -148,19 +137,19 @@ Outcome storeRun(const ElfFile &file, const LoadRun &run, std::uint8_t padding, 
         const std::size_t at = load.address - address;
         std::fill_n(bytes.begin() + static_cast<std::ptrdiff_t>(filled), at - filled, padding);
         if (load.size != 0 && !file.read(load.fileOffset, bytes.subspan(at, load.size))) {
-            return Outcome::Unreadable;
+            return fail(ErrorCode::ReadFailed, "the bytes of a segment can't be read");
         }
         filled = at + load.size;
     }
     elf->segments.reserve(elf->segments.size() + 1);
     elf->segments.push_back({address, static_cast<std::uint32_t>(size), block.release()});
     ++elf->segmentCount;
-    return Outcome::Done;
+    return {};
 }
 
-Outcome storeSegments(const ElfFile &file, std::uint8_t padding, FileELF *elf)
+Result<void> storeLoads(const ElfFile &file, std::uint8_t padding, FileELF *elf)
 {
-    for (const files::ElfSegment &segment : file.segments()) {
+    for (const ElfSegment &segment : file.segments()) {
         elf->programHeaders.push_back(segment.header);
     }
     const std::vector<Load> loads = loadsOf(file);
@@ -171,14 +160,14 @@ Outcome storeSegments(const ElfFile &file, std::uint8_t padding, FileELF *elf)
         total += load.size;
     }
     if (total > most) {
-        return Outcome::NoMemory;
+        return outOfMemory();
     }
     for (const LoadRun &run : runsOf(loads)) {
-        if (const Outcome outcome = storeRun(file, run, padding, elf); outcome != Outcome::Done) {
-            return outcome;
+        if (auto stored = storeRun(file, run, padding, elf); !stored) {
+            return stored;
         }
     }
-    return Outcome::Done;
+    return {};
 }
 
 /// Fills the lists that come from sections. All tables together may take as many bytes as the file
@@ -262,7 +251,7 @@ private:
     void storeNotes(const std::vector<std::uint8_t> &data)
     {
         const auto padded = [](std::uint32_t size) { return (std::uint64_t{size} + 3) / 4 * 4; };
-        files::ByteCursor in(data);
+        ByteCursor in(data);
         while (in.left() >= sizeof(Elf32_Nhdr)) {
             const Elf32_Nhdr head =
                 m_file.noteHead(in.bytes(sizeof(Elf32_Nhdr)).first<sizeof(Elf32_Nhdr)>());
@@ -289,78 +278,63 @@ private:
 
 }  // namespace
 
-bool FileManager::ELF_Parsing(QFile *file, FileELF *elf)
+Result<RecordOwner<FileELF>> readElf(const QString &path, std::uint8_t padding)
 {
-    elf->type = file_type::kElf;
-    elf->segmentCount = 0;
     QFile input;
-    const auto loaded = openElf(input, file->fileName());
+    const auto loaded = openElf(input, path);
     if (!loaded) {
-        return refuseAsInvalid(*file);
+        return tl::unexpected<Error>(loaded.error());
     }
-    elf->elfClass = loaded->head().elfClass;
-    if (elf->elfClass == ELFCLASS64) {
-        reportError(L"64-bit ELF files are not supported");
-        return false;
+    if (loaded->head().elfClass == ELFCLASS64) {
+        return fail(ErrorCode::BadVersion, "64-bit ELF files are not supported");
     }
-    storeHead(*loaded, elf);
+    RecordOwner<FileELF> elf(new FileELF);
+    elf->type = file_type::kElf;
+    storeHead(*loaded, elf.get());
     if (elf->headerSize != sizeof(Elf32_Ehdr)) {
-        return refuseAsInvalid(*file);
+        return fail(ErrorCode::BadValue, "a head of " + std::to_string(elf->headerSize) +
+                                             " bytes instead of " +
+                                             std::to_string(sizeof(Elf32_Ehdr)));
     }
-    storeSections(*loaded, elf);
-    const Outcome outcome = storeSegments(*loaded, paddingByte, elf);
-    if (outcome == Outcome::NoMemory) {
-        reportError(L"Unable to allocate memory");
-        return false;
+    storeSections(*loaded, elf.get());
+    if (auto stored = storeLoads(*loaded, padding, elf.get()); !stored) {
+        return tl::unexpected<Error>(stored.error());
     }
-    if (outcome == Outcome::Unreadable) {
-        return refuseAsInvalid(*file);
-    }
-    TableReader(*loaded, elf).run();
+    TableReader(*loaded, elf.get()).run();
     if (elf->segmentCount == 0) {
-        return refuseAsInvalid(*file);
+        return fail(ErrorCode::Missing, "no program header loads anything");
     }
-    FileSegmentsTri(elf);
-    if (ReduceFileSegment(elf) != 0) {
-        DisplayMng::getInstance().logMessage(
-            4, L"File corrupted. Two or more segments defines the same memory zone");
-    }
-    return true;
+    return elf;
 }
 
-int FileManager::GetDataFromSection(const std::string &elfPath, const std::string &sectionName,
-                                    unsigned char **data)
+Result<OwnedSegment> readElfSection(const QString &path, const std::string &name)
 {
     constexpr std::uint64_t kLargest = 0x1FFFFFFF;
     QFile input;
-    const QString path = QString::fromStdString(elfPath);
     const auto loaded = openElf(input, path);
     if (!loaded) {
-        DisplayMng::getInstance().logMessage(5, L"%s is not a valid ELF file", elfPath.c_str());
-        return -1;
+        return tl::unexpected<Error>(loaded.error());
     }
     const auto &list = loaded->sections();
-    const auto section = std::find_if(list.begin(), list.end(), [&sectionName](const auto &one) {
-        return one.name == sectionName;
-    });
+    const auto section = std::find_if(list.begin(), list.end(),
+                                      [&name](const auto &one) { return one.name == name; });
     if (section == list.end()) {
-        DisplayMng::getInstance().logMessage(5, L"%s does not name a section in this file",
-                                             sectionName.c_str());
-        return -1;
+        return fail(ErrorCode::Missing, "no section has this name");
     }
     const auto size = static_cast<std::size_t>(section->sectionSize);
-    MallocArray<std::uint8_t> block;
+    OwnedSegment bytes;
     if (size <= kLargest) {
         // A section without bytes of its own reads as zeros.
-        block.reset(static_cast<std::uint8_t *>(std::calloc(size + 1, 1)));
+        bytes.data.reset(static_cast<std::uint8_t *>(std::calloc(size + 1, 1)));
     }
-    if (!block) {
-        reportError(L"Unable to allocate memory");
-        return 0;
+    if (!bytes.data) {
+        return outOfMemory();
     }
+    bytes.size = static_cast<std::uint32_t>(size);
     if (loaded->hasData(*section)) {
-        loaded->read(section->fileOffset, {block.get(), size});
+        loaded->read(section->fileOffset, {bytes.data.get(), size});
     }
-    *data = block.release();
-    return static_cast<int>(size);
+    return bytes;
 }
+
+}  // namespace files

@@ -1,27 +1,24 @@
-#include "files/FileManager.h"
+#include "files/firmware/SegmentList.h"
+
 #include "files/base/RangeConflicts.h"
-#include "report/DisplayMng.h"
 
 #include <algorithm>
 #include <cstdlib>
 #include <cstring>
 #include <new>
 
+namespace files
+{
+
 namespace
 {
 
-/// How far the smaller of the two counts reaches: `segmentCount` rules, the list bounds it.
-std::size_t countedSegments(const FileData &file)
-{
-    return std::min<std::size_t>(file.segmentCount, file.segments.size());
-}
-
 /// The segment that absorbs its neighbours. Its block grows in large steps, so that a hundred
 /// thousand short neighbours don't copy it a hundred thousand times.
-class Absorber
+class GrowingSegment
 {
 public:
-    Absorber(SegmentData *segment, std::uint8_t padding)
+    GrowingSegment(SegmentData *segment, std::uint8_t padding)
         : m_segment(segment), m_capacity(segment->size), m_padding(padding)
     {
     }
@@ -107,14 +104,11 @@ private:
     bool m_hasCut = false;
 };
 
-std::vector<files::Range> rangesOf(const FileData &file)
+std::vector<Range> rangesOf(const FileData &file)
 {
-    std::vector<files::Range> ranges;
-    const std::size_t count = countedSegments(file);
-    ranges.reserve(count);
-    for (std::size_t i = 0; i < count; ++i) {
-        const SegmentData &segment = file.segments[i];
-        ranges.push_back(files::Range::wrapping(segment.address, segment.size));
+    std::vector<Range> ranges;
+    for (const SegmentData &segment : countedSegments(file)) {
+        ranges.push_back(Range::wrapping(segment.address, segment.size));
     }
     return ranges;
 }
@@ -125,21 +119,21 @@ bool filesOverlap(const std::vector<FileData *> &list)
     if (list.size() < 2) {
         return false;
     }
-    std::vector<std::vector<files::Range>> ranges;
-    std::vector<files::Range> all;
+    std::vector<std::vector<Range>> ranges;
+    std::vector<Range> all;
     for (const FileData *file : list) {
         ranges.push_back(rangesOf(*file));
         all.insert(all.end(), ranges.back().begin(), ranges.back().end());
     }
     // From the last file back, so that each segment is asked about later files only.
-    files::RangeConflicts later(all);
+    RangeConflicts later(all);
     for (std::size_t i = ranges.size(); i-- > 0;) {
-        for (const files::Range &range : ranges[i]) {
+        for (const Range &range : ranges[i]) {
             if (later.anyConflictsWith(range)) {
                 return true;
             }
         }
-        for (const files::Range &range : ranges[i]) {
+        for (const Range &range : ranges[i]) {
             later.add(range);
         }
     }
@@ -148,79 +142,82 @@ bool filesOverlap(const std::vector<FileData *> &list)
 
 }  // namespace
 
-void FileSegmentsTri(void *file)
+std::span<const SegmentData> countedSegments(const FileData &file)
 {
-    auto &data = *static_cast<FileData *>(file);
-    const auto count = static_cast<std::ptrdiff_t>(countedSegments(data));
-    std::stable_sort(
-        data.segments.begin(), data.segments.begin() + count,
-        [](const SegmentData &a, const SegmentData &b) { return a.address < b.address; });
+    return std::span(file.segments)
+        .first(std::min<std::size_t>(file.segmentCount, file.segments.size()));
 }
 
-int FileManager::ReduceFileSegment(FileData *file)
+void storeSegments(FileData &record, std::vector<OwnedSegment> segments)
+{
+    record.segments.reserve(segments.size());
+    for (OwnedSegment &segment : segments) {
+        record.segments.push_back({segment.address, segment.size, segment.data.release()});
+    }
+    record.segmentCount = static_cast<std::uint32_t>(record.segments.size());
+}
+
+Reduction reduceSegments(FileData &file, std::uint8_t padding)
 {
     constexpr std::uint32_t kWidestGap = 31;
-    std::vector<SegmentData> &list = file->segments;
-    const std::size_t count = countedSegments(*file);
+    std::vector<SegmentData> &list = file.segments;
+    const std::size_t count = countedSegments(file).size();
     if (count < 2) {
-        return 0;
+        return {};
     }
-    bool overlapped = false;
-    bool outOfMemory = false;
+    Reduction reduction;
     std::size_t last = 0;  // the survivor that is growing; all before it are done
     std::size_t next = 1;
-    Absorber survivor(&list[0], paddingByte);
+    GrowingSegment survivor(&list[0], padding);
     for (; next < count; ++next) {
         const SegmentData &segment = list[next];
         const std::uint32_t gap = segment.address - survivor.end();
         if (gap > kWidestGap && segment.address >= survivor.end()) {
             survivor.trim();
-            overlapped = overlapped || survivor.hasCut();
+            reduction.overlapped = reduction.overlapped || survivor.hasCut();
             list[++last] = segment;
-            survivor = Absorber(&list[last], paddingByte);
+            survivor = GrowingSegment(&list[last], padding);
             continue;
         }
         const bool joins = gap <= kWidestGap;
         if (!(joins ? survivor.join(gap, segment) : survivor.overwrite(segment))) {
-            outOfMemory = true;
+            reduction.outOfMemory = true;
             break;
         }
-        overlapped = overlapped || !joins;
+        reduction.overlapped = reduction.overlapped || !joins;
         std::free(segment.data);
     }
     survivor.trim();
-    overlapped = overlapped || survivor.hasCut();
+    reduction.overlapped = reduction.overlapped || survivor.hasCut();
     // Absorbed records leave the list in one move; what wasn't reached stays in it.
     list.erase(list.begin() + static_cast<std::ptrdiff_t>(last) + 1,
                list.begin() + static_cast<std::ptrdiff_t>(next));
-    file->segmentCount = static_cast<std::uint32_t>(count - (next - last - 1));
-    if (outOfMemory) {
-        DisplayMng::getInstance().logMessage(5, L"Unable to allocate memory");
-        return 1;
-    }
-    return overlapped ? 1 : 0;
+    file.segmentCount = static_cast<std::uint32_t>(count - (next - last - 1));
+    return reduction;
 }
 
-bool FileManager::MergeFiles(const std::vector<FileData *> &list, FileData **merged)
+Result<RecordView<FileData>> mergedFiles(const std::vector<FileData *> &files)
 {
-    DisplayMng &display = DisplayMng::getInstance();
-    try {
-        if (filesOverlap(list)) {
-            display.logMessage(5, L"Overlap between segments, Unable to merge files");
-            return false;
-        }
-        files::RecordView<FileData> result(new FileData);
-        for (const FileData *file : list) {
-            const auto count = static_cast<std::ptrdiff_t>(countedSegments(*file));
-            result->segments.insert(result->segments.end(), file->segments.begin(),
-                                    file->segments.begin() + count);
-        }
-        result->segmentCount = static_cast<std::uint32_t>(result->segments.size());
-        FileSegmentsTri(result.get());
-        *merged = result.release();
-        return true;
-    } catch (const std::bad_alloc &) {
-        display.logMessage(5, L"Out of memory");
-        return false;
+    if (filesOverlap(files)) {
+        return fail(ErrorCode::Overlap, "Overlap between segments, Unable to merge files");
     }
+    RecordView<FileData> merged(new FileData);
+    for (const FileData *file : files) {
+        const auto segments = countedSegments(*file);
+        merged->segments.insert(merged->segments.end(), segments.begin(), segments.end());
+    }
+    merged->segmentCount = static_cast<std::uint32_t>(merged->segments.size());
+    FileSegmentsTri(merged.get());
+    return merged;
+}
+
+}  // namespace files
+
+void FileSegmentsTri(void *file)
+{
+    auto &data = *static_cast<FileData *>(file);
+    const auto count = static_cast<std::ptrdiff_t>(files::countedSegments(data).size());
+    std::stable_sort(
+        data.segments.begin(), data.segments.begin() + count,
+        [](const SegmentData &a, const SegmentData &b) { return a.address < b.address; });
 }
