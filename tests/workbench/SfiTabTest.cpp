@@ -66,6 +66,36 @@ TEST_F(SfiTab, GenerateNeedsFourFieldsAndAFirmwareFile)
     EXPECT_FALSE(canGenerate());
 }
 
+TEST_F(SfiTab, MapShowsAllFilesOfTheListAndFollowsIt)
+{
+    auto *map = widget<workbench::MemoryMap>("firmwareInfo_map");
+    const auto groups = [map] {
+        QStringList names;
+        for (const workbench::MapGroup &group : map->contents().groups) {
+            names << group.name;
+        }
+        return names.join('|');
+    };
+    prepare(kU575);
+    EXPECT_EQ(groups(), "") << "nothing is selected";
+    select("firmware", 0);
+    addBinary("firmware", folder.file("b.bin", std::string(64, 'b')), "0x08000008");
+    EXPECT_EQ(groups(), "fw.hex|b.bin");
+    EXPECT_EQ(map->contents().emphasised, 0);
+    EXPECT_TRUE(map->words().startsWith("Overlap between segments, Unable to merge files: "));
+    // The last block is the binary's: asking for it selects its file, and its row.
+    QTest::keyClick(map, Qt::Key_End);
+    QTest::keyClick(map, Qt::Key_Return);
+    EXPECT_EQ(cells("firmwareInfo_table").first(), "b.bin");
+    EXPECT_EQ(map->contents().emphasised, 1);
+    EXPECT_TRUE(map->words().startsWith("b.bin, segment 1: 0x8000008 to 0x8000047, 64 B"))
+        << map->words().toStdString();
+    click("firmware_remove");
+    EXPECT_EQ(groups(), "fw.hex");
+    click("firmware_remove");
+    EXPECT_TRUE(map->isHidden());
+}
+
 TEST_F(SfiTab, RepairsComeInTheOrderOfTheChecks)
 {
     prepare(0);

@@ -1,4 +1,6 @@
 #pragma once
+#include "workbench/widgets/MemoryMapContents.h"
+
 #include <QColor>
 #include <QStringList>
 
@@ -37,6 +39,7 @@ struct Details {
 struct PaneContents {
     Overview overview;
     Details details;
+    MapContents map = {};  ///< without blocks: no picture
 };
 
 }  // namespace workbench

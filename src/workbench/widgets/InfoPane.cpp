@@ -42,7 +42,8 @@ InfoPane::InfoPane(const QString &name, const QString &title, const PaneContents
     : QWidget(parent), m_start(contents), m_spokenTitle(title),
       m_overview(makeTable(name + QStringLiteral("_table"), title, this)),
       m_title(new QLabel(this)),
-      m_details(makeTable(name + QStringLiteral("_segments"), title, this))
+      m_details(makeTable(name + QStringLiteral("_segments"), title, this)),
+      m_map(new MemoryMap(name + QStringLiteral("_map"), title, this))
 {
     m_title->setObjectName(name + QStringLiteral("_label"));
     m_overview->setVerticalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
@@ -53,25 +54,46 @@ InfoPane::InfoPane(const QString &name, const QString &title, const PaneContents
     layout->addWidget(m_overview);
     layout->addWidget(m_title);
     layout->addWidget(m_details, 1);
+    layout->addWidget(m_map);
+    connectMap();
     reset();
+}
+
+void InfoPane::connectMap()
+{
+    connect(m_details, &QTableWidget::itemSelectionChanged, this, [this] {
+        const QList<QTableWidgetSelectionRange> ranges = m_details->selectedRanges();
+        m_map->selectRow(ranges.isEmpty() ? -1 : ranges.first().topRow());
+    });
+    connect(m_map, &MemoryMap::rowChosen, this, [this](int row) {
+        const QSignalBlocker blocker(m_details);  // the map knows, and may stand on no row at all
+        if (row < 0) {
+            m_details->clearSelection();
+        } else {
+            m_details->selectRow(row);
+        }
+    });
 }
 
 void InfoPane::show(const PaneContents &contents)
 {
     showOverview(contents.overview);
     showDetails(contents.details);
+    showMap(contents.map);
 }
 
 void InfoPane::clearContents()
 {
     m_overview->clearContents();
     m_details->setRowCount(0);
+    m_map->setContents({});
 }
 
 void InfoPane::reset()
 {
     m_start.overview.values.clear();
     m_start.details.rows.clear();
+    m_start.map = {};
     show(m_start);
 }
 
@@ -133,6 +155,19 @@ void InfoPane::showDetails(const Details &details)
         ++row;
     }
     m_details->setUpdatesEnabled(true);
+}
+
+void InfoPane::showMap(const MapContents &contents)
+{
+    m_map->setContents(contents);
+    for (const auto &[row, words] : m_map->marksOfRows()) {
+        for (int column = 0; column < m_details->columnCount(); ++column) {
+            if (QTableWidgetItem *item = m_details->item(row, column)) {
+                item->setToolTip(plainToolTip(words));
+                item->setData(Qt::AccessibleDescriptionRole, words);
+            }
+        }
+    }
 }
 
 }  // namespace workbench

@@ -1,5 +1,6 @@
 #pragma once
 #include "workbench/widgets/InfoContents.h"
+#include "workbench/widgets/MemoryMap.h"
 
 #include <QLabel>
 #include <QTableWidget>
@@ -8,7 +9,8 @@
 namespace workbench
 {
 
-/// An overview table, a title and a details table; all cells are read-only.
+/// An overview table, a title, a details table, and a map of the memory that is used; all cells
+/// are read-only. The selected row and the chosen block of the map are the same.
 class InfoPane : public QWidget
 {
     Q_OBJECT
@@ -28,18 +30,26 @@ public:
     /// Back to the headings given to the constructor, without values.
     void reset();
 
+    /// Selects a line of the details, and its block in the map.
+    void selectRow(int row) { m_details->selectRow(row); }
+
+    [[nodiscard]] MemoryMap *map() const { return m_map; }
+
     using QWidget::show;
 
 private:
     void showOverview(const Overview &overview);
     void showDetails(const Details &details);
     void fitOverview();
+    void showMap(const MapContents &contents);
+    void connectMap();
 
     PaneContents m_start;
     QString m_spokenTitle;
     QTableWidget *m_overview;
     QLabel *m_title;
     QTableWidget *m_details;
+    MemoryMap *m_map;
 };
 
 }  // namespace workbench

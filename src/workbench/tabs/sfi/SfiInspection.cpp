@@ -2,6 +2,7 @@
 
 #include "files/base/SizeText.h"
 #include "files/containers/SfiFormat.h"
+#include "workbench/tabs/sfi/SfiMap.h"
 
 #include <QFileInfo>
 
@@ -181,6 +182,7 @@ PaneContents describeImage(const QString &path, std::uint64_t fileBytes, const F
             {{index, label, files::sizeText(area.size), hexText(area.address)},
              areaColours(area.areaType)});
     }
+    contents.map = mapOfImage(image, areaColours);
     return contents;
 }
 

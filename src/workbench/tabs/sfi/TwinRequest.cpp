@@ -3,6 +3,7 @@
 #include "files/base/SafeWriter.h"
 #include "report/DisplayMng.h"
 #include "workbench/tabs/sfi/SfiInspection.h"
+#include "workbench/tabs/sfi/SfiMap.h"
 #include "workbench/tabs/sfi/TwinTab.h"
 #include "workbench/widgets/Boxes.h"
 #include "workbench/widgets/BusyCursor.h"
@@ -228,16 +229,18 @@ void TwinTab::showFile(Row row)
         return;
     }
     m_shownRow = row;
-    const QString path = list->rows().path(selected);
-    const FileData &record = list->rows().record(selected);
+    const FileRows &rows = list->rows();
+    const QString path = rows.path(selected);
+    const FileData &record = rows.record(selected);
+    PaneContents contents = describeFirmware(path, record);
     if (row == Row::External) {
         // The two lists may be out of step, so a file may have no entry.
         const ExtBinInfo *info =
             selected < extBinInfos.size() ? &extBinInfos.at(selected) : nullptr;
-        m_form->firmwareInfo()->show(describeExternal(path, record, info));
-        return;
+        contents = describeExternal(path, record, info);
     }
-    m_form->firmwareInfo()->show(describeFirmware(path, record));
+    contents.map = mapOfFiles(rows.paths(), rows.records(), selected);
+    m_form->firmwareInfo()->show(contents);
 }
 
 }  // namespace workbench

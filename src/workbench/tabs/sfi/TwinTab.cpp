@@ -109,6 +109,7 @@ void TwinTab::connectLists()
         // A click shows the file again when another list's file was shown meanwhile.
         connect(list->view(), &QListView::clicked, this, [this, row] { pickFile(row); });
     }
+    connect(m_form->firmwareInfo()->map(), &MemoryMap::groupChosen, this, &TwinTab::pickSegment);
 }
 
 const McuRow &TwinTab::mcu() const
@@ -211,6 +212,9 @@ void TwinTab::addFiles(Row row, const QStringList &paths)
     context().lastFolder = paths.last();
     for (const QString &path : paths) {
         addFile(row, path);
+    }
+    if (m_shownRow == row) {
+        showFile(row);  // its map has all files of the list
     }
     updateGenerate();
 }
@@ -332,6 +336,15 @@ void TwinTab::pickFile(Row row)
     if (m_form->list(row)->selectedRow() >= 0) {
         m_form->showFirmwarePane();
         showFile(row);
+    }
+}
+
+void TwinTab::pickSegment(int file, int number)
+{
+    if (m_shownRow) {
+        QListView *view = m_form->list(*m_shownRow)->view();
+        view->setCurrentIndex(view->model()->index(file, 0));
+        m_form->firmwareInfo()->selectRow(number - 1);
     }
 }
 

@@ -88,6 +88,7 @@ private:
     void saveExternal(SavedGroup &group) const;
     void pickFile(Row row);  ///< the user turned to the selected file
     void showFile(Row row);
+    void pickSegment(int file, int number);  ///< of the list that the map shows
     void parseModules(const QString &path);
     void setPath(Row row, const QString &path);  ///< in this tab or, of a shared field, in all
 
