@@ -151,21 +151,6 @@ Result<ParsedImage> parseImage(ByteView image)
     return parsed;
 }
 
-const char *verdictText(Verdict verdict)
-{
-    switch (verdict) {
-    case Verdict::NotChecked:
-        return "not checked";
-    case Verdict::Authentic:
-        return "authentic";
-    case Verdict::Damaged:
-        return "damaged";
-    case Verdict::WrongKeyOrDamaged:
-        return "wrong key or damaged";
-    }
-    return "";
-}
-
 Result<OpenedImage> openImage(ByteView image, std::optional<ByteView> key)
 {
     if (key && key->size() != kKeyBytes) {

@@ -1,6 +1,7 @@
 #pragma once
 #include "files/base/Result.h"
 #include "preparation/sealing/SealCipher.h"
+#include "preparation/sealing/Verdict.h"
 
 #include <optional>
 #include <vector>
@@ -31,17 +32,6 @@ struct ParsedImage {
 ///         an index or count that doesn't agree, an area beyond the end, no `C` at the end, a `C`
 ///         before it, bytes behind it
 files::Result<ParsedImage> parseImage(ByteView image);
-
-/// What is known about one area.
-enum class Verdict {
-    NotChecked,         ///< no key was given; its check block, if it has one, fits
-    Authentic,          ///< its tag fits under the key
-    Damaged,            ///< its check block doesn't fit
-    WrongKeyOrDamaged,  ///< its tag doesn't fit under the key
-};
-
-/// "not checked", "authentic", "damaged", "wrong key or damaged".
-const char *verdictText(Verdict verdict);
 
 /// An image after the check; `plain` and `verdicts` go by place in `parsed.areas`.
 struct OpenedImage {

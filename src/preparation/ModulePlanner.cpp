@@ -1,7 +1,7 @@
 #include "preparation/ModulePlanner.h"
 
-#include "files/base/ByteCursor.h"
 #include "preparation/RecordView.h"
+#include "preparation/smi/SmiFormat.h"
 
 #include <algorithm>
 
@@ -17,7 +17,6 @@ using files::Result;
 
 constexpr std::size_t kIdentifierBytes = 16;
 constexpr std::ptrdiff_t kIdentifierAt = 16;
-constexpr std::uint64_t kSmiHeadBytes = 96;
 constexpr std::array<std::uint8_t, kFlashWordBytes> kZeros{};
 
 /// Modules are programmed in whole Flash words, so their areas end at one.
@@ -50,37 +49,6 @@ Result<void> checkModule(const SegmentDataMCSV &module, std::uint32_t ordinal)
         return fail(ErrorCode::BadValue, what + " of the modules list has no data");
     }
     return {};
-}
-
-/// What the builder needs of a secure module image's head.
-struct SmiHead {
-    std::uint32_t loadAddress = 0;
-    std::uint32_t plainSize = 0;
-};
-
-Result<SmiHead> readSmiHead(ByteView file, const std::string &what)
-{
-    files::ByteCursor cursor(file);
-    const auto magic = cursor.bytes(kMagicBytes);
-    const std::uint16_t version = cursor.u16le();
-    cursor.skip(2);  // flags
-    SmiHead head;
-    head.loadAddress = cursor.u32le();
-    head.plainSize = cursor.u32le();
-    if (!cursor.ok() || !std::ranges::equal(magic, kSmiMagic)) {
-        return fail(ErrorCode::BadValue, what + " is not an SMI image");
-    }
-    if (version != 1) {
-        return fail(ErrorCode::BadValue, what + " has the format version " +
-                                             std::to_string(version) + ", only 1 is known");
-    }
-    const std::uint64_t expected =
-        (kSmiHeadBytes + head.plainSize + kFlashWordBytes - 1) / kFlashWordBytes * kFlashWordBytes;
-    if (file.size() != expected) {
-        return fail(ErrorCode::WrongSize, what + " has " + std::to_string(file.size()) +
-                                              " bytes, its head says " + std::to_string(expected));
-    }
-    return head;
 }
 
 }  // namespace
@@ -133,7 +101,7 @@ Result<void> addSmiFiles(Plan &plan, const std::vector<const FileData *> &smiFil
                                                  " segments, it must have one");
         }
         const ByteView bytes((*segments)[0].data, (*segments)[0].size);
-        const auto head = readSmiHead(bytes, what);
+        const auto head = parseSmi(bytes, what);
         if (!head) {
             return tl::unexpected(head.error());
         }
