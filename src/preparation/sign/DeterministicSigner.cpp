@@ -39,7 +39,10 @@ files::Result<RawSignature> signDeterministic(const EcKey &key, const Digest32 &
         const Botan::ECDSA_PrivateKey privateKey(blinding, group,
                                                  Botan::BigInt(scalar->data(), scalar->size()));
         Botan::PK_Signer signer(privateKey, blinding, "Raw(SHA-256)");
-        signer.update(digest.data(), digest.size());
+        // The standard takes the digest modulo the order; the library leaves that to us.
+        const Botan::BigInt reduced =
+            Botan::BigInt(digest.data(), digest.size()) % group.get_order();
+        signer.update(Botan::BigInt::encode_1363(reduced, digest.size()));
         const std::vector<std::uint8_t> bytes = signer.signature(blinding);
         RawSignature signature{};
         if (bytes.size() == signature.size()) {

@@ -126,6 +126,26 @@ Result<void> writeTables(ElfImage &image, std::size_t oldCount)
     return {};
 }
 
+/// A part of a segment that holds no code any more isn't one to execute; checkers look at that.
+void settleFlags(ElfImage &image, const std::vector<Elf32_Phdr> &old)
+{
+    const auto isOld = [&old](const Elf32_Phdr &segment) {
+        return std::any_of(old.begin(), old.end(), [&segment](const Elf32_Phdr &one) {
+            return one.p_offset == segment.p_offset && one.p_memsz == segment.p_memsz;
+        });
+    };
+    for (Elf32_Phdr &segment : image.segments) {
+        const bool hasCode =
+            std::any_of(image.sections.begin(), image.sections.end(), [&](const auto &section) {
+                return (section.sh_flags & SHF_EXECINSTR) != 0 &&
+                       files::overlaps(image.rangeOf(section), rangeOf(segment));
+            });
+        if (segment.p_type == PT_LOAD && !hasCode && !isOld(segment)) {
+            segment.p_flags &= ~std::uint32_t{PF_X};
+        }
+    }
+}
+
 std::size_t countDebugSections(const ElfImage &image)
 {
     const auto count =
@@ -154,8 +174,12 @@ Result<ClearElf> ClearElf::make(ByteView file, const ModuleSection &module)
     detachHead(image);
     dropRelocations(image, *index);
     removeLocalSymbols(image, *index);
-    image.sections[*index].sh_type = SHT_NOBITS;
+    Elf32_Shdr &section = image.sections[*index];
+    section.sh_type = SHT_NOBITS;
+    // It is in no segment, so it can't claim to be loaded.
+    section.sh_flags &= ~std::uint32_t{SHF_ALLOC | SHF_EXECINSTR};
     clear(image, bytes);
+    settleFlags(image, original->segments);
     if (auto written = writeTables(image, original->segments.size()); !written) {
         return tl::unexpected(written.error());
     }
