@@ -9,7 +9,6 @@
 namespace preparation
 {
 
-
 /// One area as it stands in an image; the views refer to the image's bytes.
 struct ParsedArea {
     AreaPrefix prefix;

@@ -185,7 +185,7 @@ TEST_F(Packages, AreNeverAuthenticAfterOneFlippedBit)
               0);
     const std::string pem = privatePem(ramp(0x21, 3, 32), false);
     const Bytes pemBytes(pem.begin(), pem.end());
-    const auto ecKey = preparation::EcKey::readPrivate(pemBytes, nullptr);
+    const auto ecKey = crypto::EcKey::readPrivate(pemBytes, nullptr);
     ASSERT_TRUE(ecKey && sign(pem, ramp(5, 7, 60), 60));
     const std::string contents = ScratchFolder::contents(folder.path("signed"));
     EXPECT_EQ(authenticAfterFlip({contents.begin(), contents.end()},

@@ -59,8 +59,8 @@ Result<SignTrailer> parseSignTrailer(ByteView file)
                     "Its trailer says that " + std::to_string(trailer.signedSize) +
                         " bytes are signed, the file has " + std::to_string(trailer.fileSize));
     }
-    if (trailer.curve != static_cast<std::uint8_t>(Curve::P256) &&
-        trailer.curve != static_cast<std::uint8_t>(Curve::BrainpoolP256t1)) {
+    if (trailer.curve != static_cast<std::uint8_t>(crypto::Curve::P256) &&
+        trailer.curve != static_cast<std::uint8_t>(crypto::Curve::BrainpoolP256t1)) {
         return fail(ErrorCode::BadValue, "Its trailer names the curve " +
                                              std::to_string(trailer.curve) +
                                              ", only 1 and 2 are known");
@@ -71,7 +71,7 @@ Result<SignTrailer> parseSignTrailer(ByteView file)
     return trailer;
 }
 
-Result<Digest32> signDigest(ByteView signedBytes, ByteView trailer)
+Result<Digest> signDigest(ByteView signedBytes, ByteView trailer)
 {
     Sha256 sha;
     sha.begin();

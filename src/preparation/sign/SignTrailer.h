@@ -1,5 +1,6 @@
 #pragma once
-#include "preparation/sealing/EcKey.h"
+#include "crypto/primitives/EcKey.h"
+#include "preparation/sealing/SealCipher.h"
 
 #include <string_view>
 
@@ -18,8 +19,8 @@ struct SignTrailer {
     std::uint32_t fileSize = 0;    ///< without the trailer
     std::uint8_t curve = 0;        ///< value of `Curve`
     std::uint8_t sizeKind = 0;
-    Digest32 keyIdentifier{};
-    RawSignature signature{};
+    Digest keyIdentifier{};
+    crypto::RawSignature signature{};
 };
 
 using SignTrailerBytes = std::array<std::uint8_t, kSignTrailerBytes>;
@@ -33,6 +34,6 @@ files::Result<SignTrailer> parseSignTrailer(ByteView file);
 /// The digest that is signed: over the first `signedSize` bytes and the trailer up to the
 /// signature.
 /// @param trailer  128 bytes, or as many as are signed
-files::Result<Digest32> signDigest(ByteView signedBytes, ByteView trailer);
+files::Result<Digest> signDigest(ByteView signedBytes, ByteView trailer);
 
 }  // namespace preparation

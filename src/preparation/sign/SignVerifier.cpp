@@ -18,7 +18,7 @@ const char *signVerdictText(SignVerdict verdict)
     return "";
 }
 
-files::Result<OpenedSign> openSigned(ByteView file, const EcKey *key)
+files::Result<OpenedSign> openSigned(ByteView file, const crypto::EcKey *key)
 {
     const auto trailer = parseSignTrailer(file);
     if (!trailer) {

@@ -25,6 +25,6 @@ struct OpenedSign {
 /// Opens a signed image. The bytes may be hostile.
 /// @param key  the public key, or null
 /// @return the refusals of `parseSignTrailer`
-files::Result<OpenedSign> openSigned(ByteView file, const EcKey *key);
+files::Result<OpenedSign> openSigned(ByteView file, const crypto::EcKey *key);
 
 }  // namespace preparation

@@ -1,9 +1,8 @@
 #include "preparation/sign/SignedImage.h"
 
+#include "crypto/primitives/DeterministicSigner.h"
 #include "files/base/KeyFile.h"
 #include "files/base/SafeWriter.h"
-#include "preparation/sealing/SealCipher.h"
-#include "preparation/sign/DeterministicSigner.h"
 #include "preparation/sign/SignVerifier.h"
 
 #include <algorithm>
@@ -28,23 +27,15 @@ ByteView viewOf(const QByteArray &bytes)
             static_cast<std::size_t>(bytes.size())};
 }
 
-Result<Digest32> digestOf(ByteView bytes)
-{
-    Sha256 sha;
-    sha.begin();
-    sha.update(bytes);
-    return sha.finish();
-}
-
 }  // namespace
 
 struct SignedImage::State {
     unsigned char sizeKind = 0;
     unsigned int version = 0;
     bool hasFooter = false;
-    std::optional<Digest32> imageDigest;
+    std::optional<Digest> imageDigest;
     std::uint32_t imageSize = 0;
-    std::optional<EcKey> key;
+    std::optional<crypto::EcKey> key;
     std::function<void(int, const wchar_t *)> display;
 };
 
@@ -76,7 +67,7 @@ void SignedImage::setSigImgBin(FileData **image)
     }
     const SegmentData &segment = record->segments.front();
     if (segment.size == 0 || segment.data != nullptr) {
-        const auto digest = digestOf({segment.data, segment.size});
+        const auto digest = crypto::sha256({segment.data, segment.size});
         m_state->imageDigest = digest ? std::optional(*digest) : std::nullopt;
         m_state->imageSize = segment.size;
     }
@@ -99,7 +90,7 @@ Result<void> SignedImage::takeKey(const QString &keyPath, const char *phrase,
     if (!pem) {
         return fail(pem.error().code, "The EC private key file can't be read: " + pem.error().text);
     }
-    auto key = EcKey::readPrivate(pem->span(), phrase);
+    auto key = crypto::EcKey::readPrivate(pem->span(), phrase);
     if (!key) {
         return fail(key.error().code, "The EC private key file can't be used: " + key.error().text);
     }
@@ -118,11 +109,11 @@ Result<QByteArray> SignedImage::build(const QByteArray &bytes) const
                     "A signed image can't hold " + std::to_string(whole.size()) + " bytes");
     }
     const auto front =
-        digestOf(whole.first(std::min<std::size_t>(m_state->imageSize, whole.size())));
+        crypto::sha256(whole.first(std::min<std::size_t>(m_state->imageSize, whole.size())));
     if (m_state->imageSize > whole.size() || !front || *front != *m_state->imageDigest) {
         return fail(ErrorCode::BadValue, "The file's bytes don't begin with the image to sign");
     }
-    const EcKey &key = *m_state->key;
+    const crypto::EcKey &key = *m_state->key;
     const auto identifier = key.identifier();
     if (!identifier) {
         return tl::unexpected(identifier.error());
@@ -138,7 +129,7 @@ Result<QByteArray> SignedImage::build(const QByteArray &bytes) const
     if (!digest) {
         return tl::unexpected(digest.error());
     }
-    const auto signature = signDeterministic(key, *digest);
+    const auto signature = crypto::signDeterministic(key, *digest);
     if (!signature) {
         return tl::unexpected(signature.error());
     }

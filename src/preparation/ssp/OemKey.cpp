@@ -1,7 +1,7 @@
 #include "preparation/ssp/OemKey.h"
 
+#include "crypto/primitives/EcKey.h"
 #include "files/base/KeyFile.h"
-#include "preparation/sealing/EcKey.h"
 
 #include <algorithm>
 
@@ -33,7 +33,7 @@ files::Result<OemKey> readOemKey(const QString &path)
                            what + " has " + std::to_string(file->size()) +
                                " bytes, a public key has 178 and a root key table hash 32");
     }
-    const auto key = EcKey::readPublic(file->span());
+    const auto key = crypto::EcKey::readPublic(file->span());
     if (!key) {
         return files::fail(key.error().code, what + " can't be used: " + key.error().text);
     }
