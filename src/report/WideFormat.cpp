@@ -1,11 +1,12 @@
 #include "report/WideFormat.h"
 
 #include <algorithm>
-#include <charconv>
-#include <cmath>
 #include <cstdint>
+#include <cstring>
 #include <cwchar>
-#include <string_view>
+#include <iterator>
+#include <locale.h>
+#include <optional>
 #include <sys/types.h>
 
 namespace report
@@ -13,23 +14,30 @@ namespace report
 namespace
 {
 
-// Room for %f of the largest long double; the sum of digits before the point and a precision that
-// is capped below.
-constexpr std::size_t kNumberRoom = 5600;
-constexpr int kMaxFloatPrecision = 500;
+constexpr std::size_t kTextRoom = 30'720;  // characters of one argument, terminator included
 
-enum class Length { None, Char, Short, Long, LongLong, Max, Size, Difference, LongDouble };
+/// The locale of all messages: numbers with a point, narrow text in UTF-8. It is part of the C
+/// library, so it is there on every machine; without it only ASCII would be read as UTF-8.
+locale_t messageLocale()
+{
+    static const locale_t made = [] {
+        const locale_t utf8 = ::newlocale(LC_ALL_MASK, "C.UTF-8", nullptr);
+        return utf8 != nullptr ? utf8 : ::newlocale(LC_ALL_MASK, "C", nullptr);
+    }();
+    return made;
+}
 
-struct Directive {
-    bool left = false;
-    bool plus = false;
-    bool space = false;
-    bool alternate = false;
-    bool zero = false;
-    int width = 0;
-    int precision = -1;  // -1 when not given
-    Length length = Length::None;
-    wchar_t conversion = 0;
+/// Puts this thread under the locale of messages.
+class LocaleScope
+{
+public:
+    LocaleScope() : m_before(::uselocale(messageLocale())) {}
+    ~LocaleScope() { ::uselocale(m_before); }
+    LocaleScope(const LocaleScope &) = delete;
+    LocaleScope &operator=(const LocaleScope &) = delete;
+
+private:
+    locale_t m_before;
 };
 
 // A va_list is an array on some systems; in a struct it can be handed on by reference everywhere.
@@ -37,433 +45,234 @@ struct Arguments {
     va_list list;
 };
 
-class Sink
-{
-public:
-    Sink(wchar_t *out, std::size_t capacity) : m_out(out), m_left(capacity - 1) {}
+/// One "%..." of the format, with its stars replaced by their numbers.
+struct Directive {
+    wchar_t flags[48] = L"%";  ///< up to the precision, "%-08.3"
+    std::size_t count = 1;     ///< characters in `flags`
+    std::optional<int> precision;
+    wchar_t length[3] = {};
+    wchar_t conversion = 0;
 
-    void put(wchar_t character)
+    /// `flags` has room for the few flags and two numbers that make sense.
+    bool append(wchar_t character)
     {
-        if (m_left > 0) {
-            *m_out++ = character;
-            --m_left;
-            ++m_count;
+        if (count + 1 >= std::size(flags)) {
+            return false;
         }
+        flags[count++] = character;
+        return true;
     }
-    void fill(wchar_t character, std::size_t count)
+    bool appendNumber(int number)
     {
-        for (count = std::min(count, m_left); count > 0; --count) {
-            put(character);
-        }
+        wchar_t digits[16];
+        std::swprintf(digits, std::size(digits), L"%d", number);
+        return std::all_of(digits, digits + std::wcslen(digits),
+                           [this](wchar_t digit) { return append(digit); });
     }
-    void narrow(std::string_view text)
-    {
-        for (const char character : text) {
-            put(static_cast<unsigned char>(character));
-        }
-    }
-    std::size_t finish()
-    {
-        *m_out = L'\0';
-        return m_count;
-    }
-
-private:
-    wchar_t *m_out;
-    std::size_t m_left;
-    std::size_t m_count = 0;
 };
 
-std::size_t padding(const Directive &directive, std::size_t length)
+bool isOneOf(wchar_t character, const wchar_t *set)
 {
-    const auto width = static_cast<std::size_t>(directive.width);
-    return width > length ? width - length : 0;
+    return character != L'\0' && std::wcschr(set, character) != nullptr;
 }
 
-/// Sign or base prefix, then zeros, then digits, within the directive's width.
-void putNumber(Sink &sink, const Directive &directive, std::string_view prefix, std::size_t zeros,
-               std::string_view digits, bool mayZeroFill)
-{
-    const std::size_t blanks = padding(directive, prefix.size() + zeros + digits.size());
-    const bool zeroFill = mayZeroFill && directive.zero && !directive.left;
-    if (!directive.left && !zeroFill) {
-        sink.fill(L' ', blanks);
-    }
-    sink.narrow(prefix);
-    sink.fill(L'0', zeros + (zeroFill ? blanks : 0));
-    sink.narrow(digits);
-    if (directive.left) {
-        sink.fill(L' ', blanks);
-    }
-}
-
-const char *signPrefix(const Directive &directive, bool negative)
-{
-    if (negative) {
-        return "-";
-    }
-    return directive.plus ? "+" : directive.space ? " " : "";
-}
-
-std::intmax_t signedArgument(Arguments &arguments, Length length)
-{
-    switch (length) {
-    case Length::Char:
-        return static_cast<signed char>(va_arg(arguments.list, int));
-    case Length::Short:
-        return static_cast<short>(va_arg(arguments.list, int));
-    case Length::Long:
-        return va_arg(arguments.list, long);
-    case Length::LongLong:
-        return va_arg(arguments.list, long long);
-    case Length::Max:
-        return va_arg(arguments.list, std::intmax_t);
-    case Length::Size:
-        return va_arg(arguments.list, ssize_t);
-    case Length::Difference:
-        return va_arg(arguments.list, std::ptrdiff_t);
-    default:
-        return va_arg(arguments.list, int);
-    }
-}
-
-std::uintmax_t unsignedArgument(Arguments &arguments, Length length)
-{
-    switch (length) {
-    case Length::Char:
-        return static_cast<unsigned char>(va_arg(arguments.list, unsigned int));
-    case Length::Short:
-        return static_cast<unsigned short>(va_arg(arguments.list, unsigned int));
-    case Length::Long:
-        return va_arg(arguments.list, unsigned long);
-    case Length::LongLong:
-        return va_arg(arguments.list, unsigned long long);
-    case Length::Max:
-        return va_arg(arguments.list, std::uintmax_t);
-    case Length::Size:
-        return va_arg(arguments.list, std::size_t);
-    case Length::Difference:
-        return static_cast<std::uintmax_t>(va_arg(arguments.list, std::ptrdiff_t));
-    default:
-        return va_arg(arguments.list, unsigned int);
-    }
-}
-
-void putInteger(Sink &sink, const Directive &directive, std::uintmax_t magnitude, bool negative)
-{
-    const wchar_t kind = directive.conversion;
-    const bool isSigned = kind == L'd' || kind == L'i';
-    const int base = kind == L'o' ? 8 : (kind == L'x' || kind == L'X' || kind == L'p') ? 16 : 10;
-    char digits[32];
-    char *end = std::to_chars(digits, digits + sizeof digits, magnitude, base).ptr;
-    if (kind == L'X') {
-        std::transform(digits, end, digits,
-                       [](char c) { return c >= 'a' ? static_cast<char>(c - 'a' + 'A') : c; });
-    }
-    if (magnitude == 0 && directive.precision == 0) {
-        end = digits;  // a zero with precision 0 has no digits
-    }
-    const std::string_view text(digits, static_cast<std::size_t>(end - digits));
-    const auto wanted = static_cast<std::size_t>(std::max(directive.precision, 0));
-    std::size_t zeros = wanted > text.size() ? wanted - text.size() : 0;
-    std::string_view prefix = isSigned ? signPrefix(directive, negative) : "";
-    if (kind == L'p' || (directive.alternate && base == 16 && magnitude != 0)) {
-        prefix = kind == L'X' ? "0X" : "0x";
-    } else if (directive.alternate && base == 8 && zeros == 0 && (text.empty() || text[0] != '0')) {
-        zeros = 1;
-    }
-    putNumber(sink, directive, prefix, zeros, text, directive.precision < 0);
-}
-
-std::size_t floatDigits(char (&out)[kNumberRoom], const Directive &directive, long double value)
-{
-    const wchar_t kind = static_cast<wchar_t>(directive.conversion | 0x20);
-    int precision = directive.precision < 0 ? 6 : std::min(directive.precision, kMaxFloatPrecision);
-    if (kind == L'g' && precision == 0) {
-        precision = 1;
-    }
-    const std::chars_format shape = kind == L'f'   ? std::chars_format::fixed
-                                    : kind == L'e' ? std::chars_format::scientific
-                                    : kind == L'a' ? std::chars_format::hex
-                                                   : std::chars_format::general;
-    // Only a long double argument may be printed as one: %a shows its digits.
-    std::to_chars_result result{};
-    if (directive.length == Length::LongDouble) {
-        result = kind == L'a' && directive.precision < 0
-                     ? std::to_chars(out, out + kNumberRoom, value, shape)
-                     : std::to_chars(out, out + kNumberRoom, value, shape, precision);
-    } else {
-        const auto plain = static_cast<double>(value);
-        result = kind == L'a' && directive.precision < 0
-                     ? std::to_chars(out, out + kNumberRoom, plain, shape)
-                     : std::to_chars(out, out + kNumberRoom, plain, shape, precision);
-    }
-    return static_cast<std::size_t>(result.ptr - out);
-}
-
-void putFloat(Sink &sink, const Directive &directive, long double value)
-{
-    char digits[kNumberRoom];
-    const bool upper = directive.conversion < L'a';
-    const bool isNumber = std::isfinite(value);
-    std::size_t length = 0;
-    if (isNumber) {
-        length = floatDigits(digits, directive, std::fabs(value));
-    } else {
-        const std::string_view word = std::isnan(value) ? "nan" : "inf";
-        length = word.copy(digits, word.size());
-    }
-    if (upper) {
-        std::transform(digits, digits + length, digits, [](char c) {
-            return c >= 'a' && c <= 'z' ? static_cast<char>(c - 'a' + 'A') : c;
-        });
-    }
-    char prefix[4] = {};
-    std::size_t prefixLength =
-        std::string_view(signPrefix(directive, std::signbit(value))).copy(prefix, 1);
-    if (isNumber && (directive.conversion | 0x20) == L'a') {
-        prefix[prefixLength++] = '0';
-        prefix[prefixLength++] = upper ? 'X' : 'x';
-    }
-    putNumber(sink, directive, {prefix, prefixLength}, 0, {digits, length}, isNumber);
-}
-
-/// Decodes one character of UTF-8 and moves `text` behind it. What isn't UTF-8 is taken as Latin-1,
-/// byte by byte. Reads no byte behind a terminator.
-wchar_t nextCharacter(const unsigned char *&text)
-{
-    const unsigned lead = *text++;
-    const int more = lead >= 0xF0 && lead < 0xF5 ? 3 : lead >= 0xE0 ? 2 : lead >= 0xC2 ? 1 : 0;
-    if (more == 0 || lead >= 0xF5) {
-        return static_cast<wchar_t>(lead);
-    }
-    std::uint32_t code = lead & (0x3Fu >> more);
-    for (int i = 0; i < more; ++i) {
-        if ((text[i] & 0xC0u) != 0x80u) {
-            return static_cast<wchar_t>(lead);
-        }
-        code = code << 6 | (text[i] & 0x3Fu);
-    }
-    const std::uint32_t smallest[] = {0, 0x80, 0x800, 0x10000};
-    if (code < smallest[more] || code > 0x10FFFF || (code >= 0xD800 && code < 0xE000)) {
-        return static_cast<wchar_t>(lead);
-    }
-    text += more;
-    return static_cast<wchar_t>(code);
-}
-
-std::size_t wideLength(const wchar_t *text, std::size_t limit)
-{
-    std::size_t length = 0;
-    while (length < limit && text[length] != L'\0') {
-        ++length;
-    }
-    return length;
-}
-
-template <typename PutText>
-void putPadded(Sink &sink, const Directive &directive, std::size_t length, PutText putText)
-{
-    if (!directive.left) {
-        sink.fill(L' ', padding(directive, length));
-    }
-    putText();
-    if (directive.left) {
-        sink.fill(L' ', padding(directive, length));
-    }
-}
-
-void putString(Sink &sink, const Directive &directive, Arguments &arguments)
-{
-    const std::size_t limit =
-        directive.precision < 0 ? SIZE_MAX : static_cast<std::size_t>(directive.precision);
-    if (directive.length == Length::Long || directive.conversion == L'S') {
-        const wchar_t *text = va_arg(arguments.list, const wchar_t *);
-        text = text == nullptr ? L"(null)" : text;
-        const std::size_t length = wideLength(text, limit);
-        putPadded(sink, directive, length,
-                  [&] { std::for_each(text, text + length, [&sink](wchar_t c) { sink.put(c); }); });
-        return;
-    }
-    const char *given = va_arg(arguments.list, const char *);
-    const auto *text = reinterpret_cast<const unsigned char *>(given == nullptr ? "(null)" : given);
-    std::size_t length = 0;
-    for (const unsigned char *at = text; length < limit && *at != 0; ++length) {
-        nextCharacter(at);
-    }
-    putPadded(sink, directive, length, [&] {
-        const unsigned char *at = text;
-        for (std::size_t i = 0; i < length; ++i) {
-            sink.put(nextCharacter(at));
-        }
-    });
-}
-
-void putCharacter(Sink &sink, const Directive &directive, Arguments &arguments)
-{
-    const bool wide = directive.length == Length::Long || directive.conversion == L'C';
-    const wchar_t character =
-        wide ? static_cast<wchar_t>(va_arg(arguments.list, std::wint_t))
-             : static_cast<wchar_t>(static_cast<unsigned char>(va_arg(arguments.list, int)));
-    putPadded(sink, directive, character == L'\0' ? 0 : 1, [&] {
-        // A NUL would end the message for whoever reads it.
-        if (character != L'\0') {
-            sink.put(character);
-        }
-    });
-}
-
-int parseCount(const wchar_t *&at, Arguments &arguments)
+/// A number in the format, or the argument that a star stands for.
+std::optional<int> readCount(const wchar_t *&at, Arguments &arguments)
 {
     constexpr int kCap = 1'000'000;  // far above every buffer, far below overflow
     if (*at == L'*') {
         ++at;
         return std::clamp(va_arg(arguments.list, int), -kCap, kCap);
     }
-    int count = 0;
-    for (; *at >= L'0' && *at <= L'9'; ++at) {
-        count = std::min(count * 10 + static_cast<int>(*at - L'0'), kCap);
+    std::optional<int> count;
+    for (; isOneOf(*at, L"0123456789"); ++at) {
+        count = std::min(count.value_or(0) * 10 + static_cast<int>(*at - L'0'), kCap);
     }
     return count;
 }
 
-void parseFlags(const wchar_t *&at, Directive &directive)
+/// @param at  behind the percent sign; moves to the conversion's letter
+/// @return false for more flags than there are
+bool parseDirective(const wchar_t *&at, Arguments &arguments, Directive &directive)
 {
-    for (;; ++at) {
-        switch (*at) {
-        case L'-':
-            directive.left = true;
-            break;
-        case L'+':
-            directive.plus = true;
-            break;
-        case L' ':
-            directive.space = true;
-            break;
-        case L'#':
-            directive.alternate = true;
-            break;
-        case L'0':
-            directive.zero = true;
-            break;
-        default:
-            return;
-        }
+    bool fits = true;
+    for (; isOneOf(*at, L"-+ #0"); ++at) {
+        fits = fits && directive.append(*at);
     }
-}
-
-Length parseLength(const wchar_t *&at)
-{
-    struct Name {
-        const wchar_t *text;
-        Length length;
-    };
-    static constexpr Name kNames[] = {{L"hh", Length::Char},      {L"h", Length::Short},
-                                      {L"ll", Length::LongLong},  {L"l", Length::Long},
-                                      {L"j", Length::Max},        {L"z", Length::Size},
-                                      {L"t", Length::Difference}, {L"L", Length::LongDouble}};
-    for (const Name &name : kNames) {
-        const std::size_t length = std::wcslen(name.text);
-        if (std::wcsncmp(at, name.text, length) == 0) {
-            at += length;
-            return name.length;
-        }
-    }
-    return Length::None;
-}
-
-Directive parseDirective(const wchar_t *&at, Arguments &arguments)
-{
-    Directive directive;
-    parseFlags(at, directive);
-    directive.width = parseCount(at, arguments);
-    if (directive.width < 0) {
-        directive.left = true;
-        directive.width = -directive.width;
+    // A negative width is a flag '-' and a width.
+    if (const auto width = readCount(at, arguments)) {
+        fits = fits && directive.appendNumber(*width);
     }
     if (*at == L'.') {
         ++at;
-        directive.precision = std::max(parseCount(at, arguments), -1);
+        // A negative precision counts as none, an empty one as 0.
+        directive.precision = readCount(at, arguments).value_or(0);
+        if (*directive.precision < 0) {
+            directive.precision.reset();
+        } else {
+            fits = fits && directive.append(L'.') && directive.appendNumber(*directive.precision);
+        }
     }
-    directive.length = parseLength(at);
+    for (std::size_t i = 0; i < 2 && isOneOf(*at, L"hljztLq"); ++at, ++i) {
+        directive.length[i] = *at;
+    }
     directive.conversion = *at;
-    return directive;
+    return fits;
+}
+
+class Message
+{
+public:
+    Message(wchar_t *out, std::size_t capacity) : m_out(out), m_room(capacity) { *out = L'\0'; }
+
+    [[nodiscard]] std::size_t count() const { return m_count; }
+
+    void putPlain(const wchar_t *from, const wchar_t *end)
+    {
+        for (; from != end && m_count + 1 < m_room; ++from) {
+            m_out[m_count++] = *from;
+        }
+        m_out[m_count] = L'\0';
+    }
+
+    /// Lets the C library format one value. What doesn't fit is cut.
+    template <typename Value>
+    void put(const Directive &directive, const wchar_t *length, wchar_t conversion, Value value)
+    {
+        wchar_t format[64];
+        std::swprintf(format, std::size(format), L"%ls%ls%lc", directive.flags, length,
+                      static_cast<std::wint_t>(conversion));
+        std::swprintf(m_out + m_count, m_room - m_count, format, value);
+        m_out[m_room - 1] = L'\0';  // the library cuts without an end
+        m_count += std::wcslen(m_out + m_count);
+    }
+
+    bool putDirective(const Directive &directive, Arguments &arguments);
+
+private:
+    void putInteger(const Directive &directive, Arguments &arguments);
+    void putString(const Directive &directive, Arguments &arguments);
+    void putNarrow(const Directive &directive, const char *text);
+
+    wchar_t *m_out;
+    std::size_t m_room;
+    std::size_t m_count = 0;
+};
+
+void Message::putInteger(const Directive &directive, Arguments &arguments)
+{
+    const wchar_t *length = directive.length;
+    switch (length[0] == L'l' && length[1] == L'l' ? L'q' : length[0]) {
+    case L'l':
+        return put(directive, length, directive.conversion, va_arg(arguments.list, long));
+    case L'q':
+        return put(directive, length, directive.conversion, va_arg(arguments.list, long long));
+    case L'j':
+        return put(directive, length, directive.conversion, va_arg(arguments.list, std::intmax_t));
+    case L'z':
+        return put(directive, length, directive.conversion, va_arg(arguments.list, std::size_t));
+    case L't':
+        return put(directive, length, directive.conversion, va_arg(arguments.list, std::ptrdiff_t));
+    default:
+        return put(directive, length, directive.conversion, va_arg(arguments.list, int));
+    }
+}
+
+/// The C library would end the message at the first byte that isn't UTF-8; here that byte is taken
+/// as Latin-1.
+void Message::putNarrow(const Directive &directive, const char *text)
+{
+    wchar_t wide[kTextRoom];
+    std::size_t count = 0;
+    const std::size_t limit = std::min<std::size_t>(
+        static_cast<std::size_t>(directive.precision.value_or(INT32_MAX)), kTextRoom - 1);
+    while (count < limit && *text != '\0') {
+        std::mbstate_t state = {};
+        constexpr std::size_t kLongestCharacter = 4;
+        const std::size_t bytes =
+            std::mbrtowc(&wide[count], text, ::strnlen(text, kLongestCharacter), &state);
+        const bool isRead = bytes >= 1 && bytes <= kLongestCharacter;
+        if (!isRead) {
+            wide[count] = static_cast<wchar_t>(static_cast<unsigned char>(*text));
+        }
+        ++count;
+        text += isRead ? bytes : 1;
+    }
+    wide[count] = L'\0';
+    put(directive, L"l", L's', wide);
+}
+
+void Message::putString(const Directive &directive, Arguments &arguments)
+{
+    if (directive.length[0] == L'l' || directive.conversion == L'S') {
+        const wchar_t *text = va_arg(arguments.list, const wchar_t *);
+        return put(directive, L"l", L's', text == nullptr ? L"(null)" : text);
+    }
+    const char *text = va_arg(arguments.list, const char *);
+    putNarrow(directive, text == nullptr ? "(null)" : text);
 }
 
 /// @return false for a conversion that doesn't exist
-bool putDirective(Sink &sink, const Directive &directive, Arguments &arguments)
+bool Message::putDirective(const Directive &directive, Arguments &arguments)
 {
-    switch (directive.conversion) {
-    case L'd':
-    case L'i': {
-        const std::intmax_t value = signedArgument(arguments, directive.length);
-        const auto bits = static_cast<std::uintmax_t>(value);
-        putInteger(sink, directive, value < 0 ? 0 - bits : bits, value < 0);
-        return true;
-    }
-    case L'u':
-    case L'o':
-    case L'x':
-    case L'X':
-        putInteger(sink, directive, unsignedArgument(arguments, directive.length), false);
-        return true;
-    case L'p':
-        putInteger(sink, directive, unsignedArgument(arguments, Length::Size), false);
-        return true;
-    case L'c':
-    case L'C':
-        putCharacter(sink, directive, arguments);
-        return true;
-    case L's':
-    case L'S':
-        putString(sink, directive, arguments);
-        return true;
-    case L'f':
-    case L'F':
-    case L'e':
-    case L'E':
-    case L'g':
-    case L'G':
-    case L'a':
-    case L'A':
-        putFloat(sink, directive,
-                 directive.length == Length::LongDouble
-                     ? va_arg(arguments.list, long double)
-                     : static_cast<long double>(va_arg(arguments.list, double)));
-        return true;
-    case L'n':
-        static_cast<void>(va_arg(arguments.list, void *));
-        return true;
-    case L'%':
-        sink.put(L'%');
-        return true;
-    default:
+    const wchar_t kind = directive.conversion;
+    if (isOneOf(kind, L"diouxX")) {
+        putInteger(directive, arguments);
+    } else if (isOneOf(kind, L"fFeEgGaA")) {
+        if (directive.length[0] == L'L') {
+            put(directive, L"L", kind, va_arg(arguments.list, long double));
+        } else {
+            put(directive, L"", kind, va_arg(arguments.list, double));
+        }
+    } else if (isOneOf(kind, L"sS")) {
+        putString(directive, arguments);
+    } else if (isOneOf(kind, L"cC")) {
+        // A byte counts as Latin-1. As a string of one, so that a zero doesn't end the message.
+        const bool isWide = directive.length[0] == L'l' || kind == L'C';
+        const wchar_t text[] = {
+            isWide ? static_cast<wchar_t>(va_arg(arguments.list, std::wint_t))
+                   : static_cast<wchar_t>(static_cast<unsigned char>(va_arg(arguments.list, int))),
+            L'\0'};
+        put(directive, L"l", L's', static_cast<const wchar_t *>(text));
+    } else if (kind == L'p') {
+        put(directive, L"", kind, va_arg(arguments.list, void *));
+    } else if (kind == L'n') {
+        static_cast<void>(va_arg(arguments.list, void *));  // nothing is stored
+    } else if (kind == L'%') {
+        putPlain(&kind, &kind + 1);
+    } else {
         return false;
     }
+    return true;
 }
 
 }  // namespace
 
 std::size_t formatWide(wchar_t *out, std::size_t capacity, const wchar_t *format, va_list arguments)
 {
-    Sink sink(out, capacity);
+    const LocaleScope locale;
+    Message message(out, capacity);
     Arguments own{};
     va_copy(own.list, arguments);
-    for (const wchar_t *at = format; *at != L'\0';) {
-        if (*at != L'%') {
-            sink.put(*at++);
-            continue;
+    while (*format != L'\0') {
+        const wchar_t *percent = std::wcschr(format, L'%');
+        const wchar_t *at = percent != nullptr ? percent : format + std::wcslen(format);
+        message.putPlain(format, at);
+        format = at;
+        if (percent == nullptr) {
+            break;
         }
-        const wchar_t *start = at++;
-        const Directive directive = parseDirective(at, own);
-        if (putDirective(sink, directive, own)) {
+        Directive directive;
+        ++at;
+        if (parseDirective(at, own, directive) && message.putDirective(directive, own)) {
             ++at;
         } else {
-            std::for_each(start, at, [&sink](wchar_t c) { sink.put(c); });
+            message.putPlain(percent, at);
         }
+        format = at;
     }
     va_end(own.list);
-    return sink.finish();
+    return message.count();
 }
 
 }  // namespace report

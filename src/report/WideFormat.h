@@ -5,9 +5,10 @@
 namespace report
 {
 
-/// Formats like the C library's wide `printf`, but the same in every locale and without the heap:
-/// numbers have a point, `%s` reads UTF-8 (a byte that isn't UTF-8 prints as Latin-1), `%ls` prints
-/// every character as it is, `%c` prints its byte as Latin-1, a NUL prints as nothing.
+/// Formats like the C library's wide `printf`, but the same in every locale: numbers have a point,
+/// `%s` reads UTF-8 (a byte that isn't UTF-8 prints as Latin-1), `%ls` prints every character as it
+/// is, `%c` prints its byte as Latin-1, a NUL prints as nothing. Only the first message of a run
+/// takes memory from the heap, and does without when there is none.
 /// Conversions: d i u o x X c s C S p f F e E g G a A %, with all flags, `*`, and the lengths hh,
 /// h, l, ll, j, z, t and L. `%n` stores nothing; an unknown conversion is printed as written.
 /// @param out       receives the text and a terminator; longer text is cut at the end

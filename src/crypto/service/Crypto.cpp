@@ -1,6 +1,6 @@
 #include "crypto/service/Crypto.h"
 
-#include "report/DisplayMng.h"
+#include "report/Level.h"
 
 #include <openssl/crypto.h>
 
@@ -17,7 +17,7 @@ Crypto::~Crypto() = default;
 
 int Crypto::GetPubKeyBin(evp_pkey_st *, unsigned char **, unsigned long *)
 {
-    DisplayMng::getInstance().logMessage(5, L"Not supported operation\n");
+    report::message(report::Level::Error, L"Not supported operation\n");
     return 0;
 }
 

@@ -1,6 +1,6 @@
 #include "crypto/service/KeyErrors.h"
 
-#include "report/DisplayMng.h"
+#include "report/Level.h"
 
 #include <cstring>
 #include <openssl/err.h>
@@ -30,10 +30,9 @@ bool isCheckFault(unsigned long error)
 
 void reportKeyErrors()
 {
-    DisplayMng &display = DisplayMng::getInstance();
     for (unsigned long error = ERR_peek_error(); isCheckFault(error); error = ERR_peek_error()) {
-        display.logMessage(5, L"RSA key error: ");
-        display.logMessage(5, L"%s", tailOf(ERR_reason_error_string(error)));
+        report::message(report::Level::Error, L"RSA key error: ");
+        report::message(report::Level::Error, L"%s", tailOf(ERR_reason_error_string(error)));
         ERR_get_error();
     }
 }

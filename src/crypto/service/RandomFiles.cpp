@@ -1,21 +1,23 @@
 #include "crypto/service/Crypto.h"
 #include "crypto/service/KeyFileWriter.h"
 #include "files/base/Wipe.h"
-#include "report/DisplayMng.h"
+#include "report/Level.h"
 
 #include <QFile>
 
 #include <new>
 #include <openssl/rand.h>
 
+using report::Level;
+
 namespace
 {
 
 constexpr int kSspKeyBytes = 16;
 
-void report(int level, const wchar_t *format, const QString &path)
+void tell(Level level, const wchar_t *format, const QString &path)
 {
-    DisplayMng::getInstance().logMessage(level, format, path.toUtf8().constData());
+    report::message(level, format, path.toUtf8().constData());
 }
 
 files::Result<files::SecretBytes> randomBytes(int size)
@@ -39,20 +41,20 @@ int writeRandomFile(const QString &path, int size)
 {
     const auto bytes = randomBytes(size);
     if (!bytes) {
-        report(5, L"The random source failed, no file was written : %s", path);
+        tell(Level::Error, L"The random source failed, no file was written : %s", path);
         return -1;
     }
     if (QFile::exists(path)) {
-        report(4, L"The file %s already exists, it will be overwritten", path);
+        tell(Level::Warning, L"The file %s already exists, it will be overwritten", path);
     }
     // Random files aren't locked after they are made, so a locked one was meant to stay.
     auto writer = files::SafeWriter::open(path, files::Secrecy::SecretUnlessLocked);
     if (!writer) {
-        report(5, L"Failed to create output file : %s", path);
+        tell(Level::Error, L"Failed to create output file : %s", path);
         return -1;
     }
     if (!writer->write(bytes->span()) || !writer->commit()) {
-        report(5, L"Error while writing in file : %s file", path);
+        tell(Level::Error, L"Error while writing in file : %s file", path);
         return -1;
     }
     return 0;

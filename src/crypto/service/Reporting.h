@@ -1,19 +1,19 @@
 #pragma once
-#include "report/DisplayMng.h"
+#include "report/Level.h"
 
 namespace crypto
 {
 
 /// Reports a finished text as it stands; it may hold percent signs.
-inline void report(int level, const wchar_t *text)
+inline void tell(report::Level level, const wchar_t *text)
 {
-    DisplayMng::getInstance().logMessage(level, L"%ls", text);
+    report::message(level, L"%ls", text);
 }
 
 /// Reports a failure at level 5. @return `code`, so that a refusal is one line
 inline int refuse(const wchar_t *text, int code = -1)
 {
-    report(5, text);
+    tell(report::Level::Error, text);
     return code;
 }
 

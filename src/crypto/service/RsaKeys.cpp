@@ -10,6 +10,8 @@
 #include <openssl/err.h>
 #include <openssl/rsa.h>
 
+using report::Level;
+
 namespace
 {
 
@@ -25,7 +27,7 @@ int checkPair(EVP_PKEY *key)
         return -1;
     }
     if (checked == 1) {
-        crypto::report(1, L"RSA key ok \n");
+        crypto::tell(Level::Information, L"RSA key ok \n");
     }
     if (checked < 0 || ERR_peek_error() != 0) {
         ERR_print_errors_fp(stderr);
@@ -39,13 +41,16 @@ const EVP_CIPHER *pickCipher(CIHERTYPE type)
 {
     switch (type) {
     case CIHERTYPE_AES_128_CBC:
-        crypto::report(1, L"AES_128_cbc algorithm is selected for private key encription\n");
+        crypto::tell(Level::Information,
+                     L"AES_128_cbc algorithm is selected for private key encription\n");
         return EVP_aes_128_cbc();
     case CIHERTYPE_AES_256_CBC:
-        crypto::report(1, L"AES_256_cbc algorithm is selected for private key encription\n");
+        crypto::tell(Level::Information,
+                     L"AES_256_cbc algorithm is selected for private key encription\n");
         return EVP_aes_256_cbc();
     }
-    crypto::report(1, L"Unsupported algorithm selected for private key encription\n");
+    crypto::tell(Level::Information,
+                 L"Unsupported algorithm selected for private key encription\n");
     return nullptr;
 }
 
@@ -90,7 +95,7 @@ int Crypto::GenerateKeys(unsigned char *prvPath, unsigned char *pubPath, unsigne
         return -1;
     }
     // No error, but its level is part of what callers see.
-    crypto::report(5, L"Generating RSA private key... \n");
+    crypto::tell(Level::Error, L"Generating RSA private key... \n");
     std::fflush(stdout);
     EVP_PKEY *made = nullptr;
     const int generated = KeyGen(&made);
@@ -98,17 +103,17 @@ int Crypto::GenerateKeys(unsigned char *prvPath, unsigned char *pubPath, unsigne
     if (generated != 1) {
         return crypto::refuse(L"Error: fail occured while generating RSA private key\n");
     }
-    crypto::report(1, L"Saving RSA private key...\n");
+    crypto::tell(Level::Information, L"Saving RSA private key...\n");
     if (SaveEncPrvKey(prvPath, key.get(), password, cipher) != 1) {
         return crypto::refuse(L"Error: creating PEM file fails\n");
     }
-    crypto::report(1, L"Private key PEM file created\n");
+    crypto::tell(Level::Information, L"Private key PEM file created\n");
     if (SavePubKey(pubPath, key.get()) != 1) {
         return crypto::refuse(L"Error: creating Pubkey.pem fails\n");
     }
-    crypto::report(1, L"Public key PEM file created\n");
+    crypto::tell(Level::Information, L"Public key PEM file created\n");
     SaveHashPubKey(key.get(), hashPath);
-    crypto::report(1, L"Key generation done\n");
+    crypto::tell(Level::Information, L"Key generation done\n");
     std::fflush(stdout);
     return 1;
 }

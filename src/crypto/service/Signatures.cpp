@@ -5,6 +5,8 @@
 #include <openssl/err.h>
 #include <openssl/rsa.h>
 
+using report::Level;
+
 namespace
 {
 
@@ -79,19 +81,19 @@ int Crypto::sign(unsigned char *hash, unsigned long hashLen, unsigned char **sig
     *sig = signature.release();
     *sigLen = size;
     if (verbose) {
-        crypto::report(1, L"signature generated\n");
-        crypto::report(1, L"signature verification: ");
+        crypto::tell(Level::Information, L"signature generated\n");
+        crypto::tell(Level::Information, L"signature verification: ");
     }
     EVP_PKEY_verify_init(context.get());
     setPadding(context.get());
     setDigest(context.get());
     // Only a plain "no" counts: callers rely on a verification that couldn't be done being a pass.
     if (EVP_PKEY_verify(context.get(), *sig, *sigLen, hash, hashLen) == 0) {
-        crypto::report(5, L"FAIL \n");
+        crypto::tell(Level::Error, L"FAIL \n");
         return 0;
     }
     if (verbose) {
-        crypto::report(2, L"SUCCESS \n");
+        crypto::tell(Level::Success, L"SUCCESS \n");
     }
     return 1;
 }
@@ -100,7 +102,7 @@ int Crypto::GenerateSignature(unsigned char *data, unsigned long dataLen, unsign
                               unsigned char *password, unsigned char **sig, unsigned long *sigLen,
                               bool verbose, char *spare)
 {
-    crypto::report(1, L"Reading Private Key File... \n");
+    crypto::tell(Level::Information, L"Reading Private Key File... \n");
     EVP_PKEY *found = nullptr;
     if (ReadEncPrvKey(prvPath, &found, password, spare) != 1) {
         return crypto::refuse(L"Error: reading private key file fails\n");
