@@ -70,13 +70,16 @@ constexpr auto readSsfi = &readWith<FileSFI, &FileManager::SSFI_Parsing, file_ty
 constexpr auto readModules =
     &readWith<FileMCSV, &FileManager::extract_mcsv_config, file_type::kMcsv>;
 
-/// A format that this version knows by its ending only.
-OwnedRecord readLater(FileManager &, QFile &file)
+constexpr auto readLayout = &readWith<FileTSV, &FileManager::filter_tsv_file, file_type::kTsv>;
+
+OwnedRecord readSmu(FileManager &manager, QFile &file)
 {
-    report::message(Level::Error,
-                    L"The file %ls can't be read: this version has no reader for its format yet",
-                    files::nameWithoutFolder(file).c_str());
-    return nullptr;
+    RecordOwner<FileSMU> record(new FileSMU);
+    record->type = file_type::kSmu;
+    if (!manager.SMU_Parsing(&file, file.size(), record.get())) {
+        return nullptr;
+    }
+    return record;
 }
 
 struct Format {
@@ -85,9 +88,9 @@ struct Format {
 };
 
 constexpr Format kFormats[] = {
-    {".smi", readSmi},     {".smu", readLater},    {".hex", readHexSrec}, {".srec", readHexSrec},
+    {".smi", readSmi},     {".smu", readSmu},      {".hex", readHexSrec}, {".srec", readHexSrec},
     {".s19", readHexSrec}, {".elf", readElf},      {".axf", readElf},     {".o", readElf},
-    {".so", readElf},      {".out", readElf},      {".tsv", readLater},   {".csv", readCsv},
+    {".so", readElf},      {".out", readElf},      {".tsv", readLayout},  {".csv", readCsv},
     {".kcsv", readCsv},    {".sfi", readSfi},      {".sfix", readSfi},    {".ssfi", readSsfi},
     {".obk", readObk},     {".mcsv", readModules},
 };

@@ -58,6 +58,12 @@ public:
     bool SFI_Parsing(QFile *file, FileSFI *image);
     /// The same for an SSFI image.
     bool SSFI_Parsing(QFile *file, FileSFI *image);
+    /// A secure module image of the MCUboot kind, whose format has no refusal of its own.
+    /// @param size  bytes of the file that count
+    /// @return false only without memory
+    bool SMU_Parsing(QFile *file, long long size, FileSMU *image);
+    /// A flash layout: rows, and a filtered text with a head of 256 bytes in front.
+    bool filter_tsv_file(QFile *file, FileTSV *layout);
     /// Option bytes: address and value pairs, or hexadecimal values alone when the name ends in
     /// ".kcsv". Gives one segment of 32-bit values, lowest byte first.
     bool extract_csv_config(QFile *file, FileData *data);

@@ -1,13 +1,16 @@
 // The reader members of FileManager: each runs a reader of the rooms below and turns its error into
 // the message, once.
+#include "files/DummyHeader.h"
 #include "files/FileManager.h"
 #include "files/Reporting.h"
 #include "files/base/FileReader.h"
 #include "files/containers/SfiReader.h"
+#include "files/containers/SmuReader.h"
 #include "files/firmware/ElfReader.h"
 #include "files/firmware/HexSrecReader.h"
 #include "files/firmware/SegmentList.h"
 #include "files/tables/CsvReader.h"
+#include "files/tables/LayoutReader.h"
 #include "files/tables/ModulesReader.h"
 
 #include <optional>
@@ -97,6 +100,25 @@ void reportImage(const files::Error &error, const QFile &file)
     }
 }
 
+void reportLayout(const files::Error &error, const QFile &file)
+{
+    const std::wstring name = files::pathAsGiven(file);
+    switch (error.code) {
+    case ErrorCode::BadCount:
+        report::message(Level::Error,
+                        L"TSV file %ls not conform: it may miss some columns or fields",
+                        name.c_str());
+        break;
+    case ErrorCode::BadValue:
+        report::message(Level::Error, L"TSV file %ls is not conform. Wrong Offset value : %s",
+                        name.c_str(), error.text.c_str());
+        break;
+    default:
+        files::reportText(error);
+        break;
+    }
+}
+
 using ImageReader = files::Result<files::RecordOwner<FileSFI>> (*)(std::span<const std::uint8_t>);
 
 bool parseImage(QFile &file, FileSFI *out, ImageReader readImage)
@@ -179,6 +201,52 @@ bool FileManager::SSFI_Parsing(QFile *file, FileSFI *image)
 {
     image->type = file_type::kSsfi;
     return parseImage(*file, image, files::readSsfi);
+}
+
+bool FileManager::SMU_Parsing(QFile *file, long long size, FileSMU *image)
+{
+    image->type = file_type::kSmu;
+    const auto content = readWhole(*file);
+    if (!content) {
+        return false;
+    }
+    const auto counted = static_cast<std::size_t>(std::max(size, 0LL));
+    bool protectedMissing = false;
+    auto record = files::readSmu(content->span().first(std::min(counted, content->size())),
+                                 &protectedMissing);
+    if (!record) {
+        files::reportText(record.error());
+        return false;
+    }
+    if (protectedMissing) {
+        report::message(Level::Error, L"WARNING TLV protected not present even though ptlvs !=0 .");
+    }
+    return handOver(*record, image);
+}
+
+bool FileManager::filter_tsv_file(QFile *file, FileTSV *layout)
+{
+    layout->type = file_type::kTsv;
+    const auto content = readWhole(*file);
+    if (!content) {
+        return false;
+    }
+    auto read = files::readLayout(textOf(*content));
+    if (!read) {
+        reportLayout(read.error(), *file);
+        return false;
+    }
+    createSignedImage(read->filtered);
+    const auto *const bytes = reinterpret_cast<const std::uint8_t *>(read->filtered.constData());
+    const auto size = static_cast<std::size_t>(read->filtered.size());
+    auto text = files::copyBytes({bytes, size}, 1);
+    if (!text) {
+        report::message(Level::Error, L"Unable to allocate memory");
+        return false;
+    }
+    read->record->text = reinterpret_cast<char *>(text.release());
+    read->record->textSize = static_cast<std::uint32_t>(size);
+    return handOver(read->record, layout);
 }
 
 bool FileManager::extract_csv_config(QFile *file, FileData *data)
