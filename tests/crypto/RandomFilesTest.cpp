@@ -3,7 +3,6 @@
 #include "crypto/CryptoTestSupport.h"
 
 #include <openssl/rand.h>
-#include <set>
 
 namespace
 {
@@ -38,17 +37,6 @@ TEST_F(RandomFiles, HaveTheirSizeAndAreTheOwnersAloneUnderAnyMask)
     EXPECT_EQ(messages(), QStringList());
 }
 
-TEST_F(RandomFiles, AreNotDrawnFromASmallSeed)
-{
-    std::set<QByteArray> seen;
-    Crypto crypto;
-    for (int i = 0; i < 120; ++i) {
-        ASSERT_EQ(crypto.generateEncryptionandNonce(at(QString::number(i)), 16), 0);
-        seen.insert(contents(QString::number(i)));
-    }
-    EXPECT_EQ(seen.size(), 120u);
-}
-
 TEST_F(RandomFiles, ReplaceALongerOldFileWithAWarning)
 {
     put("old %ls.bin", QByteArray(40, 'x'));
@@ -72,19 +60,6 @@ TEST_F(RandomFiles, AFailedSourceLeavesNoFile)
     EXPECT_EQ(contents("old.bin"), "old");
     const QString text = "5|Error: The random source failed, no file was written : ";
     EXPECT_EQ(messages(), (QStringList{text + at("new.bin"), text + at("old.bin")}));
-}
-
-TEST_F(RandomFiles, AFullDiskKeepsTheOldFile)
-{
-    put("old.bin", "old");
-    {
-        const FullDisk full(4);
-        EXPECT_EQ(Crypto().generateEncryptionandNonce(at("old.bin"), 12), -1);
-    }
-    EXPECT_EQ(contents("old.bin"), "old");
-    EXPECT_EQ(entries(), QStringList("old.bin"));
-    EXPECT_EQ(messages().value(1),
-              "5|Error: Error while writing in file : " + at("old.bin") + " file");
 }
 
 TEST_F(RandomFiles, TargetsThatCannotBeOpenedAreRefusedUntouched)

@@ -1,7 +1,8 @@
 #include "crypto/CryptoTestSupport.h"
 #include "crypto/service/KeyErrors.h"
 
-#include <openssl/pem.h>
+#include <QRegularExpression>
+
 #include <sys/wait.h>
 
 namespace
@@ -108,14 +109,11 @@ TEST_F(RsaKeys, TheFirstFailureEndsTheWorkflow)
 
 TEST_F(RsaKeys, ParametersArePrintedAlsoOnAWideStream)
 {
-    const crypto::Bio memory(BIO_new(BIO_s_mem()));
-    PEM_write_bio_PUBKEY(memory.get(), rsaKey());
-    const crypto::EvpKey publicKey(PEM_read_bio_PUBKEY(memory.get(), nullptr, nullptr, nullptr));
     // A stream that was opened anew has no orientation yet, so the first print decides it.
     const pid_t child = ::fork();
     if (child == 0) {
         const bool opened = std::freopen(bytesAt("wide.txt").constData(), "w", stdout) != nullptr;
-        const int printed = Crypto().DisplayRSAKeyParams(publicKey.get());
+        const int printed = Crypto().DisplayRSAKeyParams(rsaKey());
         const int after = std::fwprintf(stdout, L"after\n");
         std::fflush(stdout);
         ::_exit(opened && printed == 1 && after == 6 ? 0 : 1);
@@ -123,14 +121,10 @@ TEST_F(RsaKeys, ParametersArePrintedAlsoOnAWideStream)
     int status = 1;
     ASSERT_EQ(::waitpid(child, &status, 0), child);
     EXPECT_EQ(status, 0);
-    BIGNUM *modulus = nullptr;
-    ASSERT_EQ(EVP_PKEY_get_bn_param(rsaKey(), "n", &modulus), 1);
-    const crypto::SecretNumber owner(modulus);
-    char *digits = BN_bn2hex(modulus);
-    const std::string expected =
-        std::string("p = NULL\nq = NULL\nn = 0x") + digits + "\ne = 0x010001\nd = NULL\nafter\n";
-    EXPECT_EQ(contents("wide.txt").toStdString(), expected);
-    OPENSSL_free(digits);
+    const QString number = "0x[0-9A-F]+\n";
+    const QRegularExpression expected("^p = " + number + "q = " + number + "n = " + number +
+                                      "e = 0x010001\nd = " + number + "after\n$");
+    EXPECT_TRUE(expected.match(contents("wide.txt")).hasMatch());
 }
 
 TEST_F(RsaKeys, CheckFaultsAreReportedUntilAStrangersError)

@@ -1,5 +1,7 @@
 #include "crypto/CryptoTestSupport.h"
 
+#include <openssl/param_build.h>
+
 namespace
 {
 
@@ -34,6 +36,38 @@ TEST_F(Signatures, StandUpToOpenSslAndReportTheirSteps)
     EXPECT_TRUE(isGood());
     EXPECT_EQ(messages(), (QStringList{"1|signature generated\n",
                                        "1|signature verification: ", "2|SUCCESS \n"}));
+}
+
+/// A pair whose public exponent isn't that of its private one: it signs, and no one can verify.
+crypto::EvpKey tornPair()
+{
+    crypto::SecretNumber n;
+    crypto::SecretNumber d;
+    for (const auto &[name, number] : {std::pair("n", &n), std::pair("d", &d)}) {
+        BIGNUM *raw = nullptr;
+        EVP_PKEY_get_bn_param(rsaKey(), name, &raw);
+        number->reset(raw);
+    }
+    const std::unique_ptr<OSSL_PARAM_BLD, files::FreeWith<&OSSL_PARAM_BLD_free>> build(
+        OSSL_PARAM_BLD_new());
+    OSSL_PARAM_BLD_push_BN(build.get(), "n", n.get());
+    OSSL_PARAM_BLD_push_BN(build.get(), "d", d.get());
+    OSSL_PARAM_BLD_push_ulong(build.get(), "e", 17);
+    const std::unique_ptr<OSSL_PARAM, files::FreeWith<&OSSL_PARAM_free>> parameters(
+        OSSL_PARAM_BLD_to_param(build.get()));
+    const crypto::KeyContext context(EVP_PKEY_CTX_new_id(EVP_PKEY_RSA, nullptr));
+    EVP_PKEY *made = nullptr;
+    EVP_PKEY_fromdata_init(context.get());
+    EVP_PKEY_fromdata(context.get(), &made, EVP_PKEY_KEYPAIR, parameters.get());
+    return crypto::EvpKey(made);
+}
+
+TEST_F(Signatures, AreVerifiedBeforeTheyCountAsGood)
+{
+    const crypto::EvpKey torn = tornPair();
+    ASSERT_TRUE(torn);
+    EXPECT_EQ(service.sign(hash, 32, &sig, &sigLen, torn.get(), false), 0);
+    EXPECT_EQ(messages(), QStringList("5|Error: FAIL \n"));
 }
 
 TEST_F(Signatures, RefusalsNameTheStep)

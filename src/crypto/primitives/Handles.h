@@ -1,4 +1,5 @@
 #pragma once
+#include "crypto/primitives/WipedHeap.h"
 #include "files/base/Ownership.h"
 
 #include <memory>

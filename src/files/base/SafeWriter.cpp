@@ -112,6 +112,7 @@ struct SafeWriter::State {
     QString path;          ///< as given, for error texts
     QByteArray target;     ///< where the file will stand
     QByteArray temporary;  ///< where it grows; empty when there is none to remove
+    LastingCalls calls;
     Handle file;
     std::uint64_t written = 0;
     bool failed = false;
@@ -141,13 +142,14 @@ SafeWriter::SafeWriter(SafeWriter &&) noexcept = default;
 SafeWriter &SafeWriter::operator=(SafeWriter &&) noexcept = default;
 SafeWriter::~SafeWriter() = default;
 
-Result<SafeWriter> SafeWriter::open(const QString &path, Secrecy secrecy)
+Result<SafeWriter> SafeWriter::open(const QString &path, Secrecy secrecy, LastingCalls calls)
 {
     if (path.isEmpty() || path.contains(QChar(u'\0'))) {
         return systemFault(ErrorCode::CannotOpen, path, ENOENT);
     }
     auto state = std::make_unique<State>();
     state->path = path;
+    state->calls = std::move(calls);
     const QByteArray given = QFile::encodeName(path);
     struct stat old = {};
     const bool exists = ::stat(given.constData(), &old) == 0;
@@ -207,10 +209,10 @@ Result<void> SafeWriter::commit()
         return fail(ErrorCode::WriteFailed, "an earlier write failed");
     }
     m_state->failed = true;  // a second commit must not report success
-    if (::fsync(m_state->file.number()) != 0 || !m_state->file.close()) {
+    if (m_state->calls.sync(m_state->file.number()) != 0 || !m_state->file.close()) {
         return m_state->giveUp(errno);
     }
-    if (::rename(m_state->temporary.constData(), m_state->target.constData()) != 0) {
+    if (m_state->calls.rename(m_state->temporary.constData(), m_state->target.constData()) != 0) {
         return m_state->giveUp(errno);
     }
     m_state->temporary.clear();
@@ -219,7 +221,7 @@ Result<void> SafeWriter::commit()
     const Handle folder(
         ::open(folderOf(m_state->target).constData(), O_RDONLY | O_DIRECTORY | O_CLOEXEC));
     if (folder.number() >= 0) {
-        ::fsync(folder.number());
+        m_state->calls.sync(folder.number());
     }
     return {};
 }

@@ -4,8 +4,11 @@
 #include <QString>
 
 #include <cstdint>
+#include <cstdio>
+#include <functional>
 #include <memory>
 #include <span>
+#include <unistd.h>
 
 namespace files
 {
@@ -15,6 +18,13 @@ enum class Secrecy {
     Public,  ///< an old file's mode stays; a new one gets the usual mode under the umask
     Secret,  ///< 0600 before the first byte; an old read-only file may be replaced
     SecretUnlessLocked,  ///< likewise, but an old file that can't be written is refused
+};
+
+/// What the writer asks of the system to make a file last. Tests hand in their own, to see what a
+/// failure does and in which order they are called.
+struct LastingCalls {
+    std::function<int(int)> sync = ::fsync;
+    std::function<int(const char *, const char *)> rename = ::rename;
 };
 
 /// Writes one output file so that it appears whole or not at all.
@@ -31,7 +41,8 @@ public:
     /// Makes the temporary file.
     /// @return the writer; CannotOpen when the target (but for Secrecy::Secret, an existing one
     ///         too) can't be opened for writing, is a folder or no regular file
-    static Result<SafeWriter> open(const QString &path, Secrecy secrecy = Secrecy::Public);
+    static Result<SafeWriter> open(const QString &path, Secrecy secrecy = Secrecy::Public,
+                                   LastingCalls calls = {});
 
     SafeWriter(SafeWriter &&) noexcept;
     SafeWriter &operator=(SafeWriter &&) noexcept;

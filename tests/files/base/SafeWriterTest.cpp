@@ -7,6 +7,7 @@
 
 #include <gtest/gtest.h>
 
+#include <cerrno>
 #include <sys/stat.h>
 #include <unistd.h>
 
@@ -90,6 +91,36 @@ TEST_F(SafeWriterTest, AFileTooLargeForTheDiskKeepsTheOldOne)
     }
     EXPECT_EQ(ScratchFolder::contents(path), "old");
     EXPECT_EQ(everything(), QStringList{"out.bin"});
+}
+
+TEST_F(SafeWriterTest, ContentIsSyncedThenRenamedThenTheFolderIsSynced)
+{
+    const QString path = folder.file("out.bin", "old");
+    const char *const steps[] = {"sync", "rename", "folder"};
+    for (int failing = 0; failing <= 3; ++failing) {  // 3: none fails
+        QStringList called;
+        const auto step = [&](const char *name) {
+            called << name;
+            errno = EIO;
+            return failing < 3 && name == steps[failing] ? -1 : 0;
+        };
+        const auto sync = [&](int handle) {
+            struct stat status = {};
+            return ::fstat(handle, &status) == 0 && S_ISDIR(status.st_mode) ? step(steps[2])
+                                                                            : step(steps[0]);
+        };
+        const auto rename = [&](const char *from, const char *to) {
+            return step(steps[1]) == 0 ? ::rename(from, to) : -1;
+        };
+        auto writer = SafeWriter::open(path, Secrecy::Public, {sync, rename});
+        ASSERT_TRUE(writer && writer->write(bytes("new")));
+        const auto committed = writer->commit();
+        // A folder that can't be synced is no failure: the content is in place.
+        EXPECT_EQ(committed.has_value(), failing >= 2);
+        EXPECT_EQ(called, QStringList({"sync", "rename", "folder"}).mid(0, failing + 1));
+        EXPECT_EQ(ScratchFolder::contents(path), failing >= 2 ? "new" : "old");
+        EXPECT_EQ(everything(), QStringList{"out.bin"});
+    }
 }
 
 TEST_F(SafeWriterTest, ModesFollowTheOldFileTheUmaskOrTheSecret)
