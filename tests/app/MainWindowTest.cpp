@@ -137,7 +137,12 @@ QStringList focusRound(int key)
     do {
         QTest::keyClick(QApplication::focusWidget(), static_cast<Qt::Key>(key));
         const QWidget *at = QApplication::focusWidget();
-        names << (qobject_cast<const QTabBar *>(at) ? at->parentWidget() : at)->objectName();
+        const auto name =
+            (qobject_cast<const QTabBar *>(at) ? at->parentWidget() : at)->objectName();
+        // Tab goes through the links of a label one by one.
+        if (names.isEmpty() || names.last() != name) {
+            names << name;
+        }
     } while (QApplication::focusWidget() != start && names.size() < 60);
     return names;
 }
@@ -152,8 +157,8 @@ TEST(MainWindow, TabGoesFromTopToBottomAndBack)
                             "helpIcon", "workbench_tabs", "sfi_mcu_combo"};
     EXPECT_EQ(forward.mid(0, 7), panel);
     EXPECT_EQ(forward.mid(forward.indexOf("sfi_output_folder")),
-              (QStringList{"sfi_output_folder", "sfi_info_tabs", "sfi_firmwareInfo_table",
-                           "sfi_firmwareInfo_segments", "hamburgerIcon"}))
+              (QStringList{"sfi_output_folder", "sfi_missing_label", "sfi_info_tabs",
+                           "sfi_firmwareInfo_table", "sfi_firmwareInfo_segments", "hamburgerIcon"}))
         << forward.join(' ').toStdString();
     QStringList backward = focusRound(Qt::Key_Backtab);
     backward.prepend(backward.takeLast());

@@ -52,7 +52,8 @@ TEST(Program, AnswersQuestionsWithoutADisplay)
     for (const char *question : {"--version", "--help"}) {
         const Outcome outcome = runProgram(PROGRAM, {question}, {}, kNoScreen);
         EXPECT_EQ(outcome.status, 0);
-        EXPECT_TRUE(outcome.out.contains(question[2] == 'v' ? "VDR32 Sealed Package Builder " : "Usage: "));
+        EXPECT_TRUE(
+            outcome.out.contains(question[2] == 'v' ? "VDR32 Sealed Package Builder " : "Usage: "));
         EXPECT_EQ(outcome.err, "");
     }
 }

@@ -5,8 +5,6 @@
 namespace
 {
 
-using workbench::Row;
-
 constexpr char kHex[] = ":020000040800F2\n:0401000001020304F1\n:00000001FF\n";
 constexpr char kSRecord[] = "S1070000010203"
                             "04EE\nS9030000FC\n";
@@ -20,7 +18,7 @@ protected:
     const QString srec = folder.file("four.srec", kSRecord);
     const QString smi = folder.file("five.smi", std::string("SMIMAGIC") + "data");
 
-    static void add(workbench::TwinTab *tab, Row row, const QStringList &paths,
+    static void add(workbench::SfiTab *tab, const QString &row, const QStringList &paths,
                     std::initializer_list<DialogAnswer> answers)
     {
         const DialogAnswers boxes(answers);
@@ -30,11 +28,11 @@ protected:
     void fillForms(const WindowUnderTest &window)
     {
         CentralWidget &form = window.form();
-        add(tab(form, "sfi"), Row::Firmware, {one, hex, two},
+        add(tab(form, "sfi"), "firmware", {one, hex, two},
             {place("0x8000000"), place("0x90000000")});
-        add(tab(form, "sfi"), Row::Smi, {smi}, {});
-        add(tab(form, "sfix"), Row::Firmware, {two}, {place("0x20")});
-        add(tab(form, "sfix"), Row::External, {one, srec, hex, two},
+        add(tab(form, "sfi"), "smi", {smi}, {});
+        add(tab(form, "sfix"), "internal", {two}, {place("0x20")});
+        add(tab(form, "sfix"), "external", {one, srec, hex, two},
             {place("0x70000000", "0x11"), place("", "0x22"), place("0x71000000", "0x33")});
         for (const char *tab : {"sfi", "sfix"}) {
             for (const char *row : {"key", "nonce", "optionBytes", "output", "ram", "token"}) {
@@ -78,11 +76,11 @@ TEST_F(SavedState, FormsComeBackWholeAndReadyToGenerate)
     const WindowUnderTest window;
     CentralWidget &form = window.form();
     EXPECT_EQ(texts(window), before);
-    EXPECT_EQ(places(tab(form, "sfi"), Row::Firmware),
+    EXPECT_EQ(places(tab(form, "sfi"), "firmware"),
               (QStringList{"one.bin@8000000", "three.hex@8000100", "two é.bin@90000000"}));
-    EXPECT_EQ(tab(form, "sfi")->form()->list(Row::Smi)->rows().paths(), QStringList(smi));
-    EXPECT_EQ(places(tab(form, "sfix"), Row::Firmware), QStringList("two é.bin@20"));
-    EXPECT_EQ(places(tab(form, "sfix"), Row::External),
+    EXPECT_EQ(tab(form, "sfi")->form()->list("smi")->rows().paths(), QStringList(smi));
+    EXPECT_EQ(places(tab(form, "sfix"), "internal"), QStringList("two é.bin@20"));
+    EXPECT_EQ(places(tab(form, "sfix"), "external"),
               (QStringList{"one.bin@70000000", "four.srec@0", "three.hex@8000100",
                            "two é.bin@71000000"}));
     EXPECT_EQ(infos(*tab(form, "sfix")),
@@ -135,9 +133,9 @@ TEST_F(SavedState, FilesThatAreGoneLeaveTheOthersTheirPlaces)
                                           gone.arg("one.bin"), gone.arg("four.srec")}));
     CentralWidget &form = window.form();
     EXPECT_EQ(rows(window, "sfi_smi_list"), 0);
-    EXPECT_EQ(places(tab(form, "sfi"), Row::Firmware),
+    EXPECT_EQ(places(tab(form, "sfi"), "firmware"),
               (QStringList{"three.hex@8000100", "two é.bin@90000000"}));
-    EXPECT_EQ(places(tab(form, "sfix"), Row::External),
+    EXPECT_EQ(places(tab(form, "sfix"), "external"),
               (QStringList{"three.hex@8000100", "two é.bin@71000000"}));
     EXPECT_EQ(infos(*tab(form, "sfix")), (QStringList{"8000100 3 2 22", "71000000 3 2 33"}));
 }
@@ -157,10 +155,10 @@ TEST_F(SavedState, ShortListsEndTheRestoringOfTheirListOnly)
               (QStringList{"Error|Unable to create an SFI image from the format of : one.bin",
                            "Error|Corrupted settings file", "Error|Corrupted settings file"}));
     CentralWidget &form = window.form();
-    EXPECT_EQ(places(tab(form, "sfi"), Row::Firmware),
+    EXPECT_EQ(places(tab(form, "sfi"), "firmware"),
               (QStringList{"one.bin@8000000", "three.hex@8000100"}));
-    EXPECT_EQ(places(tab(form, "sfix"), Row::Firmware), QStringList("two é.bin@20"));
-    EXPECT_EQ(places(tab(form, "sfix"), Row::External),
+    EXPECT_EQ(places(tab(form, "sfix"), "internal"), QStringList("two é.bin@20"));
+    EXPECT_EQ(places(tab(form, "sfix"), "external"),
               (QStringList{"one.bin@70000000", "four.srec@0"}));
     EXPECT_EQ(infos(*tab(form, "sfix")), QStringList("70000000 3 2 11"));
     EXPECT_EQ(rows(window, "sfi_smi_list"), 0);
@@ -175,7 +173,7 @@ TEST_F(SavedState, DamagedValuesKeepToThemselves)
     const WindowUnderTest window;
     EXPECT_FALSE(window->paddingFF || window->generateLogFile);
     EXPECT_TRUE(window->generateSettingsFile);
-    EXPECT_EQ(places(tab(window.form(), "sfi"), Row::Firmware), QStringList("one.bin@20"));
+    EXPECT_EQ(places(tab(window.form(), "sfi"), "firmware"), QStringList("one.bin@20"));
 }
 
 TEST_F(SavedState, NoFileOfAnyKindBlocksStartOrClose)

@@ -4,7 +4,7 @@
 #include "support/DialogAnswers.h"
 #include "support/QtPrinters.h"
 #include "support/ScratchFolder.h"
-#include "workbench/tabs/sfi/TwinTab.h"
+#include "workbench/tabs/sfi/SfiTab.h"
 
 #include <QDialogButtonBox>
 #include <QDir>
@@ -101,12 +101,12 @@ protected:
             dialog.findChild<QDialogButtonBox *>()->button(QDialogButtonBox::Ok)->click();
         });
     }
-    static workbench::TwinTab *tab(const CentralWidget &form, const char *key)
+    static workbench::SfiTab *tab(const CentralWidget &form, const char *key)
     {
-        return static_cast<workbench::TwinTab *>(form.tab(key));
+        return static_cast<workbench::SfiTab *>(form.tab(key));
     }
     /// "name@address" of each file in a list.
-    static QStringList places(workbench::TwinTab *tab, workbench::Row row)
+    static QStringList places(workbench::SfiTab *tab, const QString &row)
     {
         QStringList all;
         const workbench::FileRows &files = tab->form()->list(row)->rows();
@@ -117,10 +117,10 @@ protected:
         }
         return all;
     }
-    static QStringList infos(const workbench::TwinTab &tab)
+    static QStringList infos(const workbench::SfiTab &tab)
     {
         QStringList all;
-        for (const ExtBinInfo &info : tab.extBinInfos) {
+        for (const ExtBinInfo &info : tab.extBinInfos()) {
             all << QStringLiteral("%1 %2 %3 %4")
                        .arg(info.startAddress, 0, 16)
                        .arg(info.regionNumber)

@@ -1,4 +1,4 @@
-#include "TwinFixture.h"
+#include "SfiFixture.h"
 #include "support/ImageBytes.h"
 
 #include <QFileInfo>
@@ -13,10 +13,10 @@ constexpr int kH5 = 9;
 
 const QString kHex = ":020000040800F2\n:10000000000102030405060708090A0B0C0D0E0F78\n:00000001FF\n";
 
-class SfiTab : public TwinFixture
+class SfiTab : public SfiFixture
 {
 protected:
-    SfiTab() : TwinFixture("sfi") {}
+    SfiTab() : SfiFixture("sfi") {}
 
     void prepare(int mcu)
     {
@@ -416,7 +416,7 @@ TEST_F(SfiTab, PaneChangesBetweenModulesListAndImage)
     EXPECT_EQ(cells("imageInfo_segments")[0], "1|Firmware|16 B|0x8000000");
 }
 
-TEST_F(SfiTab, KeyFieldsOfBothTwinsAreFilledTogether)
+TEST_F(SfiTab, KeyFieldsOfBothTabsAreFilledTogether)
 {
     const QString key = folder.path("new.bin");
     {
@@ -460,15 +460,15 @@ TEST_F(SfiTab, ParsingWhatIsNoImageClearsThePane)
     EXPECT_EQ(cells("imageInfo_segments").size(), 2) << "the pane stays as it was";
     form.findChild<QLineEdit *>("sfix_parse_edit")->setText(output);
     form.parseSfiFile("sfix", true);
-    const auto *ofTwin = form.findChild<QTableWidget *>("sfix_imageInfo_segments");
-    ASSERT_EQ(ofTwin->rowCount(), 2);
+    const auto *ofOther = form.findChild<QTableWidget *>("sfix_imageInfo_segments");
+    ASSERT_EQ(ofOther->rowCount(), 2);
     edit("parse")->setText(hexPath);
     DialogAnswers boxes({QMessageBox::Ok});
     form.parseSfiFile("SFI", true);
     EXPECT_EQ(boxes.texts(), QStringList{"Error|Error: Cannot parse SFI/SFIx image"});
     EXPECT_TRUE(cells("imageInfo_segments").isEmpty());
     EXPECT_EQ(cells("imageInfo_table"), QStringList{"||"});
-    EXPECT_EQ(ofTwin->rowCount(), 0) << "a failure clears the panes of both tabs";
+    EXPECT_EQ(ofOther->rowCount(), 0) << "a failure clears the panes of both tabs";
 }
 
 TEST_F(SfiTab, TabKeyGoesThroughTheFormFromTopToBottom)

@@ -1,4 +1,4 @@
-#include "TwinFixture.h"
+#include "SfiFixture.h"
 
 namespace
 {
@@ -27,10 +27,10 @@ DialogAnswer region(const QString &start, int number, int mode, const QString &k
     });
 }
 
-class SfixTab : public TwinFixture
+class SfixTab : public SfiFixture
 {
 protected:
-    SfixTab() : TwinFixture("sfix") {}
+    SfixTab() : SfiFixture("sfix") {}
 
     void add(const QString &row, const QString &path, std::initializer_list<DialogAnswer> answers)
     {
@@ -74,7 +74,7 @@ TEST_F(SfixTab, RegionDialogFollowsDeviceAndFormat)
             dialog.reject();
         })});
     EXPECT_EQ(rowsOf("external"), 0) << "a cancelled file isn't added";
-    EXPECT_TRUE(tab().extBinInfos.isEmpty());
+    EXPECT_TRUE(tab().extBinInfos().isEmpty());
     chooseMcu(kU575);
     add("external", folder.file("e.bin", "1234"), {DialogAnswer([](QDialog &dialog) {
             EXPECT_FALSE(dialog.findChild<QLineEdit *>("extFir_start_edit")->isReadOnly());
@@ -84,24 +84,34 @@ TEST_F(SfixTab, RegionDialogFollowsDeviceAndFormat)
         })});
 }
 
-TEST_F(SfixTab, RegionsOutOfStepInventNothing)
+TEST_F(SfixTab, RegionsGoWithTheirFiles)
 {
     chooseMcu(kU575);
     add("external", folder.file("e.srec", kSRecord.toStdString()), {});
     add("external", folder.file("e.bin", "1234"), {region("0x90000000", 5, 2, "0x40")});
-    ASSERT_EQ(tab().extBinInfos.size(), 1);
-    EXPECT_EQ(tab().extBinInfos[0].regionNumber, 5U);
+    add("external", folder.file("e.hex", kHex.toStdString()), {region("", 6, 1, "0x50")});
+    const auto numbers = [this] {
+        QStringList all;
+        for (const ExtBinInfo &info : tab().extBinInfos()) {
+            all << QString::number(info.regionNumber);
+        }
+        return all.join(' ');
+    };
+    ASSERT_EQ(numbers(), "5 6") << "nobody asked about the S-record file";
     select("external", 1);
-    EXPECT_EQ(cells("firmwareInfo_table"), (QStringList{"e.bin", "4 B", "Binary", "", "", ""}));
+    EXPECT_EQ(cells("firmwareInfo_table"),
+              (QStringList{"e.bin", "4 B", "Binary", "0x40", "2", "5"}));
     select("external", 0);
-    EXPECT_EQ(cells("firmwareInfo_table").mid(0, 3), (QStringList{"e.srec", "4 B", "S-Record"}));
-    select("external", 1);
+    EXPECT_EQ(cells("firmwareInfo_table"), (QStringList{"e.srec", "4 B", "S-Record", "", "", ""}));
     click("external_remove");
-    EXPECT_EQ(tab().extBinInfos.size(), 1) << "no entry stands at the removed row";
-    EXPECT_EQ(rowsOf("external"), 1);
+    EXPECT_EQ(numbers(), "5 6");
+    select("external", 0);
+    click("external_remove");
+    EXPECT_EQ(numbers(), "6");
+    EXPECT_EQ(cells("firmwareInfo_table").mid(3), (QStringList{"0x50", "1", "6"}));
 }
 
-TEST_F(SfixTab, ParsingOfEitherTwinDisablesRemoveUntilAClick)
+TEST_F(SfixTab, ParsingOfEitherImageDisablesRemoveUntilAClick)
 {
     chooseMcu(kU575);
     add("external", folder.file("e.bin", "1234"), {region("0x90000000", 5, 2, "0x40")});
@@ -134,7 +144,7 @@ TEST_F(SfixTab, VanishedFilesEndTheRequestEachInItsOwnWay)
     boxesOfGenerate(1);
     EXPECT_EQ(rowsOf("external"), 0);
     EXPECT_FALSE(canGenerate());
-    EXPECT_EQ(tab().extBinInfos.size(), 1) << "entries of dropped files stay";
+    EXPECT_TRUE(tab().extBinInfos().isEmpty());
 }
 
 TEST_F(SfixTab, ImageHoldsBothListsAndTheirRegions)

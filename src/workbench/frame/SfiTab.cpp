@@ -1,107 +1,107 @@
 // What the form is asked about the SFI tab; the tab itself does it.
+#include "workbench/tabs/sfi/SfiTab.h"
 #include "workbench/frame/CentralWidget.h"
-#include "workbench/tabs/sfi/TwinTab.h"
 
-using workbench::Row;
+namespace sfi_row = workbench::sfi_row;
 
 namespace
 {
 
-workbench::TwinTab *sfi(const CentralWidget &form)
+workbench::SfiTab *sfi(const CentralWidget &form)
 {
-    return static_cast<workbench::TwinTab *>(form.tab(QStringLiteral("sfi")));
+    return static_cast<workbench::SfiTab *>(form.tab(QStringLiteral("sfi")));
 }
 
 }  // namespace
 
 void CentralWidget::changeSfiElements(int index)
 {
-    sfi(*this)->changeMcu(index);
+    sfi(*this)->changeDevice(index);
 }
 
 void CentralWidget::AddFirmwares()
 {
-    sfi(*this)->chooseFiles(Row::Firmware);
+    sfi(*this)->chooseFiles(sfi_row::kFirmware);
 }
 
 void CentralWidget::RemoveFirmware()
 {
-    sfi(*this)->removeSelected(Row::Firmware);
+    sfi(*this)->removeSelected(sfi_row::kFirmware);
 }
 
 void CentralWidget::RemoveFirmwareEnabled(const QItemSelection &selection)
 {
-    sfi(*this)->enableRemove(Row::Firmware, selection);
+    sfi(*this)->enableRemove(sfi_row::kFirmware, selection);
 }
 
 void CentralWidget::DisplayFirInfo(const QItemSelection &selection)
 {
-    sfi(*this)->display(Row::Firmware, selection);
+    sfi(*this)->display(sfi_row::kFirmware, selection);
 }
 
 void CentralWidget::AddRSSOBKeys()
 {
-    sfi(*this)->chooseFiles(Row::Obk);
+    sfi(*this)->chooseFiles(sfi_row::kObk);
 }
 
 void CentralWidget::RemoveRSSOBKeys()
 {
-    sfi(*this)->removeSelected(Row::Obk);
+    sfi(*this)->removeSelected(sfi_row::kObk);
 }
 
 void CentralWidget::RemoveRSSOBKeysEnabled(const QItemSelection &selection)
 {
-    sfi(*this)->enableRemove(Row::Obk, selection);
+    sfi(*this)->enableRemove(sfi_row::kObk, selection);
 }
 
 void CentralWidget::DisplayOBKeyfileInfo(const QItemSelection &selection)
 {
-    sfi(*this)->display(Row::Obk, selection);
+    sfi(*this)->display(sfi_row::kObk, selection);
 }
 
 void CentralWidget::AddSmis()
 {
-    sfi(*this)->chooseFiles(Row::Smi);
+    sfi(*this)->chooseFiles(sfi_row::kSmi);
 }
 
 void CentralWidget::RemoveSmi()
 {
-    sfi(*this)->removeSelected(Row::Smi);
+    sfi(*this)->removeSelected(sfi_row::kSmi);
 }
 
 void CentralWidget::RemoveSmiEnabled(const QItemSelection &selection)
 {
-    sfi(*this)->enableRemove(Row::Smi, selection);
+    sfi(*this)->enableRemove(sfi_row::kSmi, selection);
 }
 
 void CentralWidget::DisplaySmiInfo(const QItemSelection &selection)
 {
-    sfi(*this)->display(Row::Smi, selection);
+    sfi(*this)->display(sfi_row::kSmi, selection);
 }
 
 void CentralWidget::OpenAreaK_SFI()
 {
-    sfi(*this)->choosePath(Row::KeyArea);
+    sfi(*this)->choosePath(sfi_row::kKeyArea);
 }
 
 void CentralWidget::OpenSfiSsfi()
 {
-    sfi(*this)->choosePath(Row::Ssfi);
+    sfi(*this)->choosePath(sfi_row::kSsfi);
 }
 
 void CentralWidget::OpenH5Modules()
 {
-    sfi(*this)->choosePath(Row::Modules);
+    sfi(*this)->choosePath(sfi_row::kModules);
 }
 
 void CentralWidget::SfiFolder()
 {
-    sfi(*this)->chooseOutputFolder();
+    sfi(*this)->chooseFolder(sfi_row::kOutput);
 }
 
 void CentralWidget::GenerateSfiEnabled()
 {
-    sfi(*this)->updateGenerate();
+    sfi(*this)->form()->updateGenerate();
 }
 
 void CentralWidget::GenerateSfi()
@@ -116,36 +116,36 @@ void CentralWidget::OpenSfiFile()
 
 void CentralWidget::parseSfiFile(const QString &kind, bool fromUser)
 {
-    static_cast<workbench::TwinTab *>(tab(kind.toLower()))->parse(fromUser);
+    static_cast<workbench::SfiTab *>(tab(kind.toLower()))->parse(fromUser);
 }
 
 void CentralWidget::OpenSfiKey()
 {
-    sfi(*this)->choosePath(Row::Key);
+    sfi(*this)->choosePath(sfi_row::kKey);
 }
 
 void CentralWidget::OpenSfiNonce()
 {
-    sfi(*this)->choosePath(Row::Nonce);
+    sfi(*this)->choosePath(sfi_row::kNonce);
 }
 
 void CentralWidget::OpenOb()
 {
-    sfi(*this)->choosePath(Row::OptionBytes);
+    sfi(*this)->choosePath(sfi_row::kOptionBytes);
 }
 
 void CentralWidget::GenerateEncryptionKey()
 {
-    sfi(*this)->makeRandomFile(Row::Key);
+    sfi(*this)->makeRandomFile(sfi_row::kKey);
 }
 
 void CentralWidget::GenerateNonceKey()
 {
-    sfi(*this)->makeRandomFile(Row::Nonce);
+    sfi(*this)->makeRandomFile(sfi_row::kNonce);
 }
 
 void CentralWidget::ParseSavedFirmwares(QList<QVariant> addresses)
 {
-    sfi(*this)->restoreList(Row::Firmware, std::exchange(firmwarePaths, {}),
+    sfi(*this)->restoreList(sfi_row::kFirmware, std::exchange(firmwarePaths, {}),
                             {addresses, {}, {}, {}});
 }

@@ -1,107 +1,107 @@
 // What the form is asked about the SFIx tab; the tab itself does it.
 #include "workbench/frame/CentralWidget.h"
-#include "workbench/tabs/sfi/TwinTab.h"
+#include "workbench/tabs/sfi/SfiTab.h"
 
-using workbench::Row;
+namespace sfi_row = workbench::sfi_row;
 
 namespace
 {
 
-workbench::TwinTab *sfix(const CentralWidget &form)
+workbench::SfiTab *sfix(const CentralWidget &form)
 {
-    return static_cast<workbench::TwinTab *>(form.tab(QStringLiteral("sfix")));
+    return static_cast<workbench::SfiTab *>(form.tab(QStringLiteral("sfix")));
 }
 
 }  // namespace
 
 void CentralWidget::changeSfixElements(int index)
 {
-    sfix(*this)->changeMcu(index);
+    sfix(*this)->changeDevice(index);
 }
 
 void CentralWidget::AddFirmIx()
 {
-    sfix(*this)->chooseFiles(Row::Firmware);
+    sfix(*this)->chooseFiles(sfi_row::kInternal);
 }
 
 void CentralWidget::RemoveFirmIx()
 {
-    sfix(*this)->removeSelected(Row::Firmware);
+    sfix(*this)->removeSelected(sfi_row::kInternal);
 }
 
 void CentralWidget::RemoveFirmIxEnabled(const QItemSelection &selection)
 {
-    sfix(*this)->enableRemove(Row::Firmware, selection);
+    sfix(*this)->enableRemove(sfi_row::kInternal, selection);
 }
 
 void CentralWidget::DisplayFirmIxInfo(const QItemSelection &selection)
 {
-    sfix(*this)->display(Row::Firmware, selection);
+    sfix(*this)->display(sfi_row::kInternal, selection);
 }
 
 void CentralWidget::AddVFirmEx()
 {
-    sfix(*this)->chooseFiles(Row::External);
+    sfix(*this)->chooseFiles(sfi_row::kExternal);
 }
 
 void CentralWidget::RemoveFirmEx()
 {
-    sfix(*this)->removeSelected(Row::External);
+    sfix(*this)->removeSelected(sfi_row::kExternal);
 }
 
 void CentralWidget::RemoveFirmExEnabled(const QItemSelection &selection)
 {
-    sfix(*this)->enableRemove(Row::External, selection);
+    sfix(*this)->enableRemove(sfi_row::kExternal, selection);
 }
 
 void CentralWidget::DisplayFirmExInfo(const QItemSelection &selection)
 {
-    sfix(*this)->display(Row::External, selection);
+    sfix(*this)->display(sfi_row::kExternal, selection);
 }
 
 void CentralWidget::AddRSSOBKeys_SFIx()
 {
-    sfix(*this)->chooseFiles(Row::Obk);
+    sfix(*this)->chooseFiles(sfi_row::kObk);
 }
 
 void CentralWidget::RemoveRSSOBKeys_SFIx()
 {
-    sfix(*this)->removeSelected(Row::Obk);
+    sfix(*this)->removeSelected(sfi_row::kObk);
 }
 
 void CentralWidget::RemoveRSSOBKeysEnabled_SFIx(const QItemSelection &selection)
 {
-    sfix(*this)->enableRemove(Row::Obk, selection);
+    sfix(*this)->enableRemove(sfi_row::kObk, selection);
 }
 
 void CentralWidget::DisplayOBKeyfileInfo_SFIx(const QItemSelection &selection)
 {
-    sfix(*this)->display(Row::Obk, selection);
+    sfix(*this)->display(sfi_row::kObk, selection);
 }
 
 void CentralWidget::OpenAreaK()
 {
-    sfix(*this)->choosePath(Row::KeyArea);
+    sfix(*this)->choosePath(sfi_row::kKeyArea);
 }
 
 void CentralWidget::OpenSfixSsfi()
 {
-    sfix(*this)->choosePath(Row::Ssfi);
+    sfix(*this)->choosePath(sfi_row::kSsfi);
 }
 
 void CentralWidget::OpenH5Modules_SFIx()
 {
-    sfix(*this)->choosePath(Row::Modules);
+    sfix(*this)->choosePath(sfi_row::kModules);
 }
 
 void CentralWidget::SfixFolder()
 {
-    sfix(*this)->chooseOutputFolder();
+    sfix(*this)->chooseFolder(sfi_row::kOutput);
 }
 
 void CentralWidget::GenerateSfixEnabled()
 {
-    sfix(*this)->updateGenerate();
+    sfix(*this)->form()->updateGenerate();
 }
 
 void CentralWidget::GenerateSfix()
@@ -116,13 +116,13 @@ void CentralWidget::OpenSfixFile()
 
 void CentralWidget::ParseSavedFirmwIx(QList<QVariant> addresses)
 {
-    sfix(*this)->restoreList(Row::Firmware, std::exchange(firmIxPaths, {}),
+    sfix(*this)->restoreList(sfi_row::kInternal, std::exchange(firmIxPaths, {}),
                              {addresses, {}, {}, {}});
 }
 
 void CentralWidget::ParseSavedFirmwEx(QList<QVariant> addresses, QList<QVariant> modes,
                                       QList<QVariant> numbers, QList<QVariant> keyAddresses)
 {
-    sfix(*this)->restoreList(Row::External, std::exchange(firmExPaths, {}),
+    sfix(*this)->restoreList(sfi_row::kExternal, std::exchange(firmExPaths, {}),
                              {addresses, modes, numbers, keyAddresses});
 }

@@ -56,8 +56,8 @@ FileField::FileField(const QString &name, const QString &label, const QList<Fiel
     layout->setContentsMargins(0, 0, 0, 0);
     layout->addWidget(m_edit, 1);
     for (const FieldButton &wanted : buttons) {
-        auto *button = new QPushButton(tr(wanted.caption), this);
-        nameWidget(button, name + '_' + QLatin1String(wanted.role), plain + ' ' + button->text());
+        auto *button = new QPushButton(wanted.caption, this);
+        nameWidget(button, name + '_' + wanted.role, plain + ' ' + button->text());
         layout->addWidget(button);
     }
     connect(m_edit, &QLineEdit::textChanged, this, &FileField::pathChanged);

@@ -11,8 +11,8 @@ namespace workbench
 
 /// One push button behind a file field.
 struct FieldButton {
-    const char *role;     ///< last part of its object name: "open", "generate", "folder", "browse"
-    const char *caption;  ///< translated when the button is made
+    QString role;     ///< last part of its object name: "open", "generate", "folder", "browse"
+    QString caption;  ///< as shown
 };
 
 /// Label, line edit and buttons for one path. A file dropped on the edit fills it. The label is

@@ -29,6 +29,10 @@ public:
     /// One row per file: icon, name without folder, full path as tool tip.
     [[nodiscard]] QStandardItemModel *model() { return &m_model; }
 
+    /// What the tab keeps about a file beside its record; goes with the file. Invalid for none.
+    [[nodiscard]] QVariant note(int row) const { return m_model.item(row)->data(kNoteRole); }
+    void setNote(int row, const QVariant &note) { m_model.item(row)->setData(note, kNoteRole); }
+
     void append(const QString &path, files::RecordOwner<FileData> record);
 
     /// Puts a newly read record in the place of the old one, which is released.
@@ -38,6 +42,7 @@ public:
     void clear();
 
 private:
+    static constexpr int kNoteRole = Qt::UserRole + 1;
     static std::size_t toIndex(int row) { return static_cast<std::size_t>(row); }
 
     QStringList m_paths;

@@ -9,7 +9,7 @@ ParsePane::ParsePane(const QString &tab, const QString &title, const PaneContent
                      QWidget *parent)
     : QWidget(parent),
       m_field(new FileField(tab + QStringLiteral("_parse"), tr("&Parse sfi, ssfi, mcsv file"),
-                            {{"browse", "Browse"}}, this)),
+                            {{QStringLiteral("browse"), tr("Browse")}}, this)),
       m_info(new InfoPane(tab + QStringLiteral("_imageInfo"), title, contents, this))
 {
     auto *head = new QHBoxLayout;

@@ -11,14 +11,14 @@ namespace
 constexpr auto kInvalidRam = "Invalid RAM size";
 constexpr auto kInvalidToken = "Invalid continuation token address";
 
-const McuRow &mcuOf(const TwinTraits &twin, const TwinValues &values)
+const SfiDevice &deviceOf(const SfiVariant &variant, const SfiFormValues &values)
 {
-    return twin.mcus[static_cast<std::size_t>(values.mcuIndex)];
+    return variant.devices[static_cast<std::size_t>(values.deviceIndex)];
 }
 
 // Either both fields are empty, or the RAM size counts. A token that is no number only matters to
 // a device that uses one.
-files::Result<Numbers> strictNumbers(const McuRow &mcu, const TwinValues &values)
+files::Result<Numbers> strictNumbers(const SfiDevice &device, const SfiFormValues &values)
 {
     if (values.ramText.isEmpty() && values.tokenText.isEmpty()) {
         return Numbers{};
@@ -28,14 +28,14 @@ files::Result<Numbers> strictNumbers(const McuRow &mcu, const TwinValues &values
         return files::fail(files::ErrorCode::BadValue, kInvalidRam);
     }
     const auto token = unsignedFromText(values.tokenText);
-    if (!token && mcu.combined) {
+    if (!token && device.combined) {
         return files::fail(files::ErrorCode::BadValue, kInvalidToken);
     }
     return Numbers{*ram, token.value_or(0)};
 }
 
 // Each field stands alone: an empty RAM size is 0, and only one device has a token, which it needs.
-files::Result<Numbers> separateNumbers(const McuRow &mcu, const TwinValues &values)
+files::Result<Numbers> separateNumbers(const SfiDevice &device, const SfiFormValues &values)
 {
     Numbers numbers;
     if (!values.ramText.isEmpty()) {
@@ -45,7 +45,7 @@ files::Result<Numbers> separateNumbers(const McuRow &mcu, const TwinValues &valu
         }
         numbers.ramSize = *ram;
     }
-    if (mcu.combined) {
+    if (device.combined) {
         if (values.tokenText.isEmpty()) {
             return files::fail(files::ErrorCode::BadValue, "Continuation token address is empty");
         }
@@ -60,32 +60,45 @@ files::Result<Numbers> separateNumbers(const McuRow &mcu, const TwinValues &valu
 
 }  // namespace
 
-bool mayGenerate(const TwinTraits &twin, const TwinValues &values, bool hasFirmware)
+QList<MissingInput> missingInputs(const SfiVariant &variant, const SfiFormValues &values,
+                                  SfiListCounts counts)
 {
-    const bool filled = !values.keyPath.isEmpty() && !values.noncePath.isEmpty() &&
-                        !values.optionBytesPath.isEmpty() && !values.outputPath.isEmpty();
-    return filled && (hasFirmware || !twin.needsFirmware || mcuOf(twin, values).provisioned);
+    QList<MissingInput> missing;
+    const auto need = [&missing](bool isThere, const QString &row, bool blocks) {
+        if (!isThere) {
+            missing.append({row, blocks});
+        }
+    };
+    need(values.deviceIndex != 0, sfi_row::kDevice, false);
+    need(counts.firmware > 0 || !variant.needsFirmware || deviceOf(variant, values).provisioned,
+         variant.firmwareRow, true);
+    need(counts.external > 0 || !variant.needsExternal, sfi_row::kExternal, false);
+    need(!values.keyPath.isEmpty(), sfi_row::kKey, true);
+    need(!values.noncePath.isEmpty(), sfi_row::kNonce, true);
+    need(!values.optionBytesPath.isEmpty(), sfi_row::kOptionBytes, true);
+    need(!values.outputPath.isEmpty(), sfi_row::kOutput, true);
+    return missing;
 }
 
-std::optional<Refusal> checkStart(const TwinTraits &twin, const TwinValues &values,
+std::optional<Refusal> checkStart(const SfiVariant &variant, const SfiFormValues &values,
                                   bool hasExternal)
 {
-    if (values.mcuIndex == 0) {
+    if (values.deviceIndex == 0) {
         return Refusal::error(QStringLiteral("MCU product must be selected"));
     }
-    if (!values.outputPath.endsWith(QLatin1String(twin.extension))) {
-        return Refusal::error(QLatin1String(twin.extensionRefusal));
+    if (!values.outputPath.endsWith(QLatin1String(variant.extension))) {
+        return Refusal::error(QLatin1String(variant.extensionRefusal));
     }
-    if (twin.needsExternal && !hasExternal) {
+    if (variant.needsExternal && !hasExternal) {
         return Refusal::error(QStringLiteral("External firmware files is empty"));
     }
     return std::nullopt;
 }
 
-files::Result<Numbers> checkNumbers(const TwinTraits &twin, const TwinValues &values)
+files::Result<Numbers> checkNumbers(const SfiVariant &variant, const SfiFormValues &values)
 {
-    const McuRow &mcu = mcuOf(twin, values);
-    return twin.strictNumbers ? strictNumbers(mcu, values) : separateNumbers(mcu, values);
+    const SfiDevice &device = deviceOf(variant, values);
+    return variant.strictNumbers ? strictNumbers(device, values) : separateNumbers(device, values);
 }
 
 }  // namespace workbench

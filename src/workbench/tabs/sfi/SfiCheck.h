@@ -1,6 +1,6 @@
 #pragma once
 #include "files/base/Result.h"
-#include "workbench/tabs/sfi/SfiTwins.h"
+#include "workbench/tabs/sfi/SfiVariants.h"
 
 #include <QString>
 
@@ -18,22 +18,19 @@ struct Refusal {
     enum class Kind { Silent, Warning, Error };
     Kind kind = Kind::Error;
     QString text;
-    std::optional<Row> empties;  ///< the field to empty after the box
+    QString empties;  ///< row of the field to empty after the box; empty for none
 
-    static Refusal error(const QString &sentence, std::optional<Row> field = std::nullopt)
+    static Refusal error(const QString &sentence, const QString &row = {})
     {
-        return {Kind::Error, sentence, field};
+        return {Kind::Error, sentence, row};
     }
-    static Refusal warning(const QString &sentence)
-    {
-        return {Kind::Warning, sentence, std::nullopt};
-    }
-    static Refusal silent() { return {Kind::Silent, {}, std::nullopt}; }
+    static Refusal warning(const QString &sentence) { return {Kind::Warning, sentence, {}}; }
+    static Refusal silent() { return {Kind::Silent, {}, {}}; }
 };
 
 /// What the form held when its button was pressed.
-struct TwinValues {
-    int mcuIndex = 0;  ///< row of `TwinTraits::mcus`
+struct SfiFormValues {
+    int deviceIndex = 0;  ///< entry of `SfiVariant::devices`
     QString keyPath;
     QString noncePath;
     QString optionBytesPath;
@@ -52,15 +49,23 @@ struct Numbers {
     std::uint32_t tokenAddress = 0;  ///< 0 for none
 };
 
-/// Whether the Generate button is enabled.
-bool mayGenerate(const TwinTraits &twin, const TwinValues &values, bool hasFirmware);
+/// How many files stand in the lists.
+struct SfiListCounts {
+    int firmware = 0;
+    int external = 0;
+};
+
+/// What a request waits for, in the order of the form. The Generate button is enabled while nothing
+/// of it blocks; for the rest a request is refused with a sentence.
+QList<MissingInput> missingInputs(const SfiVariant &variant, const SfiFormValues &values,
+                                  SfiListCounts counts);
 
 /// The checks that come before any file is read, in their order.
-std::optional<Refusal> checkStart(const TwinTraits &twin, const TwinValues &values,
+std::optional<Refusal> checkStart(const SfiVariant &variant, const SfiFormValues &values,
                                   bool hasExternal);
 
-/// The two number fields; which rules hold depends on the twin and the device.
+/// The two number fields; which rules hold depends on variant and device.
 /// @return the numbers, or the refusal's text as the error
-files::Result<Numbers> checkNumbers(const TwinTraits &twin, const TwinValues &values);
+files::Result<Numbers> checkNumbers(const SfiVariant &variant, const SfiFormValues &values);
 
 }  // namespace workbench

@@ -37,7 +37,8 @@ files::RecordOwner<Record> openAs(FileManager &manager, const QString &path, std
     return ownAs<Record>(std::move(record));
 }
 
-std::optional<Refusal> readKey(const QString &path, unsigned char size, Row row, QByteArray &out)
+std::optional<Refusal> readKey(const QString &path, unsigned char size, QLatin1String row,
+                               QByteArray &out)
 {
     auto bytes = readKeyInput(path, size);
     if (!bytes) {
@@ -48,7 +49,7 @@ std::optional<Refusal> readKey(const QString &path, unsigned char size, Row row,
 }
 
 /// A table of values: the CSV and KCSV inputs, refused in two different sentences.
-std::optional<Refusal> readCsv(FileManager &manager, const QString &path, Row row,
+std::optional<Refusal> readCsv(FileManager &manager, const QString &path, QLatin1String row,
                                const char *unreadable, const char *wrongType,
                                files::RecordOwner<FileData> &out)
 {
@@ -86,7 +87,7 @@ void listAreasAsSegments(FileSFI &image)
 
 }  // namespace
 
-TwinInputs::~TwinInputs()
+SfiInputs::~SfiInputs()
 {
     files::wipe(key);
     files::wipe(nonce);
@@ -99,7 +100,7 @@ files::RecordOwner<FileType> openRecord(FileManager &manager, const QString &pat
     return files::RecordOwner<FileType>(record);
 }
 
-std::optional<int> reloadRows(FileManager &manager, FileRows &rows, KeepAddress keep,
+std::optional<int> reloadList(FileManager &manager, FileRows &rows, KeepAddress keep,
                               const std::function<void(int)> &replaced)
 {
     for (int row = 0; row < rows.count(); ++row) {
@@ -114,7 +115,7 @@ std::optional<int> reloadRows(FileManager &manager, FileRows &rows, KeepAddress 
     return std::nullopt;
 }
 
-std::optional<Refusal> mergeRows(FileManager &manager, const FileRows &rows,
+std::optional<Refusal> mergeList(FileManager &manager, const FileRows &rows,
                                  files::RecordView<FileData> &out)
 {
     if (rows.isEmpty()) {
@@ -130,31 +131,32 @@ std::optional<Refusal> mergeRows(FileManager &manager, const FileRows &rows,
     return std::nullopt;
 }
 
-std::optional<Refusal> readInputs(FileManager &manager, const TwinTraits &twin,
-                                  const TwinValues &values, TwinInputs &inputs)
+std::optional<Refusal> readInputs(FileManager &manager, const SfiVariant &variant,
+                                  const SfiFormValues &values, SfiInputs &inputs)
 {
-    if (auto refusal = readKey(values.keyPath, kKeyBytes, Row::Key, inputs.key)) {
+    if (auto refusal = readKey(values.keyPath, kKeyBytes, sfi_row::kKey, inputs.key)) {
         return refusal;
     }
-    if (auto refusal = readKey(values.noncePath, kNonceBytes, Row::Nonce, inputs.nonce)) {
+    if (auto refusal = readKey(values.noncePath, kNonceBytes, sfi_row::kNonce, inputs.nonce)) {
         return refusal;
     }
     if (values.optionBytesPath.isEmpty()) {
-        return Refusal::warning(QLatin1String(twin.noOptionBytes));
+        return Refusal::warning(QLatin1String(variant.noOptionBytes));
     }
-    if (auto refusal = readCsv(manager, values.optionBytesPath, Row::OptionBytes,
+    if (auto refusal = readCsv(manager, values.optionBytesPath, sfi_row::kOptionBytes,
                                "Failure to open Option bytes file",
                                "Option bytes file is not in a csv format", inputs.optionBytes)) {
         return refusal;
     }
-    const McuRow &mcu = twin.mcus[static_cast<std::size_t>(values.mcuIndex)];
-    if (!values.keyAreaPath.isEmpty() && !mcu.ignoresKeyArea) {
-        if (auto refusal = readCsv(manager, values.keyAreaPath, Row::KeyArea,
-                                   twin.keyAreaUnreadable, twin.keyAreaWrongType, inputs.keyArea)) {
+    const SfiDevice &device = variant.devices[static_cast<std::size_t>(values.deviceIndex)];
+    if (!values.keyAreaPath.isEmpty() && !device.ignoresKeyArea) {
+        if (auto refusal =
+                readCsv(manager, values.keyAreaPath, sfi_row::kKeyArea, variant.keyAreaUnreadable,
+                        variant.keyAreaWrongType, inputs.keyArea)) {
             return refusal;
         }
     }
-    const auto numbers = checkNumbers(twin, values);
+    const auto numbers = checkNumbers(variant, values);
     if (!numbers) {
         return Refusal::error(QString::fromStdString(numbers.error().text));
     }
@@ -162,8 +164,8 @@ std::optional<Refusal> readInputs(FileManager &manager, const TwinTraits &twin,
     return std::nullopt;
 }
 
-std::optional<Refusal> readProvisioning(FileManager &manager, const TwinValues &values,
-                                        TwinInputs &inputs)
+std::optional<Refusal> readProvisioning(FileManager &manager, const SfiFormValues &values,
+                                        SfiInputs &inputs)
 {
     if (!values.ssfiPath.isEmpty()) {
         inputs.ssfi = openAs<FileSFI>(manager, values.ssfiPath, file_type::kSsfi);
@@ -188,14 +190,14 @@ std::optional<Refusal> readProvisioning(FileManager &manager, const TwinValues &
     return std::nullopt;
 }
 
-QByteArray buildImage(Preparation &preparation, const McuRow &mcu, const TwinValues &values,
-                      const ListInputs &lists, TwinInputs &inputs)
+QByteArray buildImage(Preparation &preparation, const SfiDevice &device,
+                      const SfiFormValues &values, const ListInputs &lists, SfiInputs &inputs)
 {
     return preparation.SFIPreparation(
         inputs.firmware.get(), lists.combined, lists.obkFiles, inputs.optionBytes.get(), inputs.key,
         inputs.nonce, values.imageVersion, values.hash, lists.smiFiles, inputs.numbers.ramSize,
         inputs.numbers.tokenAddress, inputs.ssfi.get(), inputs.modules.get(),
-        mcu.provisioned ? kProfileProvisioned : kProfileOther, inputs.external.get(),
+        device.provisioned ? kProfileProvisioned : kProfileOther, inputs.external.get(),
         inputs.keyArea.get(), lists.externalInfos);
 }
 

@@ -18,11 +18,11 @@ namespace workbench
 {
 
 /// What one request reads; all of it is released, and keys are wiped, when the request ends.
-struct TwinInputs {
-    TwinInputs() = default;
-    ~TwinInputs();
-    TwinInputs(const TwinInputs &) = delete;
-    TwinInputs &operator=(const TwinInputs &) = delete;
+struct SfiInputs {
+    SfiInputs() = default;
+    ~SfiInputs();
+    SfiInputs(const SfiInputs &) = delete;
+    SfiInputs &operator=(const SfiInputs &) = delete;
 
     files::RecordView<FileData> firmware;  ///< shares its bytes with the list's records
     files::RecordView<FileData> external;  ///< likewise
@@ -49,21 +49,21 @@ enum class KeepAddress {
 /// Reads every file of a list anew, in order, so that changes since "Add" count.
 /// @param replaced  called with the row after each success
 /// @return the row that failed; the rows from there on are as they were
-std::optional<int> reloadRows(FileManager &manager, FileRows &rows, KeepAddress keep,
+std::optional<int> reloadList(FileManager &manager, FileRows &rows, KeepAddress keep,
                               const std::function<void(int)> &replaced);
 
 /// Makes one image of a list; an empty list gives none.
 /// @return a refusal when two files overlap
-std::optional<Refusal> mergeRows(FileManager &manager, const FileRows &rows,
+std::optional<Refusal> mergeList(FileManager &manager, const FileRows &rows,
                                  files::RecordView<FileData> &out);
 
 /// Key, nonce, option bytes, key area and numbers, in this order.
-std::optional<Refusal> readInputs(FileManager &manager, const TwinTraits &twin,
-                                  const TwinValues &values, TwinInputs &inputs);
+std::optional<Refusal> readInputs(FileManager &manager, const SfiVariant &variant,
+                                  const SfiFormValues &values, SfiInputs &inputs);
 
 /// SSFI and modules of a device that takes them.
-std::optional<Refusal> readProvisioning(FileManager &manager, const TwinValues &values,
-                                        TwinInputs &inputs);
+std::optional<Refusal> readProvisioning(FileManager &manager, const SfiFormValues &values,
+                                        SfiInputs &inputs);
 
 /// The lists that go into the image, and what else the builder takes from outside the request.
 struct ListInputs {
@@ -74,7 +74,7 @@ struct ListInputs {
 };
 
 /// Calls the image builder. @return the image; empty when it refused, which it has reported
-QByteArray buildImage(Preparation &preparation, const McuRow &mcu, const TwinValues &values,
-                      const ListInputs &lists, TwinInputs &inputs);
+QByteArray buildImage(Preparation &preparation, const SfiDevice &device,
+                      const SfiFormValues &values, const ListInputs &lists, SfiInputs &inputs);
 
 }  // namespace workbench

@@ -1,18 +1,18 @@
 #include "workbench/tabs/sfi/SfiTabs.h"
 
-#include "workbench/tabs/sfi/TwinTab.h"
+#include "workbench/tabs/sfi/SfiTab.h"
 
 namespace workbench
 {
 
 Tab *makeSfiTab(const TabName &name, QWidget *page, FormContext &context)
 {
-    return new TwinTab(kSfiTwin, name, page, context);
+    return new SfiTab(kSfiVariant, name, page, context);
 }
 
 Tab *makeSfixTab(const TabName &name, QWidget *page, FormContext &context)
 {
-    return new TwinTab(kSfixTwin, name, page, context);
+    return new SfiTab(kSfixVariant, name, page, context);
 }
 
 }  // namespace workbench

@@ -1,4 +1,4 @@
-#include "TwinFixture.h"
+#include "SfiFixture.h"
 
 #include <QSet>
 #include <QSpinBox>
@@ -74,7 +74,7 @@ TEST_P(FormNames, AreAllThereAndNothingElseIs)
 }
 
 INSTANTIATE_TEST_SUITE_P(
-    Twins, FormNames,
+    Tabs, FormNames,
     ::testing::Values(
         Form{"sfi", "firmware_list firmware_add firmware_remove smi_list smi_add smi_remove"},
         Form{"sfix", "internal_list internal_add internal_remove external_list external_add "

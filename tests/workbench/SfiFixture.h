@@ -3,7 +3,7 @@
 #include "support/QtPrinters.h"
 #include "support/ScratchFolder.h"
 #include "workbench/frame/CentralWidget.h"
-#include "workbench/tabs/sfi/TwinTab.h"
+#include "workbench/tabs/sfi/SfiTab.h"
 
 #include <QApplication>
 #include <QCheckBox>
@@ -20,11 +20,11 @@
 
 /// The real form over a folder of small, valid inputs. Widgets are reached by object name, as an
 /// outside program would.
-class TwinFixture : public ::testing::Test
+class SfiFixture : public ::testing::Test
 {
 protected:
-    explicit TwinFixture(QString kind) : m_kind(std::move(kind)) { form.show(); }
-    ~TwinFixture() override
+    explicit SfiFixture(QString kind) : m_kind(std::move(kind)) { form.show(); }
+    ~SfiFixture() override
     {
         EXPECT_EQ(QApplication::overrideCursor(), nullptr) << "the wait cursor was left behind";
     }
@@ -135,7 +135,7 @@ protected:
             images(name, output);
         }
     }
-    workbench::TwinTab &tab() { return static_cast<workbench::TwinTab &>(*form.tab(m_kind)); }
+    workbench::SfiTab &tab() { return static_cast<workbench::SfiTab &>(*form.tab(m_kind)); }
     static QByteArray contentsOf(const QString &path)
     {
         QFile file(path);

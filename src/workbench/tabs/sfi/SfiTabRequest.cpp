@@ -4,7 +4,7 @@
 #include "report/DisplayMng.h"
 #include "workbench/tabs/sfi/SfiInspection.h"
 #include "workbench/tabs/sfi/SfiMap.h"
-#include "workbench/tabs/sfi/TwinTab.h"
+#include "workbench/tabs/sfi/SfiTab.h"
 #include "workbench/widgets/Boxes.h"
 #include "workbench/widgets/BusyCursor.h"
 #include "workbench/widgets/FileChoice.h"
@@ -14,22 +14,23 @@
 namespace workbench
 {
 
-void TwinTab::generate()
+void SfiTab::generate()
 {
-    const TwinValues values = m_form->values();
-    const FileList *external = m_form->list(Row::External);
-    if (!passes(checkStart(m_twin, values, external != nullptr && !external->rows().isEmpty()))) {
+    const SfiFormValues values = this->values();
+    if (!passes(checkStart(m_variant, values, countOf(sfi_row::kExternal) > 0))) {
         return;
     }
     const BusyCursor busy;
-    TwinInputs inputs;
-    if (!reloadAll(inputs) || !passes(readInputs(context().fileManager, m_twin, values, inputs)) ||
+    SfiInputs inputs;
+    if (!reloadAll(inputs) ||
+        !passes(readInputs(context().fileManager, m_variant, values, inputs)) ||
         !readExtras(values, inputs)) {
         return;
     }
-    const QByteArray image = buildImage(context().preparation, mcu(), values, listInputs(), inputs);
+    const QByteArray image =
+        buildImage(context().preparation, device(), values, listInputs(), inputs);
     if (image.isEmpty()) {
-        m_form->parsePane()->info()->clearContents();
+        m_parse->info()->clearContents();
         showBox(context().boxParent, BoxKind::Error,
                 QStringLiteral("Error occured when preparing an SFI image"));
         return;
@@ -38,37 +39,38 @@ void TwinTab::generate()
         return;
     }
     parse(false);
-    m_form->parsePane()->field()->setPath(values.outputPath);
-    showBox(context().boxParent, BoxKind::Success, QLatin1String(m_twin.created));
+    m_parse->field()->setPath(values.outputPath);
+    showBox(context().boxParent, BoxKind::Success, QLatin1String(m_variant.created));
 }
 
-bool TwinTab::reloadAll(TwinInputs &inputs)
+bool SfiTab::reloadAll(SfiInputs &inputs)
 {
-    if (!reloadFirmware(Row::Firmware, m_twin.needsFirmware, inputs.firmware) ||
-        !reloadFirmware(Row::External, true, inputs.external)) {
+    if (!reloadFirmware(m_variant.firmwareRow, m_variant.needsFirmware, inputs.firmware) ||
+        !reloadFirmware(sfi_row::kExternal, true, inputs.external)) {
         return false;
     }
-    if (mcu().provisioned && !reload(Row::Obk, KeepAddress::No, true)) {
+    if (device().provisioned && !reload(sfi_row::kObk, KeepAddress::No, true)) {
         return false;
     }
-    return !mcu().combined || reload(Row::Smi, KeepAddress::InsteadOfZero, false);
+    return !device().combined || reload(sfi_row::kSmi, KeepAddress::InsteadOfZero, false);
 }
 
-bool TwinTab::reloadFirmware(Row row, bool disablesWhenEmpty, files::RecordView<FileData> &merged)
+bool SfiTab::reloadFirmware(const QString &row, bool disablesWhenEmpty,
+                            files::RecordView<FileData> &merged)
 {
-    FileList *list = m_form->list(row);
+    FileList *list = form()->list(row);
     return list == nullptr || (reload(row, KeepAddress::OfBinaries, disablesWhenEmpty) &&
-                               passes(mergeRows(context().fileManager, list->rows(), merged)));
+                               passes(mergeList(context().fileManager, list->rows(), merged)));
 }
 
-bool TwinTab::reload(Row row, KeepAddress keep, bool disablesWhenEmpty)
+bool SfiTab::reload(const QString &row, KeepAddress keep, bool disablesWhenEmpty)
 {
-    FileList *list = m_form->list(row);
+    FileList *list = form()->list(row);
     if (list == nullptr) {
         return true;
     }
     const auto failed =
-        reloadRows(context().fileManager, list->rows(), keep, [this, row, list](int replaced) {
+        reloadList(context().fileManager, list->rows(), keep, [this, row, list](int replaced) {
             if (replaced == list->selectedRow()) {
                 showFile(row);
             }
@@ -76,23 +78,23 @@ bool TwinTab::reload(Row row, KeepAddress keep, bool disablesWhenEmpty)
     if (!failed) {
         return true;
     }
-    if (row == Row::Smi) {
+    if (row == sfi_row::kSmi) {
         showBox(context().boxParent, BoxKind::Error,
                 QStringLiteral("Failure to open SMI file : ") + list->rows().path(*failed));
     }
     dropFile(row, *failed);
     if (disablesWhenEmpty && list->rows().isEmpty()) {
-        m_form->generateButton()->setEnabled(false);
+        form()->holdGenerate(row);
     }
     return false;
 }
 
-bool TwinTab::readExtras(const TwinValues &values, TwinInputs &inputs)
+bool SfiTab::readExtras(const SfiFormValues &values, SfiInputs &inputs)
 {
-    if (!mcu().provisioned) {
+    if (!device().provisioned) {
         return true;
     }
-    if (m_form->list(Row::Obk)->rows().isEmpty() &&
+    if (form()->list(sfi_row::kObk)->rows().isEmpty() &&
         !askYesNo(
             context().boxParent, BoxKind::Warning, QStringLiteral("Warning"),
             QStringLiteral("OBKey field is empty !\nNo regression is possible if the SFI "
@@ -102,7 +104,7 @@ bool TwinTab::readExtras(const TwinValues &values, TwinInputs &inputs)
     return passes(readProvisioning(context().fileManager, values, inputs));
 }
 
-bool TwinTab::passes(const std::optional<Refusal> &refusal)
+bool SfiTab::passes(const std::optional<Refusal> &refusal)
 {
     if (!refusal) {
         return true;
@@ -111,25 +113,23 @@ bool TwinTab::passes(const std::optional<Refusal> &refusal)
         const bool isWarning = refusal->kind == Refusal::Kind::Warning;
         showBox(context().boxParent, isWarning ? BoxKind::Warning : BoxKind::Error, refusal->text);
     }
-    if (refusal->empties) {
-        m_form->field(*refusal->empties)->edit()->clear();
-    }
+    form()->setText(refusal->empties, {});
     return false;
 }
 
-ListInputs TwinTab::listInputs() const
+ListInputs SfiTab::listInputs() const
 {
     ListInputs lists;
     // Both questions are the SFI tab's, also for the other image; only its own image leaves the
     // files out for other devices.
-    const TwinTab *sfi = twin("sfi");
-    lists.combined = sfi->mcu().combined;
+    const SfiTab *sfi = other("sfi");
+    lists.combined = sfi->device().combined;
     if (lists.combined || sfi != this) {
-        lists.smiFiles = sfi->m_form->list(Row::Smi)->rows().records();
+        lists.smiFiles = sfi->form()->list(sfi_row::kSmi)->rows().records();
     }
-    lists.externalInfos = extBinInfos;
-    if (mcu().provisioned) {
-        const QList<FileData *> records = m_form->list(Row::Obk)->rows().records();
+    lists.externalInfos = extBinInfos();
+    if (device().provisioned) {
+        const QList<FileData *> records = form()->list(sfi_row::kObk)->rows().records();
         for (FileData *record : records) {
             lists.obkFiles.append(static_cast<FileOBK *>(record));
         }
@@ -137,52 +137,51 @@ ListInputs TwinTab::listInputs() const
     return lists;
 }
 
-bool TwinTab::writeImage(const QString &path, const QByteArray &image)
+bool SfiTab::writeImage(const QString &path, const QByteArray &image)
 {
     if (!confirmOverwrite(context().boxParent, path)) {
         return false;
     }
     const auto *bytes = reinterpret_cast<const std::uint8_t *>(image.constData());
     if (!files::writeWhole(path, {bytes, static_cast<std::size_t>(image.size())})) {
-        showBox(context().boxParent, BoxKind::Error, QLatin1String(m_twin.createFailed));
+        showBox(context().boxParent, BoxKind::Error, QLatin1String(m_variant.createFailed));
         return false;
     }
     return true;
 }
 
-void TwinTab::chooseImage()
+void SfiTab::chooseImage()
 {
     const QString path = chooseFile(context().boxParent, context().lastFolder,
                                     QStringLiteral("SFI files (*.sfi ; *.ssfi ; *.mcsv)"));
     if (!path.isEmpty()) {
-        m_form->parsePane()->field()->setPath(path);
+        m_parse->field()->setPath(path);
         parse(true);
     }
 }
 
-void TwinTab::parse(bool fromUser)
+void SfiTab::parse(bool fromUser)
 {
-    const QString path =
-        fromUser ? m_form->parsePane()->field()->path() : m_form->field(Row::Output)->path();
+    const QString path = fromUser ? m_parse->field()->path() : form()->text(sfi_row::kOutput);
     if (!QFileInfo::exists(path)) {
         showBox(context().boxParent, BoxKind::Error,
                 QStringLiteral("Failure to parse SFI/SFIx/SSFI/MCSV file, image doesn't exist."));
         return;
     }
     const BusyCursor busy;
-    m_form->showImagePane();
+    m_panes->setCurrentIndex(InfoTabs::kSecond);
     if (path.endsWith(QLatin1String(".mcsv"), Qt::CaseInsensitive)) {
         parseModules(path);
         return;
     }
-    if (TwinTab *sfix = twin("sfix")) {
+    if (SfiTab *sfix = other("sfix")) {
         sfix->dropFirmwareSelections();
     }
     const auto record = openRecord(context().fileManager, path);
     if (record == nullptr ||
         (record->type != file_type::kSfi && record->type != file_type::kSsfi)) {
         for (const char *key : {"sfi", "sfix"}) {
-            twin(key)->clearPanes();
+            other(key)->clearPanes();
         }
         DisplayMng::getInstance().logMessage(5, L"Cannot parse SFI/SFIx image");
         return;
@@ -191,39 +190,38 @@ void TwinTab::parse(bool fromUser)
     showImage(path, image, QString::number(image.version));
 }
 
-void TwinTab::parseModules(const QString &path)
+void SfiTab::parseModules(const QString &path)
 {
     const auto record = openRecord(context().fileManager, path);
     if (record == nullptr || record->type != file_type::kMcsv) {
-        m_form->parsePane()->info()->reset();
+        m_parse->info()->reset();
         return;
     }
-    m_form->parsePane()->info()->show(
-        describeModules(path, static_cast<std::uint64_t>(QFileInfo(path).size()),
-                        static_cast<const FileMCSV &>(*record)));
+    m_parse->info()->show(describeModules(path, static_cast<std::uint64_t>(QFileInfo(path).size()),
+                                          static_cast<const FileMCSV &>(*record)));
 }
 
-void TwinTab::showImage(const QString &path, const FileSFI &image, const QString &version)
+void SfiTab::showImage(const QString &path, const FileSFI &image, const QString &version)
 {
-    m_form->parsePane()->info()->show(
+    m_parse->info()->show(
         describeImage(path, static_cast<std::uint64_t>(QFileInfo(path).size()), image, version));
 }
 
-bool TwinTab::showChecked(const QString &path, const FileType &record)
+bool SfiTab::showChecked(const QString &path, const FileType &record)
 {
     // The SFI tab shows the images of both.
-    if (twin("sfi") != this ||
+    if (other("sfi") != this ||
         (record.type != file_type::kSfi && record.type != file_type::kSsfi)) {
         return false;
     }
-    m_form->showImagePane();
+    m_panes->setCurrentIndex(InfoTabs::kSecond);
     showImage(path, static_cast<const FileSFI &>(record), QStringLiteral("01"));
     return true;
 }
 
-void TwinTab::showFile(Row row)
+void SfiTab::showFile(const QString &row)
 {
-    const FileList *list = m_form->list(row);
+    const FileList *list = form()->list(row);
     const int selected = list->selectedRow();
     if (selected < 0) {
         return;
@@ -233,14 +231,13 @@ void TwinTab::showFile(Row row)
     const QString path = rows.path(selected);
     const FileData &record = rows.record(selected);
     PaneContents contents = describeFirmware(path, record);
-    if (row == Row::External) {
-        // The two lists may be out of step, so a file may have no entry.
-        const ExtBinInfo *info =
-            selected < extBinInfos.size() ? &extBinInfos.at(selected) : nullptr;
-        contents = describeExternal(path, record, info);
+    if (row == sfi_row::kExternal) {
+        const QVariant note = rows.note(selected);
+        const auto region = note.value<ExtBinInfo>();
+        contents = describeExternal(path, record, note.isValid() ? &region : nullptr);
     }
     contents.map = mapOfFiles(rows.paths(), rows.records(), selected);
-    m_form->firmwareInfo()->show(contents);
+    m_firmwareInfo->show(contents);
 }
 
 }  // namespace workbench

@@ -12,7 +12,7 @@ enum class TokenField {
 };
 
 /// One entry of an MCU box: how it sets the form, and which rules of the request it switches on.
-struct McuRow {
+struct SfiDevice {
     const char *name;
     bool ramEnabled;
     const char *ramText;  ///< blanks at its end belong to it
@@ -35,8 +35,8 @@ struct McuRow {
 };
 
 /// Entries of the SFI tab's MCU box, in order; the first is no device.
-extern const std::span<const McuRow> kSfiMcus;
+extern const std::span<const SfiDevice> kSfiDevices;
 /// Entries of the SFIx tab's MCU box: another order, other RAM sizes.
-extern const std::span<const McuRow> kSfixMcus;
+extern const std::span<const SfiDevice> kSfixDevices;
 
 }  // namespace workbench

@@ -1,0 +1,99 @@
+#include "workbench/forms/FormTab.h"
+
+#include "crypto/service/Crypto.h"
+#include "workbench/widgets/Boxes.h"
+#include "workbench/widgets/FileChoice.h"
+
+#include <QFileDialog>
+#include <QFileInfo>
+
+namespace workbench
+{
+
+namespace
+{
+
+struct RandomFileTexts {
+    int bytes;
+    const char *made;
+    const char *failed;
+};
+
+// The spelling is what users of all versions know.
+constexpr RandomFileTexts kKey{16, "Encrytpion Key file successfully created",
+                               "Encrytpion Key File Generation Failed !!"};
+constexpr RandomFileTexts kNonce{12, "Nonce file successfully created",
+                                 "Nonce File Generation Failed !!"};
+
+}  // namespace
+
+FormTab::FormTab(const TabName &name, QWidget *page, FormContext &context)
+    : Tab(name, page, context), m_form(new RowForm(key(), page))
+{
+    connect(m_form, &RowForm::buttonPressed, this, &FormTab::press);
+}
+
+void FormTab::press(const QString &row, const QString &role)
+{
+    if (role == QLatin1String("open")) {
+        choosePath(row);
+    } else if (role == QLatin1String("folder")) {
+        chooseFolder(row);
+    } else if (role == QLatin1String("generate")) {
+        makeRandomFile(row);
+    }
+}
+
+void FormTab::takeShared(SharedField field, const QString &path)
+{
+    m_form->takeShared(field, path);
+}
+
+void FormTab::putPath(const QString &row, const QString &path)
+{
+    if (const auto shared = m_form->row(row)->shared) {
+        context().share(*shared, path);
+    } else {
+        m_form->setText(row, path);
+    }
+}
+
+void FormTab::choosePath(const QString &row)
+{
+    const QString path =
+        chooseFile(context().boxParent, context().lastFolder, m_form->row(row)->filter);
+    if (!path.isEmpty()) {
+        putPath(row, path);
+    }
+}
+
+void FormTab::chooseFolder(const QString &row)
+{
+    const QString folder = QFileDialog::getExistingDirectory(
+        context().boxParent, tr("Select folder"), context().lastOutputFolder);
+    if (!folder.isEmpty()) {
+        context().lastOutputFolder = folder;
+        putPath(row, folder + '/' + m_form->row(row)->defaultName);
+    }
+}
+
+void FormTab::makeRandomFile(const QString &row)
+{
+    const RandomFileTexts &texts =
+        m_form->row(row)->randomFile == RandomFile::Nonce ? kNonce : kKey;
+    const QString path =
+        QFileDialog::getSaveFileName(context().boxParent, tr("Select file name"),
+                                     context().lastOutputFolder, tr("bin files (*.bin)"));
+    if (path.isEmpty()) {
+        return;
+    }
+    if (Crypto().generateEncryptionandNonce(path, texts.bytes) != 0) {
+        showBox(context().boxParent, BoxKind::Error, tr(texts.failed));
+        return;
+    }
+    context().lastOutputFolder = QFileInfo(path).absolutePath();
+    putPath(row, path);
+    showBox(context().boxParent, BoxKind::Success, tr(texts.made));
+}
+
+}  // namespace workbench

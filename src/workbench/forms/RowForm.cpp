@@ -1,0 +1,437 @@
+#include "workbench/forms/RowForm.h"
+
+#include "workbench/widgets/FieldNames.h"
+
+#include <QAction>
+#include <QDialogButtonBox>
+#include <QHBoxLayout>
+#include <QSplitter>
+#include <QTabBar>
+#include <QVBoxLayout>
+
+#include <algorithm>
+#include <utility>
+
+namespace workbench
+{
+
+namespace
+{
+
+// The grid: two pairs of label and input. Most rows take the first label and all the rest.
+constexpr int kColumns = 4;
+constexpr int kSecondPair = 2;
+constexpr int kMargin = 9;
+constexpr int kTopLabelGap = 5;
+// Shares of form and info panes in the width of a tab.
+constexpr int kFormShare = 11;
+constexpr int kPanesShare = 9;
+
+bool isTall(const FormRow &row)
+{
+    return row.kind == RowKind::List || row.kind == RowKind::Table;
+}
+
+/// The part of an input that is enabled and explained.
+QWidget *target(QWidget *input)
+{
+    auto *field = qobject_cast<FileField *>(input);
+    return field == nullptr ? input : field->edit();
+}
+
+}  // namespace
+
+RowForm::RowForm(const QString &key, QWidget *parent)
+    : QWidget(parent), m_key(key), m_scroll(new QScrollArea(this)), m_foot(new QWidget(this)),
+      m_missingLine(new QLabel(m_foot))
+{
+    m_scroll->setFrameShape(QFrame::NoFrame);
+    m_scroll->setWidgetResizable(true);
+    m_scroll->setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
+    m_scroll->setFocusPolicy(Qt::NoFocus);
+    buildPage();
+
+    nameWidget(m_missingLine, m_key + QStringLiteral("_missing_label"), tr("Still missing"));
+    m_missingLine->setTextFormat(Qt::RichText);
+    m_missingLine->setWordWrap(true);
+    m_missingLine->setTextInteractionFlags(Qt::LinksAccessibleByMouse |
+                                           Qt::LinksAccessibleByKeyboard);
+    m_missingLine->hide();
+    connect(m_missingLine, &QLabel::linkActivated, this, &RowForm::focusRow);
+    auto *foot = new QHBoxLayout(m_foot);
+    foot->setContentsMargins(kMargin, 0, kMargin, kMargin);
+    foot->addWidget(m_missingLine, 1);
+    m_foot->hide();
+
+    auto *layout = new QVBoxLayout(this);
+    layout->setContentsMargins(0, 0, 0, 0);
+    layout->setSpacing(0);
+    layout->addWidget(m_scroll, 1);
+    layout->addWidget(m_foot);
+}
+
+void RowForm::buildPage()
+{
+    m_page = new QWidget(this);
+    m_grid = new QGridLayout(m_page);
+    m_grid->setContentsMargins(kMargin, kMargin, kMargin, kMargin);
+    m_grid->setHorizontalSpacing(10);
+    m_grid->setVerticalSpacing(6);
+    m_grid->setColumnStretch(1, 1);
+    m_grid->setColumnStretch(kSecondPair + 1, 1);
+    m_scroll->setWidget(m_page);
+    m_page->setAutoFillBackground(false);
+    m_scroll->viewport()->setAutoFillBackground(false);
+}
+
+void RowForm::addRows(const QList<FormRow> &rows)
+{
+    // Showing a widget lays out a visible page at once, which for hundreds is a second.
+    m_page->hide();
+    for (int at = 0; at < rows.size(); ++at) {
+        addRow(rows[at], at + 1 < rows.size() && rows[at + 1].besideThePrevious);
+    }
+    alignColumns();
+    orderFocus();
+    m_page->show();
+    updateGenerate();
+}
+
+void RowForm::removeRows()
+{
+    m_lines.clear();
+    m_index.clear();
+    delete m_scroll->takeWidget();
+    buildPage();
+    m_page->show();
+}
+
+void RowForm::addRow(const FormRow &row, bool isFirstOfPair)
+{
+    Line line;
+    line.spec = row;
+    if (row.separatorAbove) {
+        placeSeparator(line);
+    }
+    line.input = makeInput(line);
+    if (line.label == nullptr) {
+        line.label = new QLabel(row.label, m_page);
+        line.label->setObjectName(m_key + '_' + row.name + QStringLiteral("_label"));
+        line.label->setBuddy(row.kind == RowKind::Note ? nullptr : line.input);
+    }
+    place(line, isFirstOfPair);
+    showToolTip(line, {});
+    m_index.insert(row.name, m_lines.size());
+    m_lines.push_back(line);
+    setRowVisible(row.name, row.kind != RowKind::Note);
+    if (!row.disabledWhy.isEmpty()) {
+        setRowEnabled(row.name, false, row.disabledWhy);
+    }
+}
+
+void RowForm::place(Line &line, bool isFirstOfPair)
+{
+    const bool tall = isTall(line.spec);
+    const Qt::Alignment labelAlignment = tall ? Qt::AlignTop : Qt::AlignVCenter;
+    if (tall) {
+        line.label->setContentsMargins(0, kTopLabelGap, 0, 0);  // level with the list's first row
+    }
+    if (line.spec.besideThePrevious) {
+        line.gridLine = m_grid->rowCount() - 1;
+        m_grid->addWidget(line.label, line.gridLine, kSecondPair, labelAlignment);
+        m_grid->addWidget(line.input, line.gridLine, kSecondPair + 1,
+                          line.spec.kind == RowKind::Check ? Qt::AlignLeft : Qt::Alignment());
+        return;
+    }
+    line.gridLine = m_grid->rowCount();
+    m_grid->addWidget(line.label, line.gridLine, 0, labelAlignment);
+    m_grid->addWidget(line.input, line.gridLine, 1, 1, isFirstOfPair ? 1 : kColumns - 1);
+}
+
+void RowForm::placeSeparator(Line &line)
+{
+    line.separator = new QFrame(m_page);
+    line.separator->setObjectName(m_key + '_' + line.spec.name + QStringLiteral("_line"));
+    line.separator->setFrameShape(QFrame::HLine);
+    line.separator->setFrameShadow(QFrame::Plain);
+    line.separator->setForegroundRole(QPalette::Mid);
+    m_grid->addWidget(line.separator, m_grid->rowCount(), 0, 1, kColumns);
+}
+
+/// One width for all buttons behind the fields and one for the first labels, shown or not.
+void RowForm::alignColumns()
+{
+    const QList<QPushButton *> buttons = m_page->findChildren<QPushButton *>();
+    int width = 0;
+    for (QPushButton *button : buttons) {
+        button->ensurePolished();
+        width = qMax(width, button->sizeHint().width());
+    }
+    for (QPushButton *button : buttons) {
+        button->setMinimumWidth(width);
+    }
+    int labelWidth = 0;
+    for (const Line &line : m_lines) {
+        if (!line.spec.besideThePrevious) {
+            labelWidth = qMax(labelWidth, line.label->sizeHint().width());
+        }
+    }
+    m_grid->setColumnMinimumWidth(0, labelWidth);
+    // Scrolling in height only: the form may never be narrower than its fields.
+    m_scroll->setMinimumWidth(m_page->minimumSizeHint().width());
+}
+
+/// Rows that came after the button stand before it all the same.
+void RowForm::orderFocus()
+{
+    if (m_generate == nullptr) {
+        return;
+    }
+    QWidget *last = nullptr;
+    const QList<QWidget *> widgets = m_page->findChildren<QWidget *>();
+    for (QWidget *widget : widgets) {
+        if ((widget->focusPolicy() & Qt::TabFocus) != 0 && widget->focusProxy() == nullptr) {
+            if (last != nullptr) {
+                setTabOrder(last, widget);
+            }
+            last = widget;
+        }
+    }
+    if (last != nullptr) {
+        setTabOrder(last, m_missingLine);
+        setTabOrder(m_missingLine, m_generate);
+    }
+}
+
+void RowForm::addGenerate(const QString &caption)
+{
+    auto *buttons = new QDialogButtonBox(QDialogButtonBox::Ok, m_foot);
+    m_generate = buttons->button(QDialogButtonBox::Ok);
+    m_generate->setText(caption);
+    m_generate->setIcon(QIcon());
+    m_generate->setStyleSheet(QStringLiteral("height: 40px;width: 150px;"));
+    m_generate->setEnabled(false);
+    nameWidget(m_generate, m_key + QStringLiteral("_generate_ok"), withoutMnemonic(caption));
+    m_foot->layout()->addWidget(buttons);
+    m_foot->show();
+    orderFocus();
+    updateGenerate();
+}
+
+void RowForm::setMissing(std::function<QList<MissingInput>()> missing)
+{
+    m_missing = std::move(missing);
+    updateGenerate();
+}
+
+QList<MissingInput> RowForm::emptyRows() const
+{
+    QList<MissingInput> rows;
+    for (const Line &line : m_lines) {
+        if (line.spec.needed && isEmpty(line)) {
+            rows.append({line.spec.name, true});
+        }
+    }
+    return rows;
+}
+
+void RowForm::updateGenerate()
+{
+    if (m_generate == nullptr) {
+        return;
+    }
+    const QList<MissingInput> missing = m_missing ? m_missing() : emptyRows();
+    m_generate->setEnabled(std::ranges::none_of(missing, &MissingInput::blocks));
+    showMissing(missing);
+}
+
+void RowForm::holdGenerate(const QString &row)
+{
+    m_generate->setEnabled(false);
+    showMissing({{row, true}});
+}
+
+void RowForm::showMissing(const QList<MissingInput> &missing)
+{
+    QStringList links;
+    for (const MissingInput &each : missing) {
+        if (const Line *line = find(each.row)) {
+            const QString noun =
+                line->spec.noun.isEmpty() ? withoutMnemonic(line->spec.label) : line->spec.noun;
+            links << QStringLiteral("<a href=\"%1\">%2</a>")
+                         .arg(each.row.toHtmlEscaped(), noun.toHtmlEscaped());
+        }
+    }
+    m_missingLine->setText(tr("Still missing: %1").arg(links.join(QStringLiteral(", "))));
+    m_missingLine->setVisible(!links.isEmpty());
+}
+
+void RowForm::report(const QString &row)
+{
+    updateGenerate();
+    emit edited(row);
+}
+
+const RowForm::Line *RowForm::find(const QString &name) const
+{
+    const auto hit = m_index.find(name);
+    return hit == m_index.end() ? nullptr : &m_lines[*hit];
+}
+
+RowForm::Line *RowForm::find(const QString &name)
+{
+    return const_cast<Line *>(std::as_const(*this).find(name));
+}
+
+const FormRow *RowForm::row(const QString &name) const
+{
+    const Line *line = find(name);
+    return line == nullptr ? nullptr : &line->spec;
+}
+
+QString RowForm::nameOf(const FormRow &row, const char *role) const
+{
+    return row.objectName.isEmpty() ? m_key + '_' + row.name + QLatin1String(role) : row.objectName;
+}
+
+bool RowForm::isEmpty(const Line &line) const
+{
+    switch (line.spec.kind) {
+    case RowKind::List:
+        return list(line.spec.name)->rows().isEmpty();
+    case RowKind::Choice:
+        return choice(line.spec.name)->currentIndex() <= 0;  // the first entry asks to choose
+    case RowKind::File:
+    case RowKind::Text:
+        return text(line.spec.name).isEmpty();
+    default:
+        return false;
+    }
+}
+
+QLineEdit *RowForm::edit(const QString &name) const
+{
+    if (const FileField *field = file(name)) {
+        return field->edit();
+    }
+    return input<QLineEdit>(name);
+}
+
+QPushButton *RowForm::button(const QString &name, const QString &role) const
+{
+    const FileField *field = file(name);
+    return field == nullptr ? nullptr : field->button(role);
+}
+
+QString RowForm::text(const QString &name) const
+{
+    if (const QLineEdit *line = edit(name)) {
+        return line->text();
+    }
+    const QComboBox *box = choice(name);
+    return box == nullptr ? QString() : box->currentText();
+}
+
+void RowForm::setText(const QString &name, const QString &text)
+{
+    if (QLineEdit *line = edit(name)) {
+        line->setText(text);
+    } else if (QLabel *note = input<QLabel>(name)) {
+        note->setText(text);
+        setRowVisible(name, !text.isEmpty());
+    }
+}
+
+void RowForm::setRowVisible(const QString &name, bool visible)
+{
+    const Line *line = find(name);
+    if (line == nullptr) {
+        return;
+    }
+    line->label->setVisible(visible);
+    line->input->setVisible(visible);
+    if (isTall(line->spec)) {
+        // An empty line of the grid would keep its share of the height.
+        m_grid->setRowStretch(line->gridLine, visible ? 1 : 0);
+    }
+}
+
+void RowForm::setSeparatorVisible(const QString &name, bool visible)
+{
+    const Line *line = find(name);
+    if (line != nullptr && line->separator != nullptr) {
+        line->separator->setVisible(visible);
+    }
+}
+
+void RowForm::setRowEnabled(const QString &name, bool enabled, const QString &why)
+{
+    const Line *line = find(name);
+    if (line == nullptr) {
+        return;
+    }
+    target(line->input)->setEnabled(enabled);
+    showToolTip(*line, enabled ? QString() : why);
+}
+
+void RowForm::showToolTip(const Line &line, const QString &why)
+{
+    QStringList parts{line.spec.toolTip, why};
+    parts.removeAll(QString());
+    target(line.input)->setToolTip(plainToolTip(parts.join(QLatin1Char('\n'))));
+}
+
+void RowForm::focusRow(const QString &name)
+{
+    const Line *line = find(name);
+    if (line == nullptr) {
+        return;
+    }
+    m_scroll->ensureWidgetVisible(line->input);
+    line->input->setFocus(Qt::OtherFocusReason);
+}
+
+void RowForm::takeShared(SharedField field, const QString &path)
+{
+    for (const Line &line : m_lines) {
+        if (line.spec.shared == field) {
+            setText(line.spec.name, path);
+        }
+    }
+}
+
+void RowForm::clear()
+{
+    for (const Line &line : m_lines) {
+        if (line.spec.kind != RowKind::Note) {
+            setText(line.spec.name, {});
+        }
+        if (auto *spin = qobject_cast<QSpinBox *>(line.input)) {
+            spin->setValue(line.spec.least);
+        } else if (auto *files = qobject_cast<FileList *>(line.input)) {
+            files->removeAllRows();
+            files->removeButton()->setEnabled(false);
+        } else if (auto *cells = qobject_cast<QTableWidget *>(line.input)) {
+            cells->setRowCount(0);
+        }
+    }
+    updateGenerate();
+}
+
+void layFormPage(QWidget *page, RowForm *form, QTabWidget *panes)
+{
+    auto *splitter = new QSplitter(page);
+    splitter->addWidget(form);
+    splitter->addWidget(panes);
+    splitter->setStretchFactor(0, kFormShare);
+    splitter->setStretchFactor(1, kPanesShare);
+    splitter->setSizes({100 * kFormShare, 100 * kPanesShare});
+    splitter->setChildrenCollapsible(false);
+    auto *layout = new QVBoxLayout(page);
+    layout->setContentsMargins(0, 0, 0, 0);
+    layout->addWidget(splitter);
+    // The tab bar was made last, but stands above what it shows.
+    QWidget::setTabOrder(form->generateButton(), panes->tabBar());
+}
+
+}  // namespace workbench

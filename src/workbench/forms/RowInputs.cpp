@@ -1,0 +1,166 @@
+// How each kind of row looks.
+#include "workbench/forms/ListExtras.h"
+#include "workbench/forms/RowForm.h"
+#include "workbench/widgets/FieldNames.h"
+
+#include <QAction>
+#include <QHeaderView>
+#include <QStyle>
+
+namespace workbench
+{
+
+namespace
+{
+
+constexpr int kTextWidth = 40;
+
+}  // namespace
+
+QWidget *RowForm::makeInput(Line &line)
+{
+    const FormRow &row = line.spec;
+    switch (row.kind) {
+    case RowKind::Choice:
+        return makeChoice(row);
+    case RowKind::File:
+        return makeFile(line);
+    case RowKind::List:
+        return makeList(line);
+    case RowKind::Text:
+        return makeText(row);
+    case RowKind::Number:
+        return makeNumber(row);
+    case RowKind::Table:
+        return makeTable(row);
+    case RowKind::Note:
+        return makeNote(row);
+    case RowKind::Check:
+        break;
+    }
+    auto *box = new QCheckBox(m_page);
+    nameWidget(box, nameOf(row, "_check"), withoutMnemonic(row.label));
+    connect(box, &QCheckBox::toggled, this, [this, name = row.name] { report(name); });
+    return box;
+}
+
+QWidget *RowForm::makeChoice(const FormRow &row)
+{
+    auto *box = new QComboBox(m_page);
+    box->addItems(row.choices);
+    if (row.width > 0) {
+        box->setFixedWidth(row.width);
+    }
+    nameWidget(box, nameOf(row, "_combo"), withoutMnemonic(row.label));
+    connect(box, qOverload<int>(&QComboBox::currentIndexChanged), this,
+            [this, name = row.name] { report(name); });
+    return box;
+}
+
+QWidget *RowForm::makeFile(Line &line)
+{
+    const FormRow &row = line.spec;
+    QList<FieldButton> buttons;
+    for (const RowButton &button : row.buttons) {
+        buttons.append({button.role, button.caption});
+    }
+    auto *field = new FileField(m_key + '_' + row.name, row.label, buttons, m_page);
+    line.label = field->label();
+    field->edit()->setPlaceholderText(row.hint);
+    if (!row.objectName.isEmpty()) {
+        field->edit()->setObjectName(row.objectName);
+    }
+    for (const RowButton &wanted : row.buttons) {
+        QPushButton *button = field->button(wanted.role);
+        connect(button, &QPushButton::clicked, this,
+                [this, name = row.name, role = wanted.role] { emit buttonPressed(name, role); });
+        if (!wanted.objectName.isEmpty()) {
+            button->setObjectName(wanted.objectName);
+        }
+    }
+    watchText(row.name, field->edit());
+    return field;
+}
+
+QWidget *RowForm::makeList(Line &line)
+{
+    const FormRow &row = line.spec;
+    auto *list = new FileList(m_key + '_' + row.name, row.label, m_page);
+    line.label = list->label();
+    new EmptyListHint(list, row.hint);
+    const QAbstractItemModel *model = list->view()->model();
+    const auto changed = [this, name = row.name] { report(name); };
+    connect(model, &QAbstractItemModel::rowsInserted, this, changed);
+    connect(model, &QAbstractItemModel::rowsRemoved, this, changed);
+    connect(model, &QAbstractItemModel::modelReset, this, changed);
+    return list;
+}
+
+QWidget *RowForm::makeText(const FormRow &row)
+{
+    auto *edit = new QLineEdit(m_page);
+    edit->setMinimumWidth(kTextWidth);
+    edit->setPlaceholderText(row.hint);
+    nameWidget(edit, nameOf(row, "_edit"), withoutMnemonic(row.label));
+    watchText(row.name, edit);
+    return edit;
+}
+
+void RowForm::watchText(const QString &name, QLineEdit *edit)
+{
+    connect(edit, &QLineEdit::textChanged, this, [this, name] {
+        showFault(*find(name));
+        report(name);
+    });
+}
+
+QWidget *RowForm::makeNumber(const FormRow &row)
+{
+    auto *box = new QSpinBox(m_page);
+    box->setRange(row.least, row.most);
+    nameWidget(box, nameOf(row, "_spin"), withoutMnemonic(row.label));
+    connect(box, qOverload<int>(&QSpinBox::valueChanged), this,
+            [this, name = row.name] { report(name); });
+    return box;
+}
+
+QWidget *RowForm::makeTable(const FormRow &row)
+{
+    auto *table = new QTableWidget(0, row.choices.size(), m_page);
+    table->setHorizontalHeaderLabels(row.choices);
+    table->verticalHeader()->hide();
+    table->horizontalHeader()->setStretchLastSection(true);
+    table->setEditTriggers(QAbstractItemView::NoEditTriggers);
+    table->setSelectionBehavior(QAbstractItemView::SelectRows);
+    nameWidget(table, nameOf(row, "_table"), withoutMnemonic(row.label));
+    return table;
+}
+
+QWidget *RowForm::makeNote(const FormRow &row)
+{
+    auto *note = new QLabel(m_page);
+    note->setObjectName(nameOf(row, "_note"));
+    note->setTextFormat(Qt::PlainText);
+    note->setWordWrap(true);
+    return note;
+}
+
+void RowForm::showFault(Line &line)
+{
+    if (!line.spec.check) {
+        return;
+    }
+    const QString text = edit(line.spec.name)->text();
+    const QString fault = text.isEmpty() ? QString() : line.spec.check(text);
+    if (line.fault == nullptr && !fault.isEmpty()) {
+        line.fault = edit(line.spec.name)
+                         ->addAction(style()->standardIcon(QStyle::SP_MessageBoxWarning),
+                                     QLineEdit::TrailingPosition);
+    }
+    if (line.fault != nullptr) {
+        line.fault->setVisible(!fault.isEmpty());
+        line.fault->setToolTip(plainToolTip(fault));
+    }
+}
+
+}  // namespace workbench
