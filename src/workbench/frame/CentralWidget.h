@@ -123,9 +123,10 @@ public:
     void InitSfixTab() { buildTab(QStringLiteral("sfix")); }
     void setSFIxmcuComboBoxH5(bool lock) { lockDevice(QStringLiteral("sfix"), lock); }
 
-    // Option bytes tab
+    // Option bytes tab (ObTab.cpp)
     void InitSfiObTab() { buildTab(QStringLiteral("ob")); }
     void setSFIOBmcuComboBoxH5(bool lock) { lockDevice(QStringLiteral("ob"), lock); }
+    void ParseSfiObRegs(unsigned int id, int core);
 
     // SMI, SSP, signed image, HSM, licence and certificate tabs
     void InitSmiTab() { buildTab(QStringLiteral("smi")); }
@@ -209,6 +210,15 @@ public slots:
     void GenerateSfixEnabled();
     void GenerateSfix();
     void OpenSfixFile();
+
+    // Option bytes tab (ObTab.cpp). Those that modify take the field with the keyboard focus.
+    void changeSfiobElements(int index);
+    void sfiObModifyBit();
+    void sfiObModifyLineEdit();
+    void sfiObModifyComboBox();
+    void sfiObFolder();
+    void GenerateSfiOb();
+    void uploadSFIOB();
 
 public:
     void initPanelIcons();                           ///< builds the panel; ends in displaySFI_Tabs

@@ -1,6 +1,7 @@
 #include "workbench/frame/TabRegistry.h"
 
 #include "workbench/forms/PlaceholderTab.h"
+#include "workbench/tabs/ob/ObTabs.h"
 #include "workbench/tabs/sfi/SfiTabs.h"
 
 #include <algorithm>
@@ -35,11 +36,7 @@ constexpr TabEntry kTabs[] = {
      nullptr,
      "This tab programs hardware security modules for licensed production; its form isn't part of "
      "this version."},
-    {{"ob", "SFI Option Bytes"},
-     Built::WithTheForm,
-     nullptr,
-     "This tab edits option bytes and writes them to the CSV file that the SFI tabs read; its form "
-     "isn't part of this version."},
+    {{"ob", "SFI Option Bytes"}, Built::WithTheForm, makeObTab, nullptr},
     {{"lic", "License Gen"},
      Built::WithTheForm,
      nullptr,
