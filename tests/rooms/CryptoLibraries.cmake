@@ -1,0 +1,15 @@
+# Keys are handled in one room, so that one room decides how they are wiped.
+file(GLOB_RECURSE sources ${SOURCE_DIR}/src/*.h ${SOURCE_DIR}/src/*.cpp ${SOURCE_DIR}/tools/*.h
+    ${SOURCE_DIR}/tools/*.cpp)
+set(seen 0)
+foreach(source ${sources})
+    file(STRINGS ${source} includes REGEX "#include <(openssl|botan)/")
+    if(includes AND source MATCHES "/src/crypto/")
+        math(EXPR seen "${seen} + 1")
+    elseif(includes)
+        message(SEND_ERROR "${source} includes a cryptographic library: ${includes}")
+    endif()
+endforeach()
+if(seen EQUAL 0)
+    message(SEND_ERROR "no source includes a cryptographic library: this check looks in vain")
+endif()
