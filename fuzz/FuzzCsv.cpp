@@ -1,41 +1,46 @@
-#include "FuzzFile.h"
 #include "FuzzSupport.h"
 
-#include "files/FileManager.h"
 #include "files/base/LittleEndian.h"
+#include "files/tables/CsvReader.h"
 
 #include <QStringList>
 
-#include <optional>
 #include <string_view>
 
 namespace
 {
 
-/// The plain version: whole lists of lines and fields, one step after the other.
-std::optional<std::vector<std::uint8_t>> plainValues(const QByteArray &text, bool isBare)
-{
+struct Plain {
     std::vector<std::uint8_t> values;
+    std::size_t badLine = 0;  ///< from 1; 0 when all are good
+};
+
+/// The plain version: whole lists of lines and fields, one step after the other.
+Plain plainValues(const QByteArray &text, bool isBare)
+{
+    Plain plain;
+    std::size_t number = 0;
     QList<QByteArray> lines = text.split('\n');
     if (lines.last().isEmpty()) {
         lines.removeLast();
     }
     for (const QByteArray &line : lines) {
+        ++number;
         const QList<QByteArray> fields = line.split(',');
         if (fields.size() < 2 || (!isBare && fields.size() % 2 != 0)) {
-            return std::nullopt;
+            return {{}, number};
         }
         for (int i = isBare ? 0 : 1; i < fields.size(); i += isBare ? 1 : 2) {
             bool ok = false;
             const QString field = QString::fromUtf8(fields[i].constData(), fields[i].size());
             const std::uint32_t value = field.simplified().toUInt(&ok, isBare ? 16 : 0);
             if (!ok) {
-                return std::nullopt;
+                return {{}, number};
             }
-            files::appendU32le(values, value);
+            files::appendU32le(plain.values, value);
         }
     }
-    return values;
+    return plain;
 }
 
 std::vector<std::uint8_t> seed(std::uint8_t kind, std::string_view text)
@@ -60,18 +65,18 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t *data, std::size_t size
     }
     const bool isBare = data[0] % 2 != 0;
     const QByteArray text(reinterpret_cast<const char *>(data + 1), static_cast<int>(size - 1));
-    FuzzFile file(isBare ? "a.kcsv" : "a.csv", {data + 1, size - 1});
-    FuzzReports reports;
-    FileManager manager;
-    const files::RecordOwner<FileData> record(new FileData);
-    const bool accepted = manager.extract_csv_config(&file, record.get());
-    const auto expected = plainValues(text, isBare);
-    require(accepted == expected.has_value());
-    require(reports.levels() == (accepted ? std::vector<int>{} : std::vector<int>{5}));
-    if (accepted) {
-        const SegmentData &segment = record->segments.at(0);
-        require(record->segmentCount == 1);
-        require(std::vector(segment.data, segment.data + segment.size) == *expected);
+    const auto record =
+        files::readValues(std::string_view(text.constData(), static_cast<std::size_t>(text.size())),
+                          isBare ? files::ValueTable::BareValues : files::ValueTable::Pairs);
+    const Plain plain = plainValues(text, isBare);
+    require(record.has_value() == (plain.badLine == 0));
+    if (!record) {
+        require(record.error().code == files::ErrorCode::BadValue);
+        require(record.error().text == "line " + std::to_string(plain.badLine) + " is invalid");
+        return 0;
     }
+    const SegmentData &segment = (*record)->segments.at(0);
+    require((*record)->segmentCount == 1);
+    require(std::vector(segment.data, segment.data + segment.size) == plain.values);
     return 0;
 }

@@ -1,6 +1,6 @@
-#include "FuzzSupport.h"
+#include "FuzzWords.h"
 
-#include "files/FileManager.h"
+#include "files/firmware/ElfReader.h"
 #include "files/firmware/SegmentList.h"
 #include "support/ElfBytes.h"
 #include "support/HexLines.h"
@@ -14,13 +14,6 @@
 
 namespace
 {
-
-void require(bool claim)
-{
-    if (!claim) {
-        std::abort();
-    }
-}
 
 /// The reader wants a file by name: one file without a disk behind it serves all inputs.
 QString storedInput(const std::uint8_t *data, std::size_t size)
@@ -41,8 +34,14 @@ std::uint32_t numberAt(std::span<const std::uint8_t> file, std::size_t at, std::
     return value;
 }
 
+void tidy(FileData &image)
+{
+    FileSegmentsTri(&image);
+    files::reduceSegments(image, 0xFF);
+}
+
 /// The segments read plainly: one for each header, then sorted and reduced.
-files::RecordOwner<FileData> plainSegments(std::span<const std::uint8_t> file, FileManager &manager)
+files::RecordOwner<FileData> plainSegments(std::span<const std::uint8_t> file)
 {
     files::RecordOwner<FileData> image(new FileData);
     const std::size_t table = numberAt(file, 28, 4);
@@ -60,8 +59,7 @@ files::RecordOwner<FileData> plainSegments(std::span<const std::uint8_t> file, F
         image->segments.push_back({numberAt(file, entry + 12, 4), size, data});
         ++image->segmentCount;
     }
-    FileSegmentsTri(image.get());
-    manager.ReduceFileSegment(image.get());
+    tidy(*image);
     return image;
 }
 
@@ -97,22 +95,32 @@ std::vector<std::vector<std::uint8_t>> fuzzSeeds()
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t *data, std::size_t size)
 {
-    QFile file(storedInput(data, size));
-    FileManager manager;
-    const files::RecordOwner<FileELF> elf(new FileELF);
-    if (manager.ELF_Parsing(&file, elf.get())) {
-        require(elf->elfClass == 1 && elf->segmentCount == elf->segments.size());
-        require(elf->segmentCount > 0 && elf->sections.size() == elf->sectionCount);
-        require(elf->programHeaders.size() == elf->programHeaderCount);
-        compareSegments(*elf, *plainSegments({data, size}, manager));
-        for (const symbols &symbol : elf->symbolTable) {
+    using files::ErrorCode;
+    const QString path = storedInput(data, size);
+    const auto read = files::readElf(path, 0xFF);
+    if (read) {
+        FileELF &elf = **read;
+        require(elf.elfClass == 1 && elf.segmentCount == elf.segments.size());
+        require(elf.segmentCount > 0 && elf.sections.size() == elf.sectionCount);
+        require(elf.programHeaders.size() == elf.programHeaderCount);
+        tidy(elf);
+        compareSegments(elf, *plainSegments({data, size}));
+        for (const symbols &symbol : elf.symbolTable) {
             require(symbol.name.size() <= size);
         }
+    } else {
+        requireWords(read.error(), {{ErrorCode::BadVersion, "64-bit ELF files are not supported"},
+                                    {ErrorCode::NoMemory, "Unable to allocate memory"},
+                                    {ErrorCode::BadValue, "the file has no ELF identification"},
+                                    {ErrorCode::BadValue, "program headers of "},
+                                    {ErrorCode::BadValue, "a head of "},
+                                    {ErrorCode::Truncated, "the ELF head is cut short"},
+                                    {ErrorCode::Truncated, "the program-header table ends "},
+                                    {ErrorCode::Truncated, "the bytes of program header "},
+                                    {ErrorCode::Missing, "no program header loads anything"}});
+        require(read.error().code != ErrorCode::BadVersion || data[EI_CLASS] == ELFCLASS64);
     }
-    elf->type = file_type::kElf;
-    unsigned char *section = nullptr;
-    const int bytes = manager.GetDataFromSection(file.fileName().toStdString(), ".note", &section);
-    require((bytes > 0) <= (section != nullptr));
-    std::free(section);
+    const auto section = files::readElfSection(path, ".note");
+    require(!section || section->data != nullptr);
     return 0;
 }

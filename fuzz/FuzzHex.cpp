@@ -1,4 +1,4 @@
-#include "FuzzSupport.h"
+#include "FuzzWords.h"
 
 #include "files/firmware/HexText.h"
 #include "support/HexLines.h"
@@ -7,18 +7,9 @@
 #include <QString>
 
 #include <algorithm>
-#include <cstdlib>
 
 namespace
 {
-
-/// A disagreement is a crash, so that the fuzzer keeps the input.
-void require(bool claim)
-{
-    if (!claim) {
-        std::abort();
-    }
-}
 
 /// Feeds the text in two pieces; the break is chosen by the input's own bytes.
 void compare(const std::vector<std::uint8_t> &text, std::size_t cut)
@@ -34,6 +25,12 @@ void compare(const std::vector<std::uint8_t> &text, std::size_t cut)
     require(parser.lineNumber() == plain.line);
     if (!taken) {
         require(taken.error().text == fault);
+        using files::ErrorCode;
+        requireWords(taken.error(), {{ErrorCode::BadDigit, "parsing "},
+                                     {ErrorCode::BadDigit, "expecting digit (0-9), found: '"},
+                                     {ErrorCode::BadChecksum, "found checksum 0x"},
+                                     {ErrorCode::BadValue, "Unrecognized "},
+                                     {ErrorCode::BadValue, "doesn't start with an 'S'"}});
         return;
     }
     require(fault.empty());

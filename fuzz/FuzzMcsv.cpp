@@ -1,7 +1,7 @@
-#include "FuzzFile.h"
-#include "FuzzSupport.h"
+#include "FuzzWords.h"
 
 #include "files/FileManager.h"
+#include "files/tables/ModulesReader.h"
 #include "support/ScratchFolder.h"
 
 #include <algorithm>
@@ -56,15 +56,43 @@ std::vector<std::vector<std::uint8_t>> fuzzSeeds()
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t *data, std::size_t size)
 {
-    FuzzFile file(moduleFolder().path("list.mcsv"), {data, size});
-    FuzzReports reports;
-    FileManager manager;
-    const files::RecordOwner<FileMCSV> list(new FileMCSV);
-    const bool accepted = manager.extract_mcsv_config(&file, list.get());
-    const auto &levels = reports.levels();
-    require(accepted == (std::count(levels.begin(), levels.end(), 5) == 0));
-    if (accepted) {
-        requireWholeModules(*list);
+    bool openFailed = false;
+    int warnings = 0;
+    files::ModuleServices services;
+    services.openHex = [&openFailed](const QString &path) {
+        FileType *opened = nullptr;
+        openFailed = !FileManager().Open(path.toStdWString(), &opened, 0xFF, 0, 0);
+        return files::RecordOwner<FileData>(static_cast<FileData *>(opened));
+    };
+    services.warn = [&warnings](const std::string &text) {
+        require(text.starts_with("Module hex file : "));
+        ++warnings;
+    };
+    const QString path = moduleFolder().path("list.mcsv");
+    const auto list =
+        files::readModules({reinterpret_cast<const char *>(data), size}, path, services);
+    if (list) {
+        require(warnings <= 8 && !openFailed);
+        requireWholeModules(**list);
+        return 0;
     }
+    using files::ErrorCode;
+    const std::string invalid = path.toStdString() + " is an invalid mcsv file";
+    const std::string notConform = "mcsv file " + path.toStdString() + " is not conform";
+    const std::string badValue = invalid + "\n";
+    const std::string noModule = invalid + "\nNo module is mentioned !";
+    require(openFailed == (list.error().code == ErrorCode::Reported));
+    requireWords(list.error(), {{ErrorCode::BadCount, invalid},
+                                {ErrorCode::BadCount, notConform},
+                                {ErrorCode::BadValue, badValue},
+                                {ErrorCode::BadValue, "Module file : "},
+                                {ErrorCode::NotFound, "License file : "},
+                                {ErrorCode::NotFound, "Module file : "},
+                                {ErrorCode::CannotOpen, "Unable to open the file: "},
+                                {ErrorCode::ReadFailed, "Error while reading the file"},
+                                {ErrorCode::TooLarge, "Module hex file : "},
+                                {ErrorCode::Missing, noModule},
+                                {ErrorCode::NoMemory, "Unable to allocate memory"},
+                                {ErrorCode::Reported, ""}});
     return 0;
 }

@@ -1,7 +1,6 @@
-#include "FuzzFile.h"
-#include "FuzzSupport.h"
+#include "FuzzWords.h"
 
-#include "files/FileManager.h"
+#include "files/containers/SfiReader.h"
 #include "support/SfiBytes.h"
 
 #include <algorithm>
@@ -50,18 +49,26 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t *data, std::size_t size
         return 0;
     }
     const std::span<const std::uint8_t> bytes(data + 1, size - 1);
-    const bool isSsfi = data[0] % 2 != 0;
-    FuzzFile file(isSsfi ? "a.ssfi" : "a.sfi", bytes);
-    FuzzReports reports;
-    FileManager manager;
-    const files::RecordOwner<FileSFI> image(new FileSFI);
-    const bool accepted =
-        isSsfi ? manager.SSFI_Parsing(&file, image.get()) : manager.SFI_Parsing(&file, image.get());
-    require(reports.levels().size() == (accepted ? 0 : 1));
-    if (accepted) {
-        require(image->segmentCount == image->areas.size());
-        require(image->areas.back().areaType == 'C');
-        requireSameBytes(*image, bytes);
+    const auto image = data[0] % 2 != 0 ? files::readSsfi(bytes) : files::readSfi(bytes);
+    if (image) {
+        require((*image)->segmentCount == (*image)->areas.size());
+        require((*image)->areas.back().areaType == 'C');
+        requireSameBytes(**image, bytes);
+        return 0;
     }
+    using files::ErrorCode;
+    requireWords(image.error(), {{ErrorCode::BadMagic, "it does not begin with SFIMAGIC"},
+                                 {ErrorCode::Truncated, "the image head before area 1 needs "},
+                                 {ErrorCode::Truncated, "the header of area "},
+                                 {ErrorCode::Truncated, "the data of area "},
+                                 {ErrorCode::BadKind, "Unknown area type at area "},
+                                 {ErrorCode::BadValue, "Image version check failed at area "},
+                                 {ErrorCode::BadIndex, "Area index check failed at area "},
+                                 {ErrorCode::BadCount, "Area number check failed at area "},
+                                 {ErrorCode::BadVersion, "The image has format version "},
+                                 {ErrorCode::Missing, "Failed to locate an option bytes area"},
+                                 {ErrorCode::BadValue, "Area "},
+                                 {ErrorCode::Overlap, "Overlap between SFI areas "},
+                                 {ErrorCode::Refused, "The area immediately following a module "}});
     return 0;
 }

@@ -1,5 +1,6 @@
 #pragma once
 #include <cstdint>
+#include <cstdlib>
 #include <string>
 #include <vector>
 
@@ -7,3 +8,11 @@
 /// reach deep, and the repository holds no blobs. When the environment variable SPB_FUZZ_SEEDS
 /// names a folder, they are written there before fuzzing starts.
 std::vector<std::vector<std::uint8_t>> fuzzSeeds();
+
+/// A broken claim is a crash, so that the fuzzer keeps the input.
+inline void require(bool claim)
+{
+    if (!claim) {
+        std::abort();
+    }
+}

@@ -5,17 +5,9 @@
 #include "support/PlainWriters.h"
 
 #include <algorithm>
-#include <cstdlib>
 
 namespace
 {
-
-void require(bool claim)
-{
-    if (!claim) {
-        std::abort();
-    }
-}
 
 /// Input: for each segment an address, a 16-bit size and a byte to count up from.
 PlainImage imageFrom(std::span<const std::uint8_t> input)
@@ -29,7 +21,7 @@ PlainImage imageFrom(std::span<const std::uint8_t> input)
         std::uint8_t value = in.u8();
         std::vector<std::uint8_t> bytes(std::min(size, UINT32_MAX - address));
         std::generate(bytes.begin(), bytes.end(), [&value] { return value++; });
-        image.emplace_back(address, std::move(bytes));
+        image.push_back({address, std::move(bytes)});
     }
     return image;
 }

@@ -1,11 +1,8 @@
-#include "files/FileManager.h"
+#include "files/OpenFixture.h"
 #include "files/firmware/ElfLabels.h"
+#include "files/firmware/ElfReader.h"
 #include "support/ElfBytes.h"
 #include "support/HexLines.h"
-#include "support/MessageLog.h"
-#include "support/ScratchFolder.h"
-
-#include <gtest/gtest.h>
 
 #include <algorithm>
 
@@ -21,19 +18,13 @@ constexpr std::size_t kSegmentEntrySize = 42;
 constexpr std::size_t kSegmentCount = 44;
 constexpr std::size_t kSectionEntrySize = 46;
 constexpr std::size_t kSectionCount = 48;
+constexpr std::size_t kNameTable = 50;
 constexpr std::size_t kFirstSegment = 52;
 
-class ElfReader : public ::testing::Test
+class ElfReader : public OpenFixture
 {
 protected:
-    const FileELF *open(const Bytes &bytes)
-    {
-        FileType *file = nullptr;
-        m_path = folder.file("a.elf", bytes);
-        manager.Open(m_path.toStdWString(), &file, 0xEE, 0, 0);
-        m_record.reset(static_cast<FileELF *>(file));
-        return m_record.get();
-    }
+    auto open(const Bytes &bytes) { return openAs<FileELF>("a.elf", bytes); }
 
     /// The position of field `field` (0 name, 16 offset, 20 size, 24 link, 36 entry size) of a
     /// section in the table.
@@ -47,16 +38,8 @@ protected:
 
     [[nodiscard]] Message invalid() const
     {
-        return {5, "Error: " + m_path + " is an invalid ELF file"};
+        return {5, "Error: " + folder.path("a.elf") + " is an invalid ELF file"};
     }
-
-    FileManager manager;
-    ScratchFolder folder;
-    MessageLog log;
-
-private:
-    QString m_path;
-    files::RecordOwner<FileELF> m_record;
 };
 
 Bytes dataOf(const SegmentData &segment)
@@ -66,7 +49,7 @@ Bytes dataOf(const SegmentData &segment)
 
 TEST_F(ElfReader, SegmentsStandSortedAtTheirPhysicalAddresses)
 {
-    const FileELF *elf = open(elfBytes(usualElf()));
+    auto elf = open(elfBytes(usualElf()));
     ASSERT_NE(elf, nullptr);
     ASSERT_EQ(elf->segmentCount, 2U);
     EXPECT_EQ(elf->segments[0].address, 0x8000000U);
@@ -84,7 +67,7 @@ TEST_F(ElfReader, SegmentsStandSortedAtTheirPhysicalAddresses)
 
 TEST_F(ElfReader, TablesKeepNamesLinksAndSigns)
 {
-    const FileELF *elf = open(elfBytes(usualElf()));
+    auto elf = open(elfBytes(usualElf()));
     ASSERT_NE(elf, nullptr);
     ASSERT_EQ(elf->sectionCount, 8);
     EXPECT_EQ(elf->sections[2].name, ".bss");
@@ -114,7 +97,7 @@ TEST_F(ElfReader, BigEndianFileIsReadButForRawSectionOffsets)
     plan.isBigEndian = true;
     plan.segments = {{1, 0x1234, {1, 2}}};
     plan.sections = {{".symtab", 2, symbolBytes(0, 0x11223344, 1, 0x12, 3, true), 0, 16}};
-    const FileELF *elf = open(elfBytes(plan));
+    auto elf = open(elfBytes(plan));
     ASSERT_NE(elf, nullptr);
     EXPECT_EQ(elf->segments[0].address, 0x1234U);
     EXPECT_EQ(elf->sections[1].fileOffset, (52U + 32 + 2) << 24);
@@ -126,7 +109,7 @@ TEST_F(ElfReader, NeighboursJoinAndEmptySegmentsCount)
 {
     ElfPlan plan;
     plan.segments = {{1, 0x10, {1}}, {1, 0x1B, {2}}};
-    const FileELF *elf = open(elfBytes(plan));
+    auto elf = open(elfBytes(plan));
     ASSERT_NE(elf, nullptr);
     EXPECT_EQ(dataOf(elf->segments.at(0)), Bytes({1}) + Bytes(10, 0xEE) + Bytes({2}));
 
@@ -191,7 +174,7 @@ TEST_F(ElfReader, BadSectionsOnlyCostTheirOwnContents)
 {
     const Bytes good = elfBytes(usualElf());
     const auto countsAfter = [this](const Bytes &bytes) {
-        const FileELF *elf = open(bytes);
+        auto elf = open(bytes);
         return elf == nullptr
                    ? std::vector<std::size_t>{}
                    : std::vector<std::size_t>{elf->sectionCount, elf->symbolTable.size(),
@@ -211,7 +194,7 @@ TEST_F(ElfReader, BadSectionsOnlyCostTheirOwnContents)
     EXPECT_EQ(countsAfter(forged(good, sectionField(good, 6, 20), 11, 4)), (Counts{8, 4, 1, 0}));
     EXPECT_TRUE(log.all().empty());
 
-    const FileELF *elf = open(forged(good, sectionField(good, 3, 24), 0x80000000, 4));
+    auto elf = open(forged(good, sectionField(good, 3, 24), 0x80000000, 4));
     ASSERT_NE(elf, nullptr);
     EXPECT_EQ(elf->symbolTable[1].name, "") << "a link to no section";
     elf = open(forged(good, sectionField(good, 4, 20), 12, 4));
@@ -261,7 +244,7 @@ TEST_F(ElfReader, ForgedTablesThatShareBytesStayCheap)
         entries.insert(entries.end(), entry.begin(), entry.end());
     }
     plan.sections = {{".symtab", 2, entries, 2, 16}, {".strtab", 3, text}};
-    const FileELF *elf = open(elfBytes(plan));
+    auto elf = open(elfBytes(plan));
     ASSERT_NE(elf, nullptr);
     ASSERT_EQ(elf->symbolTable.size(), 40000U);
     EXPECT_EQ(elf->symbolTable[0].name.size(), text.size());
@@ -279,6 +262,33 @@ TEST_F(ElfReader, ForgedTablesThatShareBytesStayCheap)
     ASSERT_NE(elf, nullptr);
     EXPECT_LE(elf->symbolTable.size(), 1048576U);
     EXPECT_GE(elf->symbolTable.size(), 40000U);
+}
+
+TEST_F(ElfReader, HeadersAndNamesThatShareBytesHaveABudget)
+{
+    using files::ErrorCode;
+    constexpr std::uint32_t kBytes = 16 << 20;
+    ElfPlan plan;
+    for (std::uint32_t i = 0; i < 17; ++i) {
+        plan.segments.push_back({1, i * 2 * kBytes, {}});
+    }
+    Bytes bytes = elfBytes(plan);
+    for (std::size_t i = 0; i < 17; ++i) {
+        bytes = forged(bytes, kFirstSegment + 32 * i + 16, kBytes, 4);
+    }
+    QFile sparse(folder.file("many.elf", bytes));
+    ASSERT_TRUE(sparse.resize(kBytes + 4096));
+    const auto read = files::readElf(sparse.fileName(), 0xFF);
+    ASSERT_FALSE(read) << "272 MiB out of a file of 16";
+    EXPECT_EQ(read.error().code, ErrorCode::NoMemory);
+
+    plan.segments = {{1, 0, {1}}};
+    plan.sections.assign(200, {"", 1, {}});
+    plan.sections[0] = {"", 3, Bytes(1000000, 'n')};
+    const auto elf = open(forged(elfBytes(plan), kNameTable, 1, 2));
+    ASSERT_TRUE(elf);
+    EXPECT_EQ(elf->sections[1].name.size(), 1000000U);
+    EXPECT_EQ(elf->sections[200].name, "");
 }
 
 TEST(ElfLabels, UnknownValuesHaveFixedTexts)

@@ -1,12 +1,9 @@
 #include "files/firmware/FirmwareWriter.h"
-#include "files/FileManager.h"
+#include "files/OpenFixture.h"
+#include "files/SegmentBuilder.h"
 #include "support/FullDisk.h"
 #include "support/HexLines.h"
-#include "support/MessageLog.h"
 #include "support/PlainWriters.h"
-#include "support/ScratchFolder.h"
-
-#include <gtest/gtest.h>
 
 #include <algorithm>
 
@@ -15,37 +12,17 @@ namespace
 
 using Bytes = std::vector<std::uint8_t>;
 
-/// Lends an image to the writers, which never keep it.
-class Lent
-{
-public:
-    explicit Lent(const PlainImage &image) : m_image(image)
-    {
-        for (auto &[address, bytes] : m_image) {
-            record.segments.push_back(
-                {address, static_cast<std::uint32_t>(bytes.size()), bytes.data()});
-        }
-        record.segmentCount = static_cast<std::uint32_t>(record.segments.size());
-    }
-    FileData record;
-
-private:
-    PlainImage m_image;
-};
-
-class FirmwareWriter : public ::testing::Test
+class FirmwareWriter : public OpenFixture
 {
 protected:
     std::string hex(const PlainImage &image)
     {
-        Lent lent(image);
-        EXPECT_TRUE(manager.SaveHexFile(&lent.record, wide("a.hex")));
+        EXPECT_TRUE(manager.SaveHexFile(recordOf(image).get(), wide("a.hex")));
         return ScratchFolder::contents(folder.path("a.hex"));
     }
     std::string srec(const PlainImage &image)
     {
-        Lent lent(image);
-        EXPECT_TRUE(manager.SaveSrecFile(&lent.record, wide("a.srec")));
+        EXPECT_TRUE(manager.SaveSrecFile(recordOf(image).get(), wide("a.srec")));
         return ScratchFolder::contents(folder.path("a.srec"));
     }
     [[nodiscard]] std::wstring wide(const QString &name) const
@@ -54,33 +31,24 @@ protected:
     }
     PlainImage readBack(const QString &name)
     {
-        FileType *file = nullptr;
-        EXPECT_TRUE(manager.Open(wide(name), &file, 0xFF, 0, 0));
-        const files::RecordOwner<FileData> record(static_cast<FileData *>(file));
-        PlainImage image;
-        for (const SegmentData &segment : record->segments) {
-            image.emplace_back(segment.address, Bytes(segment.data, segment.data + segment.size));
-        }
-        return image;
+        const auto record = open(folder.path(name));
+        return record ? piecesOf(static_cast<const FileData &>(*record)) : PlainImage();
     }
-
-    FileManager manager;
-    ScratchFolder folder;
-    MessageLog log;
 };
 
 TEST_F(FirmwareWriter, BinaryFillsHolesAndStartsAtTheFirstAddress)
 {
     manager.paddingByte = 0xA5;
-    Lent lent({{0x100, {1, 2}}, {0x104, {3}}, {0x105, {}}, {0x106, {4}}});
-    EXPECT_EQ(manager.SaveFile(&lent.record, wide("a.bin")), 7);
+    const auto lent = recordOf({{0x100, {1, 2}}, {0x104, {3}}, {0x105, {}}, {0x106, {4}}});
+    EXPECT_EQ(manager.SaveFile(lent.get(), wide("a.bin")), 7);
     EXPECT_EQ(ScratchFolder::contents(folder.path("a.bin")), "\1\2\xA5\xA5\3\xA5\4");
     // Memory without bytes in the file, as `.bss` is, spans nothing, wherever it stands.
-    Lent hollow({{0, {}}, {0x8000000, {1}}, {0x8000002, {2}}, {0x20000000, {}}, {0x90000000, {}}});
-    EXPECT_EQ(manager.SaveFile(&hollow.record, wide("hollow.bin")), 3);
+    const auto hollow =
+        recordOf({{0, {}}, {0x8000000, {1}}, {0x8000002, {2}}, {0x20000000, {}}, {0x90000000, {}}});
+    EXPECT_EQ(manager.SaveFile(hollow.get(), wide("hollow.bin")), 3);
     EXPECT_EQ(ScratchFolder::contents(folder.path("hollow.bin")), "\1\xA5\2");
-    Lent none({});
-    EXPECT_EQ(manager.SaveFile(&none.record, wide("none.bin")), 0);
+    const auto none = recordOf({});
+    EXPECT_EQ(manager.SaveFile(none.get(), wide("none.bin")), 0);
     EXPECT_EQ(ScratchFolder::contents(folder.path("none.bin")), "");
     EXPECT_TRUE(log.all().empty());
 }
@@ -88,16 +56,16 @@ TEST_F(FirmwareWriter, BinaryFillsHolesAndStartsAtTheFirstAddress)
 TEST_F(FirmwareWriter, BinaryLimitLooksAtStartsOnly)
 {
     // The widest image passes the rule; half a gigabyte then meets a full disk.
-    Lent most({{0x10, {1}}, {0x2000000F, {2, 3}}});
+    const auto most = recordOf({{0x10, {1}}, {0x2000000F, {2, 3}}});
     {
         const FullDisk disk(100000);
-        EXPECT_EQ(manager.SaveFile(&most.record, wide("most.bin")), -1);
+        EXPECT_EQ(manager.SaveFile(most.get(), wide("most.bin")), -1);
     }
     EXPECT_EQ(log.take(), (Messages{{5, "Error: Error occured while writing in the file"}}));
     EXPECT_FALSE(QFile::exists(folder.path("most.bin")));
     folder.file("old.bin", "old");
-    Lent over({{0x10, {1}}, {0x20000010, {2}}});
-    EXPECT_EQ(manager.SaveFile(&over.record, wide("old.bin")), -1);
+    const auto over = recordOf({{0x10, {1}}, {0x20000010, {2}}});
+    EXPECT_EQ(manager.SaveFile(over.get(), wide("old.bin")), -1);
     EXPECT_EQ(log.take(),
               (Messages{{4, "Warning: The file old.bin already exists, it will be overwritten"},
                         {5, "Error: Segments are widely spaced. Unable to create a binary file"}}));
@@ -174,11 +142,11 @@ TEST_F(FirmwareWriter, SegmentBeyondTheAddressSpaceIsLeftOutAloud)
 
 TEST_F(FirmwareWriter, TargetThatCannotBeMadeIsNamedInTwoWays)
 {
-    Lent lent({{0, {1}}});
+    const auto lent = recordOf({{0, {1}}});
     const QString path = folder.path("no/such/a.hex");
-    EXPECT_EQ(manager.SaveFile(&lent.record, path.toStdWString()), -1);
-    EXPECT_FALSE(manager.SaveHexFile(&lent.record, path.toStdWString()));
-    EXPECT_FALSE(manager.SaveSrecFile(&lent.record, path.toStdWString()));
+    EXPECT_EQ(manager.SaveFile(lent.get(), path.toStdWString()), -1);
+    EXPECT_FALSE(manager.SaveHexFile(lent.get(), path.toStdWString()));
+    EXPECT_FALSE(manager.SaveSrecFile(lent.get(), path.toStdWString()));
     EXPECT_EQ(log.take(), (Messages{{5, "Error: Unable to create the file a.hex"},
                                     {5, "Error: Unable to create the file " + path},
                                     {5, "Error: Unable to create the file " + path}}));
@@ -189,12 +157,12 @@ TEST_F(FirmwareWriter, FailedWriteIsReportedAndTheOldFileStays)
     for (const char *name : {"a.bin", "a.hex", "a.srec"}) {
         folder.file(name, "old");
     }
-    Lent lent({{0, Bytes(400000, 1)}});
+    const auto lent = recordOf({{0, Bytes(400000, 1)}});
     {
         const FullDisk disk(100000);
-        EXPECT_EQ(manager.SaveFile(&lent.record, wide("a.bin")), -1);
-        EXPECT_FALSE(manager.SaveHexFile(&lent.record, wide("a.hex")));
-        EXPECT_FALSE(manager.SaveSrecFile(&lent.record, wide("a.srec")));
+        EXPECT_EQ(manager.SaveFile(lent.get(), wide("a.bin")), -1);
+        EXPECT_FALSE(manager.SaveHexFile(lent.get(), wide("a.hex")));
+        EXPECT_FALSE(manager.SaveSrecFile(lent.get(), wide("a.srec")));
     }
     const Message fault = {5, "Error: Error occured while writing in the file"};
     const Messages seen = log.take();

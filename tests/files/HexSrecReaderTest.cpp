@@ -1,43 +1,25 @@
-#include "files/FileManager.h"
+#include "files/OpenFixture.h"
+#include "files/SegmentBuilder.h"
 #include "support/HexLines.h"
-#include "support/MessageLog.h"
-#include "support/ScratchFolder.h"
-
-#include <gtest/gtest.h>
 
 namespace
 {
 
 using Bytes = std::vector<std::uint8_t>;
 
-class HexSrecReader : public ::testing::Test
+class HexSrecReader : public OpenFixture
 {
 protected:
     bool open(const QString &name, const std::string &text)
     {
-        FileType *file = nullptr;
-        const QString path = folder.file(name, text);
-        const bool result = manager.Open(path.toStdWString(), &file, 0xEE, 0, 0);
-        record.reset(static_cast<FileData *>(file));
-        return result;
+        record = openAs<FileData>(name, text);
+        return record != nullptr;
     }
 
-    [[nodiscard]] std::vector<std::pair<std::uint32_t, Bytes>> segments() const
-    {
-        std::vector<std::pair<std::uint32_t, Bytes>> list;
-        for (const SegmentData &segment : record->segments) {
-            list.emplace_back(segment.address, Bytes(segment.data, segment.data + segment.size));
-        }
-        return list;
-    }
-
-    FileManager manager;
-    ScratchFolder folder;
-    MessageLog log;
     files::RecordOwner<FileData> record;
 };
 
-using Segments = std::vector<std::pair<std::uint32_t, Bytes>>;
+using Segments = std::vector<Piece>;
 const Message kOverlap = {
     4, "Warning: File corrupted. Two or more segments defines the same memory zone"};
 
@@ -63,16 +45,16 @@ TEST_F(HexSrecReader, TextDecidesTheSyntaxAndTheEndingTheType)
 {
     ASSERT_TRUE(open("a.HEX", srecordLine('1', 16, {1, 2})));
     EXPECT_EQ(record->type, 2U);
-    EXPECT_EQ(segments(), (Segments{{16, {1, 2}}}));
+    EXPECT_EQ(piecesOf(*record), (Segments{{16, {1, 2}}}));
     ASSERT_TRUE(open("a.s19", intelLine(0, 16, {1, 2})));
     EXPECT_EQ(record->type, 3U);
-    EXPECT_EQ(segments(), (Segments{{16, {1, 2}}}));
+    EXPECT_EQ(piecesOf(*record), (Segments{{16, {1, 2}}}));
 }
 
 TEST_F(HexSrecReader, LaterInSortedOrderWinsWithAWarning)
 {
     ASSERT_TRUE(open("a.s19", srecordLine('1', 1, {7, 7}) + srecordLine('1', 0, {1, 2, 3, 4})));
-    EXPECT_EQ(segments(), (Segments{{0, {1, 7, 7, 4}}}));
+    EXPECT_EQ(piecesOf(*record), (Segments{{0, {1, 7, 7, 4}}}));
     EXPECT_EQ(log.take(), Messages{kOverlap});
 }
 
@@ -91,7 +73,7 @@ TEST_F(HexSrecReader, LongTextLosesNothingBetweenPieces)
         text += at % 5 == 0 ? "; a comment between records\r\n" : "";
     }
     ASSERT_TRUE(open("long.hex", text));
-    EXPECT_EQ(segments(), (Segments{{0x08000000, expected}}));
+    EXPECT_EQ(piecesOf(*record), (Segments{{0x08000000, expected}}));
 }
 
 }  // namespace

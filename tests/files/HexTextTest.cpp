@@ -13,8 +13,6 @@
 namespace
 {
 
-using Segment = PlainHexResult::Segment;
-
 std::vector<std::uint8_t> bytesOf(const std::string &text)
 {
     return {text.begin(), text.end()};
@@ -116,7 +114,7 @@ TEST(HexText, LineFeedAtThePieceLimitEndsTheSameLine)
 TEST(HexText, EmptyInputAndMissingFinalLineFeedAreFine)
 {
     EXPECT_TRUE(parse("").segments.empty());
-    EXPECT_EQ(parse(":0100100007E8").segments, (std::vector<Segment>{{0x10, {7}}}));
+    EXPECT_EQ(parse(":0100100007E8").segments, (std::vector<Piece>{{0x10, {7}}}));
 }
 
 TEST(HexText, BasesAddUpWithoutClosingTheSegment)
@@ -125,21 +123,20 @@ TEST(HexText, BasesAddUpWithoutClosingTheSegment)
                              intelLine(0, 0xFFFF, {1}) + intelLine(2, 0, {0x20, 0x00}) +
                              intelLine(0, 0, {2}) + intelLine(4, 0, {0xFF, 0xFF}) +
                              intelLine(0, 0xFFFF, {3});
-    EXPECT_EQ(parse(text).segments,
-              (std::vector<Segment>{{0x0801FFFF, {1, 2}}, {0x0001FFFF, {3}}}));
+    EXPECT_EQ(parse(text).segments, (std::vector<Piece>{{0x0801FFFF, {1, 2}}, {0x0001FFFF, {3}}}));
 }
 
 TEST(HexText, EndRecordClosesAndTextBehindItCounts)
 {
     const std::string text = intelLine(0, 0, {1}) + ":00000001FF\n" + intelLine(0, 1, {2});
-    EXPECT_EQ(parse(text).segments, (std::vector<Segment>{{0, {1}}, {1, {2}}}));
+    EXPECT_EQ(parse(text).segments, (std::vector<Piece>{{0, {1}}, {1, {2}}}));
 }
 
 TEST(HexText, RecordsWithoutDataNeitherOpenNorClose)
 {
     const std::string text = intelLine(0, 9, {}) + intelLine(0, 0, {1}) + intelLine(0, 0x40, {}) +
                              intelLine(3, 0, {1, 2, 3, 4}) + intelLine(0, 1, {2});
-    EXPECT_EQ(parse(text).segments, (std::vector<Segment>{{0, {1, 2}}}));
+    EXPECT_EQ(parse(text).segments, (std::vector<Piece>{{0, {1, 2}}}));
     EXPECT_TRUE(parse(srecordLine('0', 0, {65}) + srecordLine('1', 9, {})).segments.empty());
 }
 
@@ -147,7 +144,7 @@ TEST(HexText, AddressesWrapIntoTheOpenSegment)
 {
     const std::string text = srecordLine('3', 0xFFFFFFFF, {1}) + srecordLine('1', 0, {2}) +
                              srecordLine('2', 0x10000, {3});
-    EXPECT_EQ(parse(text).segments, (std::vector<Segment>{{0xFFFFFFFF, {1, 2}}, {0x10000, {3}}}));
+    EXPECT_EQ(parse(text).segments, (std::vector<Piece>{{0xFFFFFFFF, {1, 2}}, {0x10000, {3}}}));
 }
 
 /// Records of all lengths and kinds, in and out of order, some spoiled.

@@ -7,14 +7,15 @@
 
 #include <utility>
 
-/// Opens files of a scratch folder as the window does, and records all messages.
+/// Opens files of a scratch folder as the window does, but with a padding byte of its own, and
+/// records all messages.
 class OpenFixture : public ::testing::Test
 {
 protected:
     files::RecordOwner<FileType> open(const QString &path, unsigned position = 0, unsigned size = 0)
     {
         FileType *file = nullptr;
-        const bool result = manager.Open(path.toStdWString(), &file, 255, position, size);
+        const bool result = manager.Open(path.toStdWString(), &file, 0xEE, position, size);
         EXPECT_EQ(result, file != nullptr);
         return files::RecordOwner<FileType>(file);
     }

@@ -1,17 +1,9 @@
 #pragma once
 #include "files/base/Records.h"
+#include "support/Piece.h"
 
 #include <algorithm>
 #include <cstdlib>
-#include <vector>
-
-/// A segment as a test writes it down: address and bytes.
-struct Piece {
-    std::uint32_t address = 0;
-    std::vector<std::uint8_t> bytes;
-
-    bool operator==(const Piece &other) const = default;
-};
 
 inline files::RecordOwner<FileData> recordOf(const std::vector<Piece> &pieces)
 {

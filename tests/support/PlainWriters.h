@@ -1,11 +1,10 @@
 #pragma once
-#include <cstdint>
+#include "support/Piece.h"
+
 #include <string>
-#include <utility>
-#include <vector>
 
 /// Writers that are plain instead of fast: one `printf` for each field. The real ones must agree.
-using PlainImage = std::vector<std::pair<std::uint32_t, std::vector<std::uint8_t>>>;
+using PlainImage = std::vector<Piece>;
 
 std::string plainIntelText(const PlainImage &image);
 std::string plainSRecordText(const PlainImage &image);

@@ -80,4 +80,19 @@ TEST(KeyFile, TakesTheExpectedSizeOnly)
     EXPECT_EQ(wrong.error().text, "the file holds 16 bytes, expected are 12");
 }
 
+TEST(KeyFile, TakesSixteenMebibytesAtMost)
+{
+    constexpr qint64 kMost = 16 << 20;
+    const ScratchFolder folder;
+    QFile sparse(folder.file("key.bin", "x"));
+    ASSERT_TRUE(sparse.resize(kMost));
+    EXPECT_TRUE(files::readKeyFile(sparse.fileName(), 0));
+    ASSERT_TRUE(sparse.resize(kMost + 1));
+    for (const std::uint64_t expected : {std::uint64_t{0}, std::uint64_t{kMost + 1}}) {
+        const auto key = files::readKeyFile(sparse.fileName(), expected);
+        ASSERT_FALSE(key);
+        EXPECT_EQ(key.error().code, ErrorCode::WrongSize);
+    }
+}
+
 }  // namespace
