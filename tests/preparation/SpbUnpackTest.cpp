@@ -1,4 +1,11 @@
+#include "crypto/primitives/EcKey.h"
+#include "preparation/PackageInputs.h"
+#include "preparation/Preparation.h"
 #include "preparation/SfiRequestBuilder.h"
+#include "preparation/sfu/SfuSealer.h"
+#include "preparation/smi/SmiSealer.h"
+#include "preparation/ssp/SspSealer.h"
+#include "support/ImageBytes.h"
 
 #include <gtest/gtest.h>
 
@@ -225,6 +232,161 @@ TEST_F(SpbUnpack, ExitStatusNamesTheFault)
     }
     EXPECT_EQ(run({"--help"}), 0);
     EXPECT_TRUE(out.startsWith("Usage: spb-unpack "));
+}
+
+QByteArray arrayOf(const Bytes &bytes)
+{
+    return {reinterpret_cast<const char *>(bytes.data()), static_cast<int>(bytes.size())};
+}
+
+std::string publicPem(unsigned seed)
+{
+    const std::string pem = privatePem(ramp(seed, 3, 32), false);
+    const auto key = crypto::EcKey::readPrivate(Bytes(pem.begin(), pem.end()), nullptr);
+    return "-----BEGIN PUBLIC KEY-----\n" +
+           arrayOf(key.value().publicDer()).toBase64().toStdString() +
+           "\n-----END PUBLIC KEY-----\n";
+}
+
+QByteArray signedImage(unsigned seed, const QByteArray &whole, std::uint32_t signedSize)
+{
+    const ScratchFolder folder;
+    QByteArray cut = whole.left(static_cast<int>(signedSize));
+    FileData image;
+    image.segments = {{0, signedSize, reinterpret_cast<std::uint8_t *>(cut.data())}};
+    image.segmentCount = 1;
+    FileData *imageAddress = &image;
+    SignedImage out;
+    SignedImage *outAddress = &out;
+    out.setSigImgFooter();
+    out.setSigImgBin(&imageAddress);
+    QByteArray path =
+        QFile::encodeName(folder.file("key.pem", privatePem(ramp(seed, 3, 32), false)));
+    EXPECT_TRUE(Preparation().signECDSA(reinterpret_cast<unsigned char *>(path.data()), &outAddress,
+                                        true, nullptr));
+    EXPECT_TRUE(out.createSignedImage(folder.path("signed"), whole));
+    return QByteArray::fromStdString(ScratchFolder::contents(folder.path("signed")));
+}
+
+/// One package of each further kind, under the key "key.bin".
+class SpbUnpackKinds : public SpbUnpack
+{
+protected:
+    SpbUnpackKinds()
+    {
+        key = put("key.bin", arrayOf(kKey));
+        put("a.smi",
+            preparation::buildSmi({ramp(1, 3, 70), 0x08004000, true, kKey, kNonce, ramp(0, 1, 16)})
+                .value());
+        const QByteArray sfu =
+            preparation::buildSfu({ramp(5, 7, 5000), 0x08000000, 9, kKey, kNonce}).value();
+        put("a.sfuh", sfu.left(64));
+        put("a.sfu", sfu.mid(64));
+        put("a.ssp",
+            preparation::buildSsp({ramp(9, 1, 152), kKey, ramp(0, 1, 16), {2, {}}}).value());
+    }
+
+    QJsonObject json(const QStringList &arguments, int status = 0)
+    {
+        EXPECT_EQ(run(QStringList{"--json"} + arguments), status) << err.constData();
+        return QJsonDocument::fromJson(out).object();
+    }
+
+    const Bytes kKey = Bytes(16, 7);
+    const Bytes kNonce = Bytes(12, 8);
+    QString key;
+};
+
+TEST_F(SpbUnpackKinds, AreToldByContentAndUnpacked)
+{
+    const struct {
+        const char *file, *kind;
+        QByteArray plain;
+    } cases[] = {{"a.smi", "SMI", arrayOf(ramp(1, 3, 70))},
+                 {"a.sfuh", "SFU", arrayOf(ramp(5, 7, 5000))},
+                 {"a.ssp", "SSP", arrayOf(ramp(9, 1, 152))}};
+    const QString wrong = put("wrong.bin", QByteArray(16, 'w'));
+    for (const auto &[file, kind, plain] : cases) {
+        EXPECT_EQ(json({path(file)})["verdict"], "not checked") << file;
+        const QJsonObject object = json({path(file), "--key", key, "--out", path("plain")});
+        EXPECT_EQ(object["kind"], kind);
+        EXPECT_EQ(object["authentic"], true);
+        EXPECT_EQ(contents("plain"), plain);
+        const auto others = QFile::ReadGroup | QFile::ReadOther;
+        EXPECT_EQ((QFile::permissions(path("plain")) & others) == 0, file == QByteArray("a.ssp"));
+        QFile::remove(path("plain"));
+        EXPECT_EQ(json({path(file), "--key", wrong, "--out", path("plain")}, 2)["verdict"],
+                  "wrong key or damaged");
+        EXPECT_EQ(contents("plain"), "(no file)");
+    }
+    ASSERT_EQ(run({path("a.smi"), "--key", key}), 0);
+    EXPECT_TRUE(out.startsWith("SMI\nFormat version")) << out.constData();
+    EXPECT_TRUE(out.contains("\nLoad address      0x08004000\n")) << out.constData();
+    EXPECT_EQ(json({path("a.sfuh")})["pieces"], 2);
+}
+
+TEST_F(SpbUnpackKinds, SignedImagesNeedAPublicKey)
+{
+    const QString mine = put("mine.pem", QByteArray::fromStdString(publicPem(3)));
+    const QString other = put("other.pem", QByteArray::fromStdString(publicPem(4)));
+    QByteArray signedFile = signedImage(3, arrayOf(ramp(2, 5, 300)), 200);
+    const QString file = put("signed", signedFile);
+    QJsonObject object = json({file});
+    EXPECT_EQ(object["verdict"], "not checked");
+    EXPECT_EQ(object["keyIdentifier"].toString().size(), 64);
+    EXPECT_EQ(object["unsignedSize"], 100);
+    EXPECT_EQ(json({file, "--public-key", mine})["verdict"], "authentic");
+    EXPECT_EQ(json({file, "--public-key", other}, 2)["verdict"], "another key");
+    signedFile[7] = static_cast<char>(signedFile[7] ^ 1);
+    EXPECT_EQ(json({put("bad", signedFile), "--public-key", mine}, 2)["verdict"], "damaged");
+    EXPECT_EQ(run({file, "--key", key}), 3);
+    EXPECT_TRUE(err.contains("--public-key"));
+    EXPECT_EQ(run({path("a.smi"), "--public-key", mine}), 3);
+}
+
+TEST_F(SpbUnpackKinds, StructureOfSmuAndSsfi)
+{
+    ImageBytes smu;
+    smu.u32le(1).u32le(0x08100000).u16le(32).u16le(0).u32le(4).fill(16, 0).u32le(5);
+    smu.u16le(0x6907).u16le(4 + 6).u16le(0x10).u16le(2).u8(0xAB).u8(0xCD);
+    QJsonObject object = json({put("a.dat", arrayOf(smu.done()))});
+    EXPECT_EQ(object["kind"], "SMU");
+    EXPECT_EQ(object["protectedTlvs"].toArray()[0].toObject()["value"], "abcd");
+    EXPECT_EQ(run({path("a.dat")}), 0);
+    EXPECT_TRUE(out.contains("SHA256  0x10  2       abcd")) << out.constData();
+    EXPECT_EQ(run({path("a.dat"), "--key", key}), 3);
+
+    ImageBytes ssfi;
+    ssfi.text("SFIMAGIC").u16le(3).u32le(77).u16le(1).fill(16, 5);
+    ssfi.u8('C').u8(1).u16le(1).u32le(4).u32le(0).u16le(1).fill(32, 9).u32le(1);
+    object = json({put("a.dat", arrayOf(ssfi.done()))});
+    EXPECT_EQ(object["kind"], "SSFI");
+    EXPECT_EQ(object["imageVersion"], 77);
+    EXPECT_EQ(object["areas"].toArray()[0].toObject()["type"], "C");
+}
+
+TEST_F(SpbUnpackKinds, FaultsNameTheNearestKind)
+{
+    const QByteArray smi = contents("a.smi");
+    const struct {
+        QStringList arguments;
+        int status;
+        const char *words;
+    } cases[] = {
+        {{put("b", smi.left(100))}, 1, "kind SMI: It has 100 bytes, its head says 192"},
+        {{put("c", "SMIMAGIK" + smi.mid(8))}, 1, "The nearest is SMI, but"},
+        {{put("d", "firmware")}, 1, "no SFI, SSFI, SMI, SFU, SSP, SMU and no signed image"},
+        {{path("a.smi"), "--area", "1", "--key", key, "--out", path("o")}, 3, "no areas"},
+        {{put("x.sfuh", contents("a.sfuh"))}, 1, "its body can't be read"},
+        {{put("x", contents("a.sfuh"))}, 1, "use --body"},
+        {{path("x"), "--body", path("a.smi")}, 1, "The body has 192 bytes"},
+        {{path("x"), "--body", path("a.sfu"), "--key", key}, 0, ""},
+        {{path("a.ssp"), "--key", key, "--out", path("no/o")}, 4, "no/o"},
+    };
+    for (const auto &[arguments, status, words] : cases) {
+        EXPECT_EQ(run(arguments), status) << words;
+        EXPECT_TRUE(err.contains(words)) << err.constData();
+    }
 }
 
 }  // namespace

@@ -1,5 +1,7 @@
 #include "AreaDetails.h"
 
+#include "PackageReport.h"
+
 #include "files/base/ByteCursor.h"
 
 #include <algorithm>
@@ -14,17 +16,6 @@ using files::ByteCursor;
 using namespace preparation;
 
 constexpr std::size_t kSmiVersionAt = 36;
-
-std::string hexOf(ByteView bytes)
-{
-    static constexpr char digits[] = "0123456789abcdef";
-    std::string text;
-    for (const std::uint8_t byte : bytes) {
-        text += digits[byte >> 4];
-        text += digits[byte & 0xF];
-    }
-    return text;
-}
 
 /// Printable ASCII as it is, all else as a question mark; without the zeros at the end.
 std::string textOf(ByteView bytes)

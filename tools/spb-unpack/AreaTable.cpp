@@ -1,6 +1,7 @@
 #include "AreaTable.h"
 
 #include "AreaDetails.h"
+#include "PackageReport.h"
 #include "tools/console/Table.h"
 
 #include <QJsonArray>
@@ -20,13 +21,6 @@ using namespace preparation;
 
 using console::alignedTable;
 using console::Row;
-
-std::string hexNumber(std::uint32_t value, int digits)
-{
-    char text[16];
-    std::snprintf(text, sizeof text, "0x%0*X", digits, value);
-    return text;
-}
 
 QString hexBytes(ByteView bytes)
 {
@@ -134,6 +128,7 @@ std::string areaJson(const OpenedImage &image)
         areas.append(areaObject(image, i));
     }
     const QJsonObject object{
+        {"kind", "SFI"},
         {"version", image.parsed.version},
         {"count", static_cast<qint64>(image.parsed.areas.size())},
         {"nonce", hexBytes(image.parsed.nonce)},

@@ -23,6 +23,16 @@ std::vector<Option> optionTable(Options &out)
              out.key = value;
              return {};
          }},
+        {"public-key", true,
+         [&out](const char *value) -> Result<void> {
+             out.publicKey = value;
+             return {};
+         }},
+        {"body", true,
+         [&out](const char *value) -> Result<void> {
+             out.body = value;
+             return {};
+         }},
         {"out", true,
          [&out](const char *value) -> Result<void> {
              out.out = value;
@@ -53,7 +63,28 @@ Result<void> checkTogether(const Options &options, const console::Arguments &ima
     if (options.area && !options.out) {
         return fail(ErrorCode::BadValue, "--area needs --out");
     }
-    if (options.out && !options.area && !isFirmwareName(*options.out)) {
+    return {};
+}
+
+Result<void> checkForKind(const Options &options, Kind kind)
+{
+    const std::string what = std::string("a package of the kind ") + kindName(kind);
+    const bool hasKey = kind != Kind::Signed && kind != Kind::Ssfi && kind != Kind::Smu;
+    if (options.key && !hasKey) {
+        return fail(ErrorCode::BadValue,
+                    what + (kind == Kind::Signed ? " is checked with --public-key, not with --key"
+                                                 : " has nothing that a key could open"));
+    }
+    if (options.publicKey && kind != Kind::Signed) {
+        return fail(ErrorCode::BadValue, what + " has no signature, --public-key is for another");
+    }
+    if (options.body && kind != Kind::Sfu) {
+        return fail(ErrorCode::BadValue, what + " has no body, --body is for another");
+    }
+    if (options.area && kind != Kind::Sfi) {
+        return fail(ErrorCode::BadValue, what + " has no areas to write, --area is for another");
+    }
+    if (kind == Kind::Sfi && options.out && !options.area && !isFirmwareName(*options.out)) {
         return fail(ErrorCode::BadValue,
                     "the name after --out must end in .bin, .hex, .srec or .s19");
     }
@@ -62,20 +93,26 @@ Result<void> checkTogether(const Options &options, const console::Arguments &ima
 
 const char *helpText()
 {
-    return "Usage: spb-unpack [--json] [--key FILE [--out FILE [--area N]]] IMAGE\n"
+    return "Usage: spb-unpack [--json] [--key FILE [--out FILE [--area N]]] PACKAGE\n"
+           "       spb-unpack [--json] [--public-key PEM] SIGNED_IMAGE\n"
            "\n"
-           "Shows the areas of a protected image (.sfi, .sfix), checks them, and unpacks them.\n"
+           "Shows a package, checks it, and unpacks it: SFI, SFIx, SMI, SFU, SSP, and signed "
+           "images;\n"
+           "of SMU and SSFI files the structure. The kind is told by the content.\n"
            "\n"
-           "  --key FILE   check every area with this key (16 bytes)\n"
-           "  --out FILE   write the firmware areas to FILE, as raw binary (.bin),\n"
-           "               Intel HEX (.hex) or S-record (.srec, .s19)\n"
-           "  --area N     with --out: write the plain bytes of area N alone\n"
-           "  --json       print the areas as JSON\n"
+           "  --key FILE   check every part with this key (16 bytes)\n"
+           "  --out FILE   write what is inside to FILE: the firmware of an SFI as raw binary\n"
+           "               (.bin), Intel HEX (.hex) or S-record (.srec, .s19), the section of an\n"
+           "               SMI, the firmware of an SFU, the payload of an SSP (0600)\n"
+           "  --area N     with --out: write the plain bytes of area N of an SFI alone\n"
+           "  --body FILE  the body of an SFU; without it the .sfu beside the .sfuh\n"
+           "  --public-key PEM  verify a signed image with this key\n"
+           "  --json       print one JSON object\n"
            "  --help       print this text\n"
            "  --version    print the program's version\n"
            "\n"
-           "Exit status: 0 fine; 1 not an image; 2 not authentic, or damaged; 3 wrong usage or\n"
-           "a key that isn't 16 bytes; 4 output failed, or there is no firmware to write.\n";
+           "Exit status: 0 fine; 1 not a package; 2 not authentic, or damaged; 3 wrong usage or\n"
+           "a key that can't be used; 4 output failed, or there is nothing to write.\n";
 }
 
 }  // namespace unpack

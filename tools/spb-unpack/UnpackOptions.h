@@ -1,4 +1,5 @@
 #pragma once
+#include "PackageKinds.h"
 #include "files/base/Result.h"
 #include "tools/console/Program.h"
 
@@ -13,6 +14,8 @@ namespace unpack
 struct Options {
     bool json = false;
     std::optional<std::string> key;
+    std::optional<std::string> publicKey;  ///< PEM, for a signed image
+    std::optional<std::string> body;       ///< of an SFU package; none: beside its header
     std::optional<std::string> out;
     std::optional<std::uint32_t> area;  ///< index from 1; none for all `F` areas
 };
@@ -23,6 +26,9 @@ std::vector<console::Option> optionTable(Options &out);
 /// Whether options and names make sense together.
 /// @return BadValue with a sentence for the user (exit status 3)
 files::Result<void> checkTogether(const Options &options, const console::Arguments &images);
+
+/// Whether the options make sense for a package of that kind. @return as above
+files::Result<void> checkForKind(const Options &options, Kind kind);
 
 /// The text of `--help`.
 const char *helpText();
