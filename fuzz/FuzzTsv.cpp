@@ -43,7 +43,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t *data, std::size_t size
         }
         text += "\n";
         require(text.size() - begin <= layout->textSize);
-        require(std::wcspn(row.binary, L"\r\n ") == std::wcslen(row.binary));
+        require(std::wcscspn(row.binary, L"\r\n ") == std::wcslen(row.binary));
     }
     require(layout->textSize == 256 + text.size() && layout->text[layout->textSize] == '\0');
     require(std::memcmp(layout->text + 256, text.data(), text.size()) == 0);
