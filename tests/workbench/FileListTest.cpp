@@ -3,6 +3,7 @@
 #include "support/ScratchFolder.h"
 
 #include <QApplication>
+#include <QClipboard>
 #include <QDragEnterEvent>
 #include <QDropEvent>
 #include <QMimeData>
@@ -72,6 +73,50 @@ TEST_F(FileLists, RemovingAnotherRowKeepsTheSelectedFile)
     EXPECT_TRUE(list.removeButton()->isEnabled());
     list.removeRow(7);
     EXPECT_EQ(list.rows().count(), 2);
+}
+
+TEST_F(FileLists, SeveralSelectedRowsGoInOneStepAndTheNextIsSelected)
+{
+    list.view()->selectAll();
+    list.view()->selectionModel()->select(list.rows().model()->index(1, 0),
+                                          QItemSelectionModel::Deselect);
+    EXPECT_EQ(list.selectedRows(), (QList<int>{2, 0}));
+    QTest::keyClick(list.view(), Qt::Key_C, Qt::ControlModifier);
+    EXPECT_EQ(QApplication::clipboard()->text(), "/f/a.bin\n/f/<b>c.bin");
+    for (const int row : list.selectedRows()) {
+        list.removeRow(row);
+    }
+    EXPECT_EQ(state(), (QStringList{"/f/b.bin b.bin 1"}));
+    EXPECT_EQ(list.selectedRow(), 0);
+}
+
+TEST_F(FileLists, NotesTellTheRangeAndTheFolderOfEqualNames)
+{
+    const auto note = [this](int row) {
+        return list.rows().model()->index(row, 0).data(FileRows::kMutedRole).toString();
+    };
+    EXPECT_EQ(note(0), "");
+    files::RecordOwner<FileData> record(new FileData);
+    record->segments = {{0x8001000, 16, nullptr}, {0x8000000, 4096, nullptr}, {0, 0, nullptr}};
+    list.rows().append("/g/a.bin", std::move(record));
+    EXPECT_EQ(note(0), "/f");
+    EXPECT_EQ(note(3), "/g  0x8000000 to 0x800100f, 4.02 KB");
+    list.removeRow(0);
+    EXPECT_EQ(note(2), "0x8000000 to 0x800100f, 4.02 KB");
+}
+
+TEST_F(FileLists, OnlyRowsWithAnAddressAreEdited)
+{
+    QList<int> edited;
+    QObject::connect(&list, &FileList::editRequested, &list, [&](int row) { edited << row; });
+    const auto doubleClick = [this](int row) {
+        emit list.view()->doubleClicked(list.rows().model()->index(row, 0));
+    };
+    doubleClick(1);
+    list.setEditable([](int row) { return row == 1; });
+    doubleClick(0);
+    doubleClick(1);
+    EXPECT_EQ(edited, QList<int>{1});
 }
 
 TEST_F(FileLists, ToolTipShowsThePathAsWritten)

@@ -4,6 +4,7 @@
 #include "workbench/frame/TabRegistry.h"
 #include "workbench/widgets/DisplayMessage.h"
 #include "workbench/widgets/ResizeFilter.h"
+#include "workbench/widgets/WheelGuard.h"
 
 #include <QGroupBox>
 #include <QHBoxLayout>
@@ -27,6 +28,7 @@ CentralWidget::CentralWidget(unsigned char buildForm, QWidget *parent) : QWidget
     preparation.setDisplayCallback(displayMessage);
     fileManager.setDisplayCallback(displayMessage);
     DisplayMng::getInstance().displayCallback = displayMessage;
+    new workbench::WheelGuard(this);
     lendContext();
     createPages();
     auto *right = new QVBoxLayout;

@@ -1,7 +1,15 @@
 #include "workbench/widgets/Boxes.h"
 
+#include "workbench/widgets/WrappingLabel.h"
+
 #include <QFileInfo>
+#include <QGridLayout>
+#include <QGuiApplication>
+#include <QLabel>
 #include <QMessageBox>
+#include <QScreen>
+#include <QScrollArea>
+#include <QScrollBar>
 
 namespace workbench
 {
@@ -38,12 +46,57 @@ QString titleOf(BoxKind kind)
     return QStringLiteral("Information");
 }
 
+/// Room for a text: what is left of the screen beside icon, buttons and the window's frame.
+QSize roomForText(const QMessageBox &box)
+{
+    const QScreen *screen = box.parentWidget() != nullptr ? box.parentWidget()->screen()
+                                                          : QGuiApplication::primaryScreen();
+    const QSize free = screen->availableSize();
+    return {qMin(700, free.width() * 2 / 3), free.height() * 3 / 5};
+}
+
+bool fits(const QString &text, const QFontMetrics &metrics, const QSize &room)
+{
+    // Without breaks inside words a word may stand out to the right.
+    const QRect area(QPoint(), room);
+    const QRect needed = metrics.boundingRect(area, Qt::TextWordWrap, text);
+    return needed.width() <= room.width() && needed.height() <= room.height();
+}
+
 }  // namespace
+
+void fitToScreen(QMessageBox &box)
+{
+    auto *label = box.findChild<QLabel *>(QStringLiteral("qt_msgbox_label"));
+    auto *grid = qobject_cast<QGridLayout *>(box.layout());
+    const QSize room = roomForText(box);
+    if (label == nullptr || grid == nullptr || fits(box.text(), box.fontMetrics(), room)) {
+        return;
+    }
+    int row = 0;
+    int column = 0;
+    int rows = 1;
+    int columns = 1;
+    grid->getItemPosition(grid->indexOf(label), &row, &column, &rows, &columns);
+    label->hide();  // it keeps the text that the box tells
+    auto *area = new QScrollArea(&box);
+    area->setObjectName(QStringLiteral("box_text_area"));
+    area->setAccessibleName(box.text());
+    area->setFrameShape(QFrame::NoFrame);
+    area->setWidgetResizable(true);
+    area->setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
+    auto *text = new WrappingLabel(box.text(), area, room.width());
+    area->setWidget(text);
+    const int width = room.width() + area->verticalScrollBar()->sizeHint().width();
+    area->setFixedSize(width, qMin(room.height(), text->sizeHint().height()));
+    grid->addWidget(area, row, column, rows, columns);
+}
 
 void showBox(QWidget *parent, BoxKind kind, const QString &text)
 {
     QMessageBox box(iconOf(kind), titleOf(kind), text, QMessageBox::Ok, parent);
     box.setTextFormat(Qt::PlainText);
+    fitToScreen(box);
     box.exec();
 }
 
@@ -54,6 +107,7 @@ bool askYesNo(QWidget *parent, BoxKind kind, const QString &title, const QString
     box.setTextFormat(Qt::PlainText);
     box.setDefaultButton(QMessageBox::No);
     box.setEscapeButton(QMessageBox::No);
+    fitToScreen(box);
     return box.exec() == QMessageBox::Yes;
 }
 

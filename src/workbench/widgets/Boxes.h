@@ -1,6 +1,7 @@
 #pragma once
 #include <QString>
 
+class QMessageBox;
 class QWidget;
 
 namespace workbench
@@ -13,6 +14,10 @@ enum class BoxKind {
     Warning,      ///< "Warning"
     Error,        ///< "Error"
 };
+
+/// Keeps a box on the screen: a text that is too long for it scrolls, and words that are too long
+/// (a path without a blank) are broken. To be called when the box has its text and buttons.
+void fitToScreen(QMessageBox &box);
 
 /// Shows a modal box with the one button Ok and returns when it is closed. The text is shown as
 /// written: a file called `<b>x</b>.bin` is no markup.

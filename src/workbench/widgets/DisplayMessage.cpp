@@ -2,6 +2,8 @@
 
 #include "report/DisplayMng.h"
 
+#include "workbench/widgets/Boxes.h"
+
 #include <QMessageBox>
 #include <QTime>
 
@@ -13,6 +15,7 @@ void showPlainBox(QMessageBox::Icon icon, const QString &title, const QString &t
 {
     QMessageBox box(icon, title, text, QMessageBox::Ok);
     box.setTextFormat(Qt::PlainText);
+    workbench::fitToScreen(box);
     box.exec();
 }
 

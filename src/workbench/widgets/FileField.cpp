@@ -1,10 +1,8 @@
 #include "workbench/widgets/FileField.h"
 
-#include "workbench/widgets/Drops.h"
 #include "workbench/widgets/FieldNames.h"
 
-#include <QDragEnterEvent>
-#include <QDropEvent>
+#include <algorithm>
 
 namespace workbench
 {
@@ -12,39 +10,26 @@ namespace workbench
 namespace
 {
 
-/// A line edit that takes a dropped file as its path; dropped text is handled as usual.
-class PathEdit : public QLineEdit
+bool isOutput(const QList<FieldButton> &buttons)
 {
-public:
-    using QLineEdit::QLineEdit;
+    return std::any_of(buttons.begin(), buttons.end(), [](const FieldButton &button) {
+        return QLatin1String(button.role) == QLatin1String("folder");
+    });
+}
 
-protected:
-    void dragEnterEvent(QDragEnterEvent *event) override
-    {
-        if (!droppedFiles(*event->mimeData()).isEmpty()) {
-            event->acceptProposedAction();
-            return;
-        }
-        QLineEdit::dragEnterEvent(event);
-    }
-
-    void dropEvent(QDropEvent *event) override
-    {
-        const QStringList paths = droppedFiles(*event->mimeData());
-        if (!paths.isEmpty()) {
-            setText(paths.first());
-            event->acceptProposedAction();
-            return;
-        }
-        QLineEdit::dropEvent(event);
-    }
-};
+/// "key" of "sfi_key": fields of several tabs that take the same kind of file.
+QString kindOf(const QString &name)
+{
+    return name.section('_', 1);
+}
 
 }  // namespace
 
 FileField::FileField(const QString &name, const QString &label, const QList<FieldButton> &buttons,
                      QWidget *parent)
-    : QWidget(parent), m_name(name), m_label(new QLabel(label, parent)), m_edit(new PathEdit(this))
+    : QWidget(parent), m_name(name), m_label(new QLabel(label, parent)),
+      m_edit(new PathEdit(kindOf(name),
+                          isOutput(buttons) ? PathEdit::Use::Output : PathEdit::Use::Input, this))
 {
     const QString plain = withoutMnemonic(label);
     m_label->setObjectName(name + QStringLiteral("_label"));

@@ -1,7 +1,8 @@
 #pragma once
+#include "workbench/widgets/PathEdit.h"
+
 #include <QHBoxLayout>
 #include <QLabel>
-#include <QLineEdit>
 #include <QList>
 #include <QPushButton>
 #include <QWidget>
@@ -15,8 +16,9 @@ struct FieldButton {
     QString caption;  ///< as shown
 };
 
-/// Label, line edit and buttons for one path. A file dropped on the edit fills it. The label is
-/// made beside the field, so that a form can put all labels into one column.
+/// Label, line edit and buttons for one path. One with a "folder" button is an output, all others
+/// name files that exist. The label is made beside the field, so that a form can put all labels
+/// into one column.
 class FileField : public QWidget
 {
     Q_OBJECT
@@ -27,10 +29,10 @@ public:
     FileField(const QString &name, const QString &label, const QList<FieldButton> &buttons,
               QWidget *parent);
 
-    [[nodiscard]] QString path() const { return m_edit->text(); }
-    void setPath(const QString &path) { m_edit->setText(path); }
+    [[nodiscard]] QString path() const { return m_edit->path(); }
+    void setPath(const QString &path) { m_edit->setPath(path); }
     [[nodiscard]] QLabel *label() const { return m_label; }
-    [[nodiscard]] QLineEdit *edit() const { return m_edit; }
+    [[nodiscard]] PathEdit *edit() const { return m_edit; }
 
     /// The button of a role given to the constructor, or null.
     [[nodiscard]] QPushButton *button(const QString &role) const;
@@ -41,7 +43,7 @@ signals:
 private:
     QString m_name;
     QLabel *m_label;
-    QLineEdit *m_edit;
+    PathEdit *m_edit;
 };
 
 }  // namespace workbench

@@ -2,20 +2,27 @@
 
 #include "workbench/widgets/Drops.h"
 #include "workbench/widgets/FieldNames.h"
+#include "workbench/widgets/NotedItemDelegate.h"
 
+#include <QClipboard>
 #include <QDragEnterEvent>
 #include <QDropEvent>
+#include <QGuiApplication>
 #include <QHBoxLayout>
 #include <QKeyEvent>
+#include <QMenu>
 #include <QScopedValueRollback>
 #include <QVBoxLayout>
+
+#include <algorithm>
 
 namespace workbench
 {
 
 FileList::FileList(const QString &name, const QString &label, QWidget *parent)
     : QWidget(parent), m_label(new QLabel(label, parent)), m_view(new QListView(this)),
-      m_add(new QPushButton(tr("Add"), this)), m_remove(new QPushButton(tr("Remove"), this))
+      m_add(new QPushButton(tr("Add"), this)), m_remove(new QPushButton(tr("Remove"), this)),
+      m_hint(new QLabel(m_view->viewport()))
 {
     const QString plain = withoutMnemonic(label);
     m_label->setObjectName(name + QStringLiteral("_label"));
@@ -27,11 +34,13 @@ FileList::FileList(const QString &name, const QString &label, QWidget *parent)
     setFocusProxy(m_view);
 
     m_view->setModel(m_rows.model());
-    m_view->setSelectionMode(QAbstractItemView::SingleSelection);
+    m_view->setSelectionMode(QAbstractItemView::ExtendedSelection);
     m_view->setEditTriggers(QAbstractItemView::NoEditTriggers);
     m_view->setUniformItemSizes(true);
     m_view->setTextElideMode(Qt::ElideMiddle);
     m_view->setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
+    m_view->setItemDelegate(new NotedItemDelegate(m_view));
+    m_view->setContextMenuPolicy(Qt::CustomContextMenu);
     m_view->setAcceptDrops(true);
     m_view->viewport()->setAcceptDrops(true);
     // The view itself knows how to move rows only, so drops are taken from its viewport.
@@ -43,6 +52,15 @@ FileList::FileList(const QString &name, const QString &label, QWidget *parent)
     connect(m_remove, &QPushButton::clicked, this, &FileList::removeRequested);
     connect(m_view->selectionModel(), &QItemSelectionModel::selectionChanged, this,
             [this] { reportSelection(); });
+    connect(m_view, &QListView::doubleClicked, this,
+            [this](const QModelIndex &index) { requestEdit(index.row()); });
+    connect(m_view, &QListView::customContextMenuRequested, this, &FileList::showMenu);
+    const auto showHint = [this] { m_hint->setVisible(m_rows.model()->rowCount() == 0); };
+    for (const auto change :
+         {&QAbstractItemModel::rowsInserted, &QAbstractItemModel::rowsRemoved}) {
+        connect(m_rows.model(), change, this, showHint);
+    }
+    connect(m_rows.model(), &QAbstractItemModel::modelReset, this, showHint);
 }
 
 void FileList::buildLayout()
@@ -63,8 +81,70 @@ void FileList::buildLayout()
 
 int FileList::selectedRow() const
 {
-    const QModelIndexList selected = m_view->selectionModel()->selectedRows();
+    const QItemSelectionModel *model = m_view->selectionModel();
+    if (model->isSelected(model->currentIndex())) {
+        return model->currentIndex().row();
+    }
+    const QModelIndexList selected = model->selectedRows();
     return selected.isEmpty() ? -1 : selected.first().row();
+}
+
+QList<int> FileList::selectedRows() const
+{
+    QList<int> rows;
+    const QModelIndexList selected = m_view->selectionModel()->selectedRows();
+    for (const QModelIndex &index : selected) {
+        rows << index.row();
+    }
+    std::sort(rows.begin(), rows.end(), std::greater<>());
+    return rows;
+}
+
+void FileList::setHint(const QString &hint)
+{
+    m_hint->setText(hint);
+    m_hint->setForegroundRole(QPalette::PlaceholderText);
+    m_hint->setContentsMargins(6, 4, 6, 4);
+    m_hint->setAttribute(Qt::WA_TransparentForMouseEvents);
+    m_hint->adjustSize();
+    m_view->setAccessibleDescription(hint);
+}
+
+void FileList::requestEdit(int row)
+{
+    if (m_rows.contains(row) && m_isEditable && m_isEditable(row)) {
+        emit editRequested(row);
+    }
+}
+
+void FileList::showMenu(const QPoint &place)
+{
+    const int row = m_view->indexAt(place).isValid() ? m_view->indexAt(place).row() : selectedRow();
+    const bool canEdit = m_rows.contains(row) && m_isEditable && m_isEditable(row);
+    QMenu menu(this);
+    QAction *edit = menu.addAction(tr("Edit address"));
+    edit->setEnabled(canEdit);
+    QAction *copy = menu.addAction(tr("Copy path"));
+    copy->setEnabled(selectedRow() >= 0);
+    QAction *remove = menu.addAction(tr("Remove"));
+    remove->setEnabled(m_remove->isEnabled() && selectedRow() >= 0);
+    const QAction *chosen = menu.exec(m_view->viewport()->mapToGlobal(place));
+    if (chosen == edit) {
+        requestEdit(row);
+    } else if (chosen == copy) {
+        copyPaths();
+    } else if (chosen == remove) {
+        m_remove->click();
+    }
+}
+
+void FileList::copyPaths() const
+{
+    QStringList paths;
+    for (const int row : selectedRows()) {
+        paths.prepend(m_rows.path(row));
+    }
+    QGuiApplication::clipboard()->setText(paths.join('\n'));
 }
 
 QItemSelection FileList::selection() const
@@ -79,10 +159,13 @@ void FileList::removeRow(int row)
     }
     {
         const QScopedValueRollback<bool> guard(m_changingRows, true);
-        const bool wasSelected = row == selectedRow();
+        const bool wasSelected = selectedRows().contains(row);
         m_rows.removeAt(row);
         if (wasSelected && !m_rows.isEmpty()) {
-            m_view->setCurrentIndex(m_rows.model()->index(qMin(row, m_rows.count() - 1), 0));
+            // Not the view's own way, which heeds a Ctrl key that is still held down.
+            m_view->selectionModel()->setCurrentIndex(
+                m_rows.model()->index(qMin(row, m_rows.count() - 1), 0),
+                QItemSelectionModel::ClearAndSelect);
         }
     }
     reportSelection();
@@ -117,6 +200,10 @@ bool FileList::eventFilter(QObject *watched, QEvent *event)
     case QEvent::KeyPress:
         if (watched == m_view && static_cast<QKeyEvent *>(event)->matches(QKeySequence::Delete)) {
             m_remove->click();
+            return true;
+        }
+        if (watched == m_view && static_cast<QKeyEvent *>(event)->matches(QKeySequence::Copy)) {
+            copyPaths();
             return true;
         }
         break;

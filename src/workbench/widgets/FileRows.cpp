@@ -1,13 +1,49 @@
 #include "workbench/widgets/FileRows.h"
 
+#include "files/base/SizeText.h"
 #include "workbench/widgets/FieldNames.h"
 
 #include <QFileInfo>
+#include <QMap>
 
+#include <algorithm>
 #include <memory>
 
 namespace workbench
 {
+
+namespace
+{
+
+QString hexText(std::uint64_t number)
+{
+    return QStringLiteral("0x") + QString::number(number, 16);
+}
+
+/// "0x8000000 to 0x8000fff, 4 KB": from the lowest address to the highest.
+QString rangeNote(const FileData &record)
+{
+    std::uint64_t first = UINT64_MAX;
+    std::uint64_t end = 0;
+    std::uint64_t bytes = 0;
+    for (const SegmentData &segment : record.segments) {
+        if (segment.size != 0) {
+            first = std::min<std::uint64_t>(first, segment.address);
+            end = std::max(end, std::uint64_t{segment.address} + segment.size);
+            bytes += segment.size;
+        }
+    }
+    const bool hasAddresses = record.type == file_type::kBinary ||
+                              record.type == file_type::kIntelHex ||
+                              record.type == file_type::kSRecord || record.type == file_type::kElf;
+    if (!hasAddresses || bytes == 0) {
+        return {};
+    }
+    return QStringLiteral("%1 to %2, %3")
+        .arg(hexText(first), hexText(end - 1), files::sizeText(bytes));
+}
+
+}  // namespace
 
 QList<FileData *> FileRows::records() const
 {
@@ -29,11 +65,34 @@ void FileRows::append(const QString &path, files::RecordOwner<FileData> record)
     m_paths.append(path);
     m_records.push_back(std::move(record));
     m_model.appendRow(item.release());
+    updateMutedTexts();
 }
 
 void FileRows::replace(int row, files::RecordOwner<FileData> record)
 {
     m_records.at(toIndex(row)) = std::move(record);
+    updateMutedTexts();
+}
+
+void FileRows::updateMutedTexts()
+{
+    QMap<QString, int> sameName;
+    for (const QString &path : qAsConst(m_paths)) {
+        ++sameName[QFileInfo(path).fileName()];
+    }
+    for (int row = 0; row < count(); ++row) {
+        const QFileInfo file(m_paths.at(row));
+        QStringList parts;
+        if (sameName.value(file.fileName()) > 1) {
+            parts << file.absolutePath();
+        }
+        if (const QString range = rangeNote(record(row)); !range.isEmpty()) {
+            parts << range;
+        }
+        QStandardItem *item = m_model.item(row);
+        item->setData(parts.join(QStringLiteral("  ")), kMutedRole);
+        item->setData(QString(file.fileName() + ' ' + parts.join(' ')), Qt::AccessibleTextRole);
+    }
 }
 
 void FileRows::removeAt(int row)
@@ -42,6 +101,7 @@ void FileRows::removeAt(int row)
     m_paths.removeAt(row);
     m_records.erase(m_records.begin() + row);
     m_model.removeRow(row);
+    updateMutedTexts();
 }
 
 void FileRows::clear()

@@ -26,12 +26,19 @@ public:
     /// The records in list order, still owned by the list.
     [[nodiscard]] QList<FileData *> records() const;
 
-    /// One row per file: icon, name without folder, full path as tool tip.
+    /// Role of the text that stands muted behind a file's name.
+    static constexpr int kMutedRole = Qt::UserRole + 2;
+
+    /// One row per file: icon, name without folder, full path as tool tip; muted the folder,
+    /// where two names are equal, and the range of addresses with the size.
     [[nodiscard]] QStandardItemModel *model() { return &m_model; }
 
     /// What the tab keeps about a file beside its record; goes with the file. Invalid for none.
     [[nodiscard]] QVariant note(int row) const { return m_model.item(row)->data(kNoteRole); }
     void setNote(int row, const QVariant &note) { m_model.item(row)->setData(note, kNoteRole); }
+
+    /// Brings the muted texts up to date after a record was changed in its place.
+    void updateMutedTexts();
 
     void append(const QString &path, files::RecordOwner<FileData> record);
 

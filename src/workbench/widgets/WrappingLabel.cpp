@@ -8,19 +8,19 @@ namespace workbench
 namespace
 {
 
-constexpr int kWidest = 480;  // pixels, for a usual sentence with a usual name
 constexpr int kFlags = Qt::AlignLeft | Qt::AlignTop | Qt::TextWordWrap | Qt::TextWrapAnywhere;
 
 }  // namespace
 
-WrappingLabel::WrappingLabel(const QString &text, QWidget *parent) : QLabel(text, parent)
+WrappingLabel::WrappingLabel(const QString &text, QWidget *parent, int widest)
+    : QLabel(text, parent), m_widest(widest)
 {
     setTextFormat(Qt::PlainText);
 }
 
 QSize WrappingLabel::sizeHint() const
 {
-    return fontMetrics().boundingRect(0, 0, kWidest, QWIDGETSIZE_MAX, kFlags, text()).size();
+    return fontMetrics().boundingRect(0, 0, m_widest, QWIDGETSIZE_MAX, kFlags, text()).size();
 }
 
 QSize WrappingLabel::minimumSizeHint() const

@@ -11,13 +11,21 @@ class WrappingLabel : public QLabel
     Q_OBJECT
 
 public:
-    explicit WrappingLabel(const QString &text, QWidget *parent = nullptr);
+    /// Pixels, for a usual sentence with a usual name.
+    static constexpr int kUsualWidth = 480;
+
+    /// @param widest  pixels; longer lines are broken
+    explicit WrappingLabel(const QString &text, QWidget *parent = nullptr,
+                           int widest = kUsualWidth);
 
     QSize sizeHint() const override;  ///< one line, or as many as the text needs at its widest
     QSize minimumSizeHint() const override;
 
 protected:
     void paintEvent(QPaintEvent *event) override;
+
+private:
+    int m_widest;
 };
 
 }  // namespace workbench
