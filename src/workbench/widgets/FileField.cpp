@@ -13,7 +13,7 @@ namespace
 bool isOutput(const QList<FieldButton> &buttons)
 {
     return std::any_of(buttons.begin(), buttons.end(), [](const FieldButton &button) {
-        return QLatin1String(button.role) == QLatin1String("folder");
+        return button.role == QLatin1String("folder");
     });
 }
 

@@ -139,8 +139,10 @@ void PathEdit::dropEvent(QDropEvent *event)
 void PathEdit::focusOutEvent(QFocusEvent *event)
 {
     QLineEdit::focusOutEvent(event);
-    if (event->reason() != Qt::PopupFocusReason) {
-        end(false);  // the end of a long path tells more than its beginning
+    const Qt::FocusReason reason = event->reason();
+    if (reason == Qt::TabFocusReason || reason == Qt::BacktabFocusReason ||
+        reason == Qt::MouseFocusReason) {  // not for a menu, which may want the selection
+        end(false);                        // the end of a long path tells more than its beginning
     }
 }
 
