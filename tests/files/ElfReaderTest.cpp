@@ -1,6 +1,6 @@
+#include "files/firmware/ElfReader.h"
 #include "files/OpenFixture.h"
 #include "files/firmware/ElfLabels.h"
-#include "files/firmware/ElfReader.h"
 #include "support/ElfBytes.h"
 #include "support/HexLines.h"
 

@@ -1,8 +1,11 @@
+#include "files/containers/SfiReader.h"
 #include "files/OpenFixture.h"
 #include "support/SfiBytes.h"
 
 namespace
 {
+
+using files::ErrorCode;
 
 const AreaBytes kOptions = {'C', 0, 4};
 
@@ -56,7 +59,7 @@ struct SfiFault {
     const char *name;
     const char *file;
     ImageBytes image;
-    int level;
+    ErrorCode code;
     const char *text;
 };
 
@@ -74,10 +77,15 @@ TEST_P(SfiFaults, AreRefusedWithTheirMessage)
     const SfiFault &fault = GetParam();
     const auto image = openAs<FileSFI>(fault.file, fault.image.done());
     EXPECT_FALSE(image);
-    const QString prefix = fault.level == 4 ? "Warning: " : "Error: ";
-    const QString path = folder.path(fault.file);
+    const bool isWarning = fault.code == ErrorCode::Missing;
+    const QString text = QString(fault.text).replace('@', folder.path(fault.file));
     EXPECT_EQ(log.all(),
-              (Messages{{fault.level, prefix + QString(fault.text).replace('@', path)}}));
+              isWarning ? (Messages{{4, "Warning: " + text}}) : (Messages{{5, "Error: " + text}}));
+    const bool isSsfi = QString(fault.file).endsWith(".ssfi");
+    const auto &file = fault.image.done();
+    const auto read = isSsfi ? files::readSsfi(file) : files::readSfi(file);
+    ASSERT_FALSE(read);
+    EXPECT_EQ(read.error().code, fault.code);
 }
 
 ImageBytes twoAreas(std::uint16_t version = 1)
@@ -90,50 +98,47 @@ constexpr std::size_t kSecond = 28 + 30 + 4;  // the second area's of `twoAreas(
 INSTANTIATE_TEST_SUITE_P(
     Structure, SfiFaults,
     ::testing::Values(
-        SfiFault{"Magic", "a.sfi", twoAreas().forge(7, 'c', 1), 5,
+        SfiFault{"Magic", "a.sfi", twoAreas().forge(7, 'c', 1), ErrorCode::BadMagic,
                  "The file @ is not an SFI image"},
-        SfiFault{"ShorterThanMagic", "a.sfi", twoAreas().cutTo(7), 5,
+        SfiFault{"ShorterThanMagic", "a.sfi", twoAreas().cutTo(7), ErrorCode::BadMagic,
                  "The file @ is not an SFI image"},
-        SfiFault{"HeadCut", "a.sfi", twoAreas().cutTo(27), 5,
+        SfiFault{"HeadCut", "a.sfi", twoAreas().cutTo(27), ErrorCode::Truncated,
                  "The file a.sfi is cut short: the image head before area 1 needs 28 bytes, the "
                  "file holds 27"},
-        SfiFault{"LongHeadCut", "a.ssfi", ssfiBytes({kOptions}, 65001).cutTo(127), 5,
-                 "The file a.ssfi is cut short: the image head before area 1 needs 128 bytes, the "
-                 "file holds 127"},
-        SfiFault{"NoAreas", "a.sfi", sfiBytes({}, 9), 4, "Failed to locate an option bytes area"},
-        SfiFault{"NoOptionBytes", "a.sfi", sfiBytes({{'F', 0, 4}}), 4,
+        SfiFault{"NoAreas", "a.sfi", sfiBytes({}, 9), ErrorCode::Missing,
+                 "Failed to locate an option bytes area"},
+        SfiFault{"NoOptionBytes", "a.sfi", sfiBytes({{'F', 0, 4}}), ErrorCode::Missing,
                  "Failed to locate an option bytes area"},
         SfiFault{"OptionBytesBehindTheCount", "a.sfi",
-                 twoAreas().forge(10, 1, 2).forge(kFirst + 12, 1, 2), 4,
+                 twoAreas().forge(10, 1, 2).forge(kFirst + 12, 1, 2), ErrorCode::Missing,
                  "Failed to locate an option bytes area"},
-        SfiFault{"UnknownLetter", "a.sfi", twoAreas().forge(kSecond, 'X', 1), 5,
+        SfiFault{"UnknownLetter", "a.sfi", twoAreas().forge(kSecond, 'X', 1), ErrorCode::BadKind,
                  "Unknown area type at area 2"},
-        SfiFault{"LetterAInSfi", "a.sfi", sfiBytes({{'A', 0, 4}, kOptions}), 5,
+        SfiFault{"LetterAInSfi", "a.sfi", sfiBytes({{'A', 0, 4}, kOptions}), ErrorCode::BadKind,
                  "Unknown area type at area 1"},
-        SfiFault{"LetterBeforeCut", "a.sfi", twoAreas().forge(kSecond, 0, 1).cutTo(kSecond + 1), 5,
-                 "Unknown area type at area 2"},
+        SfiFault{"LetterBeforeCut", "a.sfi", twoAreas().forge(kSecond, 0, 1).cutTo(kSecond + 1),
+                 ErrorCode::BadKind, "Unknown area type at area 2"},
         SfiFault{"ImageVersion", "a.sfi",
-                 twoAreas().forge(kSecond + 1, 4, 1).forge(kSecond + 2, 9, 2), 5,
+                 twoAreas().forge(kSecond + 1, 4, 1).forge(kSecond + 2, 9, 2), ErrorCode::BadValue,
                  "Image version check failed at area 2"},
-        SfiFault{"Index", "a.sfi", twoAreas().forge(kSecond + 2, 1, 2).forge(kSecond + 12, 9, 2), 5,
-                 "Area index check failed at area 2"},
-        SfiFault{"Count", "a.sfi", twoAreas().forge(kSecond + 12, 1, 2), 5,
+        SfiFault{"Index", "a.sfi", twoAreas().forge(kSecond + 2, 1, 2).forge(kSecond + 12, 9, 2),
+                 ErrorCode::BadIndex, "Area index check failed at area 2"},
+        SfiFault{"Count", "a.sfi", twoAreas().forge(kSecond + 12, 1, 2), ErrorCode::BadCount,
                  "Area number check failed at area 2"},
-        SfiFault{"FormatVersion", "a.sfi", twoAreas(3), 5,
+        SfiFault{"FormatVersion", "a.sfi", twoAreas(3), ErrorCode::BadVersion,
                  "The image has format version 3, so the header length of area 1 is unknown: known "
                  "are versions 1 and 2"},
-        SfiFault{"FieldsBeforeFormatVersion", "a.sfi", twoAreas(3).forge(kFirst + 12, 7, 2), 5,
-                 "Area number check failed at area 1"},
-        SfiFault{"HeaderCut", "a.sfi", twoAreas().cutTo(kSecond + 29), 5,
+        SfiFault{"FieldsBeforeFormatVersion", "a.sfi", twoAreas(3).forge(kFirst + 12, 7, 2),
+                 ErrorCode::BadCount, "Area number check failed at area 1"},
+        SfiFault{"HeaderCut", "a.sfi", twoAreas().cutTo(kSecond + 29), ErrorCode::Truncated,
                  "The file a.sfi is cut short: the header of area 2 needs 30 bytes, 29 are left"},
-        SfiFault{"NothingAfterTheFirst", "a.sfi", twoAreas().cutTo(kSecond), 5,
-                 "The file a.sfi is cut short: the header of area 2 needs 30 bytes, 0 are left"},
-        SfiFault{"LongHeaderCut", "a.sfi", sfiBytes({kOptions}, 2).cutTo(28 + 45), 5,
+        SfiFault{"LongHeaderCut", "a.sfi", sfiBytes({kOptions}, 2).cutTo(28 + 45),
+                 ErrorCode::Truncated,
                  "The file a.sfi is cut short: the header of area 1 needs 46 bytes, 45 are left"},
-        SfiFault{"DataCut", "a.sfi", twoAreas().cutTo(kSecond + 33), 5,
+        SfiFault{"DataCut", "a.sfi", twoAreas().cutTo(kSecond + 33), ErrorCode::Truncated,
                  "The file a.sfi is cut short: the data of area 2 needs 4 bytes, 3 are left"},
         SfiFault{"SizeThatWraps", "a.ssfi",
-                 ssfiBytes({{'F', 0, 4}, kOptions}).forge(32 + 4, 0xFFFFFFD2), 5,
+                 ssfiBytes({{'F', 0, 4}, kOptions}).forge(32 + 4, 0xFFFFFFD2), ErrorCode::Truncated,
                  "The file a.ssfi is cut short: the data of area 1 needs 4294967250 bytes, 54 are "
                  "left"}),
     [](const auto &fault) { return fault.param.name; });
@@ -141,24 +146,17 @@ INSTANTIATE_TEST_SUITE_P(
 INSTANTIATE_TEST_SUITE_P(
     Rules, SfiFaults,
     ::testing::Values(
-        SfiFault{"FirstPairIsReported", "a.sfi",
-                 sfiBytes({{'E', 0x200, 32},
-                           {'F', 0x100, 8},
-                           {'F', 0x102, 2},
-                           {'E', 0x20F, 18},
-                           {'F', 0x107, 9},
-                           kOptions}),
-                 5, "Overlap between SFI areas 1 and 4"},
         SfiFault{"SecondInside", "a.ssfi", ssfiBytes({{'F', 0x100, 8}, {'F', 0x102, 2}, kOptions}),
-                 5, "Overlap between SFI areas 1 and 2"},
-        SfiFault{"TrailerMissing", "a.sfi", sfiBytes({{'E', 0x100, 15}, kOptions}), 5,
+                 ErrorCode::Overlap, "Overlap between SFI areas 1 and 2"},
+        SfiFault{"TrailerMissing", "a.sfi", sfiBytes({{'E', 0x100, 15}, kOptions}),
+                 ErrorCode::BadValue,
                  "Area 1 is an external area of 15 bytes, its trailer alone takes 16"},
         SfiFault{"EndsBehindTheAddressSpace", "a.sfi", sfiBytes({{'F', 0xFFFFFFFD, 4}, kOptions}),
-                 5,
+                 ErrorCode::BadValue,
                  "Area 1 holds 4 bytes, but only 3 are left from its address to the end of the "
                  "address space"},
         SfiFault{"SharedFlashWord", "a.sfi",
-                 sfiBytes({{'M', 0x100, 33}, {'K', 0x13F, 4}, kOptions}), 5,
+                 sfiBytes({{'M', 0x100, 33}, {'K', 0x13F, 4}, kOptions}), ErrorCode::Refused,
                  "The area immediately following a module area starts in its last Flash word"}),
     [](const auto &fault) { return fault.param.name; });
 
