@@ -138,6 +138,7 @@ TEST_F(ObTabTest, EveryEntryShowsItsRegistersAndLoadsItsOwnFile)
         }
     }
     choose(0);
+    EXPECT_EQ(tree()->findChildren<BitTable *>().size(), 0) << "a table of a device that is gone";
     EXPECT_EQ(summary(), "");
     EXPECT_EQ(tree()->topLevelItemCount(), 0);
     EXPECT_FALSE(find<QPushButton>("ob_generate_ok")->isEnabled());

@@ -27,6 +27,8 @@ ChangesPanel::ChangesPanel(QWidget *parent) : QTableWidget(0, kColumns, parent)
     verticalHeader()->hide();
     verticalHeader()->setSectionResizeMode(QHeaderView::ResizeToContents);
     horizontalHeader()->setSectionResizeMode(QHeaderView::Stretch);
+    horizontalHeader()->setDefaultAlignment(Qt::AlignLeft | Qt::AlignVCenter);
+    setStyleSheet(QStringLiteral("QTableWidget::item { padding: 3px 6px; }"));
     horizontalHeader()->setHighlightSections(false);
     setToolTip(tr("Double-click a line to see its field"));
     connect(this, &QTableWidget::cellActivated, this, [this](int row, int) {

@@ -114,6 +114,8 @@ QWidget *ObForm::buildMiddle()
     summary->verticalHeader()->hide();
     summary->horizontalHeader()->setSectionResizeMode(QHeaderView::Stretch);
     summary->horizontalHeader()->setHighlightSections(false);
+    summary->horizontalHeader()->setDefaultAlignment(Qt::AlignLeft | Qt::AlignVCenter);
+    summary->setStyleSheet(QStringLiteral("QTableWidget::item { padding: 3px 6px; }"));
 
     auto *right = new QSplitter(Qt::Vertical, this);
     right->addWidget(titled(tr("Changes"), changes));

@@ -6,6 +6,7 @@
 #include <QComboBox>
 #include <QHeaderView>
 #include <QLineEdit>
+#include <QScrollBar>
 
 namespace workbench
 {
@@ -16,8 +17,9 @@ namespace
 enum Column { kName, kAddress, kValue, kChanged, kColumns };
 
 constexpr int kIndentation = 16;
-constexpr int kRowHeight = 30;  // from here on the delegate leaves a row as it is
-constexpr int kTableHint = 29;  // and gives a lower one the room of a bit table
+constexpr int kRowHeight = 30;    // from here on the delegate leaves a row as it is
+constexpr int kTableHint = 29;    // and gives a lower one the room of a bit table
+constexpr int kNameHeight = 120;  // rows of bit numbers and field names
 constexpr int kRegisterRole = Qt::UserRole;
 
 void setRowHeight(QTreeWidgetItem *item)
@@ -48,9 +50,11 @@ RegisterTree::RegisterTree(QWidget *parent) : QTreeWidget(parent)
 
 void RegisterTree::show(const device::ObEditor *editor)
 {
-    clear();
-    m_items.clear();
+    // The view would only delete them later, and until then they would look at another device.
+    qDeleteAll(m_tables);
     m_tables.clear();
+    m_items.clear();
+    clear();
     m_editor = editor;
     if (editor == nullptr) {
         return;
@@ -97,6 +101,7 @@ void RegisterTree::buildTable(QTreeWidgetItem *item)
     row->setSizeHint(kName, QSize(1, kTableHint));
     auto *bits = new BitTable(*m_editor, reg, this);
     connect(bits, &BitTable::edited, this, &RegisterTree::edited);
+    connect(bits, &BitTable::focused, this, &RegisterTree::bringIntoView);
     connect(bits, &BitTable::focused, this, &RegisterTree::focused);
     setItemWidget(row, kName, bits);
     m_tables[reg] = bits;
@@ -120,6 +125,19 @@ void RegisterTree::refreshRow(std::size_t reg)
     font.setBold(isChanged);
     item->setFont(kValue, font);
     item->setText(kChanged, isChanged ? QString(QChar(0x25CF)) + tr(" changed") : QString());
+}
+
+/// Scrolls a field that got the focus by a key into view, with its name above it.
+void RegisterTree::bringIntoView(device::FieldId id)
+{
+    const QWidget *widget = m_tables[id.reg]->fieldWidget(id.field);
+    const int bottom = widget->mapTo(viewport(), QPoint(0, widget->height())).y();
+    const int top = bottom - widget->height() - kNameHeight;
+    if (top < 0) {
+        verticalScrollBar()->setValue(verticalScrollBar()->value() + top);
+    } else if (bottom > viewport()->height()) {
+        verticalScrollBar()->setValue(verticalScrollBar()->value() + bottom - viewport()->height());
+    }
 }
 
 void RegisterTree::goTo(device::FieldId id)

@@ -44,6 +44,7 @@ signals:
 
 private:
     void refreshRow(std::size_t reg);
+    void bringIntoView(device::FieldId id);
     void buildTable(QTreeWidgetItem *item);
 
     const device::ObEditor *m_editor = nullptr;
