@@ -222,7 +222,6 @@ QWidget *BitTable::makeComboBox(device::FieldId id, const obRegField &flat)
     }
     box->setCurrentIndex(state.choices.indexOf(state.text));
     box->setEnabled(state.isEditable);
-    box->setFocusPolicy(Qt::StrongFocus);  // the wheel scrolls the tree
     box->setMinimumContentsLength(1);
     box->setSizeAdjustPolicy(QComboBox::AdjustToMinimumContentsLengthWithIcon);
     connect(box, &QComboBox::currentTextChanged, this,
@@ -303,9 +302,6 @@ bool BitTable::eventFilter(QObject *watched, QEvent *event)
     case QEvent::FocusIn:
         emit focused({m_reg, static_cast<std::size_t>(at - m_byField.begin())});
         break;
-    case QEvent::Wheel:
-        event->ignore();  // a scrolled page must not change a box on its way
-        return true;
     case QEvent::KeyPress: {
         const int key = static_cast<QKeyEvent *>(event)->key();
         if (static_cast<QKeyEvent *>(event)->modifiers().testFlag(Qt::ControlModifier) ||

@@ -4,6 +4,7 @@
 #include "workbench/tabs/ob/ChangesPanel.h"
 #include "workbench/tabs/ob/RegisterTree.h"
 #include "workbench/widgets/FieldNames.h"
+#include "workbench/widgets/PathEdit.h"
 
 #include <QComboBox>
 #include <QDialogButtonBox>
@@ -11,7 +12,6 @@
 #include <QHBoxLayout>
 #include <QHeaderView>
 #include <QLabel>
-#include <QLineEdit>
 #include <QPushButton>
 #include <QSplitter>
 #include <QTableWidget>
@@ -138,7 +138,7 @@ QWidget *ObForm::buildBottom()
     auto *box = new QWidget(this);
     auto *grid = new QGridLayout(box);
     grid->setContentsMargins(0, 0, 0, 0);
-    path = new QLineEdit(box);
+    path = new PathEdit(QStringLiteral("obPath"), PathEdit::Use::Output, box);
     nameWidget(path, QStringLiteral("ob_path_edit"), tr("OB generation path"));
     path->setToolTip(tr("Select the file to write the option bytes to.\ncsv file"));
     auto *label = new QLabel(tr("OB generation path"), box);

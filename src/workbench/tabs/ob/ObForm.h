@@ -5,7 +5,6 @@
 
 class QComboBox;
 class QLabel;
-class QLineEdit;
 class QPushButton;
 class QTableWidget;
 
@@ -13,6 +12,7 @@ namespace workbench
 {
 
 class ChangesPanel;
+class PathEdit;
 class RegisterTree;
 
 /// The widgets of the option-bytes tab. They show an editor's state; what they do stands in
@@ -39,7 +39,7 @@ public:
     QTableWidget *summary = nullptr;
     RegisterTree *tree = nullptr;
     ChangesPanel *changes = nullptr;
-    QLineEdit *path = nullptr;
+    PathEdit *path = nullptr;
     QPushButton *browse = nullptr;
     QPushButton *upload = nullptr;
     QPushButton *generate = nullptr;

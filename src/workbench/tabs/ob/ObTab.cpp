@@ -8,11 +8,11 @@
 #include "workbench/tabs/ob/RegisterTree.h"
 #include "workbench/widgets/Boxes.h"
 #include "workbench/widgets/FileChoice.h"
+#include "workbench/widgets/PathEdit.h"
 
 #include <QComboBox>
 #include <QDir>
 #include <QFileDialog>
-#include <QLineEdit>
 #include <QPushButton>
 #include <QStandardPaths>
 #include <QVBoxLayout>
@@ -108,7 +108,7 @@ void ObTab::changeEntry(int index)
     const device::ObEntry &entry = device::kObEntries[static_cast<std::size_t>(index)];
     const QString folder = documentsFolder();
     loadDevice(entry.id, entry.core);
-    m_form->path->setText(folder + QLatin1String(entry.fileName));
+    m_form->path->setPath(folder + QLatin1String(entry.fileName));
 }
 
 void ObTab::loadDevice(unsigned int id, int core)
@@ -168,7 +168,7 @@ void ObTab::chooseOutput()
         context().boxParent, tr("Select SFI OB generation folder"),
         name.isEmpty() ? folder : folder + name, tr("CSV files (*.csv)"));
     if (!chosen.isEmpty()) {
-        m_form->path->setText(chosen);
+        m_form->path->setPath(chosen);
     }
 }
 
@@ -185,7 +185,7 @@ void ObTab::generate()
         }
         return;
     }
-    if (m_form->path->text().isEmpty()) {
+    if (m_form->path->path().isEmpty()) {
         report(5, QStringLiteral("No specified generation path !"));
         return;
     }
@@ -194,7 +194,7 @@ void ObTab::generate()
 
 void ObTab::writeCsv(const device::ObOutput &output)
 {
-    const QString path = m_form->path->text();
+    const QString path = m_form->path->path();
     const auto *bytes = reinterpret_cast<const std::uint8_t *>(output.csv.data());
     if (!files::writeWhole(path, {bytes, output.csv.size()})) {
         report(device::failedCsvLevel(index()), QStringLiteral("file open failed"));
