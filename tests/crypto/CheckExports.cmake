@@ -26,7 +26,18 @@ foreach(name IN ITEMS
     _ZN6Crypto14Buffer_CleanupEPh
     _ZN6Crypto14generateSspKeyEPh _ZN6Crypto14generateSspKeyERK7QString
     _ZN6Crypto26generateEncryptionandNonceEPhi
-    _ZN6Crypto26generateEncryptionandNonceERK7QStringi)
+    _ZN6Crypto26generateEncryptionandNonceERK7QStringi
+    _ZN6Crypto5EC_DHEPPhS0_S0_j _ZN6Crypto9TestEC_DHEv
+    _ZTV9EC_Crypto _ZN9EC_CryptoC1Ev _ZN9EC_CryptoC1Ei
+    _ZN9EC_Crypto11SetCurveNIDEi
+    _ZN9EC_Crypto6KeyGenEPP11evp_pkey_st
+    _ZN9EC_Crypto12GetPubKeyBinEP11evp_pkey_stPPhPm
+    _ZN9EC_Crypto12GetPubKeyBinEPhPS0_Pm
+    _ZN9EC_Crypto15GetPubKeyBinDerEPhPS0_Pm
+    _ZN9EC_Crypto12GenerateKeysEPhS0_S0_S0_9CIHERTYPE
+    _ZN9EC_Crypto4signEPhmPS0_PmP11evp_pkey_st
+    _ZN9EC_Crypto7bn_CopyEPhPKhj
+    _Z21KeyDerivationFunctionPKvmPvPm)
     if(NOT symbols MATCHES " [TVW] ${name}\n")
         list(APPEND missing ${name})
     endif()

@@ -141,6 +141,21 @@ public:
     int generateEncryptionandNonce(const QString &path, int size);
     int generateEncryptionandNonce(unsigned char *path, int size);
 
+    /// The shared secret of two P-256 keys: ECDH, then KeyDerivationFunction. Each step that fails
+    /// reports at level 5, and the ones behind it are still gone through; there is a secret only
+    /// when all have passed.
+    /// @param secret     points to the caller's buffer of 32 bytes
+    /// @param privateKey `keyLength` bytes, highest first
+    /// @param peerKey    an uncompressed point (SEC 1, 2.3.3), 2 * `keyLength` + 1 bytes
+    /// @param keyLength  32
+    /// @return 32; or 0, and then the buffer is untouched
+    int EC_DH(unsigned char **secret, unsigned char *privateKey, unsigned char *peerKey,
+              unsigned int keyLength);
+
+    /// Makes two pairs, computes the secret from both sides and compares. @return 1, or 0 when they
+    /// differ or a step failed
+    int TestEC_DH();
+
     unsigned char *prvKeyBin = nullptr;  ///< left by GetPrvKeyBin; the caller wipes and releases it
     std::uint64_t prvKeyBinLen = 0;      ///< bytes that count in `prvKeyBin`
 };

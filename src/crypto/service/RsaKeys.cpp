@@ -1,4 +1,5 @@
 #include "crypto/primitives/Handles.h"
+#include "crypto/service/CipherChoice.h"
 #include "crypto/service/Crypto.h"
 #include "crypto/service/KeyErrors.h"
 #include "crypto/service/Reporting.h"
@@ -34,24 +35,6 @@ int checkPair(EVP_PKEY *key)
         return -1;
     }
     return 1;
-}
-
-/// @return the cipher of a private key's file, reported; or null, with the refusal reported
-const EVP_CIPHER *pickCipher(CIHERTYPE type)
-{
-    switch (type) {
-    case CIHERTYPE_AES_128_CBC:
-        crypto::tell(Level::Information,
-                     L"AES_128_cbc algorithm is selected for private key encription\n");
-        return EVP_aes_128_cbc();
-    case CIHERTYPE_AES_256_CBC:
-        crypto::tell(Level::Information,
-                     L"AES_256_cbc algorithm is selected for private key encription\n");
-        return EVP_aes_256_cbc();
-    }
-    crypto::tell(Level::Information,
-                 L"Unsupported algorithm selected for private key encription\n");
-    return nullptr;
 }
 
 void printNumber(const EVP_PKEY *key, const char *label, const char *parameter)
@@ -90,7 +73,7 @@ int Crypto::KeyGen(evp_pkey_st **key)
 int Crypto::GenerateKeys(unsigned char *prvPath, unsigned char *pubPath, unsigned char *hashPath,
                          unsigned char *password, CIHERTYPE cipherType)
 {
-    const EVP_CIPHER *cipher = pickCipher(cipherType);
+    const EVP_CIPHER *cipher = crypto::pickCipher(cipherType);
     if (cipher == nullptr) {
         return -1;
     }

@@ -1,0 +1,128 @@
+#include "files/base/SafeWriter.h"
+#include "obk/Obkey.h"
+#include "obk/Reporting.h"
+#include "obk/TemplateText.h"
+#include "xml/Bounds.h"
+
+#include <QFile>
+
+using files::SafeWriter;
+using files::Secrecy;
+using obk::report;
+
+namespace
+{
+
+/// Commits the password file and tells about it.
+bool finishPassword(const obk::PasswordFile &password, SafeWriter &writer)
+{
+    if (!writer.write(password.bytes) || !writer.commit()) {
+        report(5, QStringLiteral("Error while writing in file : %1 file").arg(password.path));
+        return false;
+    }
+    report(1, QStringLiteral("Password file Generated successfully : %1 \nPassword file will be "
+                             "used for Debug authentication")
+                  .arg(password.path));
+    return true;
+}
+
+/// A template that holds a password is for its owner's eyes only.
+files::Result<void> writeTemplate(const QString &path, const QByteArray &text, bool isSecret)
+{
+    constexpr auto kOthers = QFile::ReadGroup | QFile::WriteGroup | QFile::ExeGroup |
+                             QFile::ReadOther | QFile::WriteOther | QFile::ExeOther;
+    const auto mode = QFile::permissions(path) & ~kOthers;
+    auto written = files::writeWhole(path,
+                                     {reinterpret_cast<const std::uint8_t *>(text.constData()),
+                                      static_cast<std::size_t>(text.size())},
+                                     isSecret ? Secrecy::SecretUnlessLocked : Secrecy::Public);
+    if (written && isSecret) {
+        QFile::setPermissions(path, mode);
+    }
+    return written;
+}
+
+}  // namespace
+
+std::optional<obk::Product> Obkey::generate(std::vector<std::optional<QString>> fields,
+                                            bool hasForm, const obk::KeyTools &tools)
+{
+    if (!isLoaded) {
+        report(5, QStringLiteral("Upload a valid input XML File"));
+        return std::nullopt;
+    }
+    if (model.globalAlign == 0) {
+        model.globalAlign = 1;
+    }
+    auto product = obk::generate({model, templatePath, std::move(fields), hasForm}, tools);
+    if (!obk::isGood(product)) {
+        return std::nullopt;
+    }
+    return std::move(*product);
+}
+
+bool Obkey::writeProduct(const obk::Product &product)
+{
+    // Both files are opened first, so that one that can't be made leaves nothing of the other.
+    std::optional<SafeWriter> password;
+    if (product.password) {
+        auto opened = SafeWriter::open(product.password->path, Secrecy::SecretUnlessLocked);
+        if (!opened) {
+            report(5, QStringLiteral("Failed to create Password file\nThe %1 already Opened \n")
+                          .arg(product.password->path));
+            return false;
+        }
+        password = std::move(*opened);
+    }
+    auto output = SafeWriter::open(
+        product.outputPath, product.isSecret ? Secrecy::SecretUnlessLocked : Secrecy::Public);
+    if (!output) {
+        report(5, QStringLiteral("Fail OBkey Generation The %1 already Opened \n")
+                      .arg(product.outputPath));
+        return false;
+    }
+    if (password && !finishPassword(*product.password, *password)) {
+        return false;
+    }
+    if (!output->write(product.bytes) || !output->commit()) {
+        report(5, QStringLiteral(" OBkey Generation Failed %1 is already opened or save error \n")
+                      .arg(product.outputPath));
+        return false;
+    }
+    for (std::size_t at = 0; at < model.items.size(); ++at) {
+        ObDataItem &item = model.items[at];
+        item.value = product.values[at];
+        item.slotValueSet = item.slotValueSet || item.kind == obk::ItemKind::Data;
+    }
+    return true;
+}
+
+void Obkey::saveOBKeyConf(Obkey *obkey)
+{
+    const QString path = obkey->templatePath;
+    const auto text = xml::readBounded(path);
+    if (!text) {
+        return;
+    }
+    const auto &items = obkey->model.items;
+    std::vector<std::optional<QString>> values;
+    bool hasPassword = false;
+    for (const ObDataItem &item : items) {
+        values.push_back(item.value);
+        hasPassword = hasPassword || item.kind == obk::ItemKind::Text;
+    }
+    const auto changed = obk::withValues(*text, items, values);
+    if (!changed) {
+        report(5, QStringLiteral("The values were not saved in the template \"%1\": ").arg(path) +
+                      QString::fromStdString(changed.error().text));
+        return;
+    }
+    const auto written = writeTemplate(path, *changed, hasPassword);
+    if (!written && written.error().code == files::ErrorCode::CannotOpen) {
+        report(
+            5,
+            QStringLiteral("Fail OBkey XML Generation The File %1 is already Opened \n").arg(path));
+    } else if (!written) {
+        report(5, QStringLiteral(" OBKey XML Generation Failed %1 \n").arg(path));
+    }
+}

@@ -1,0 +1,217 @@
+#include "files/base/FileReader.h"
+#include "obk/Choices.h"
+#include "obk/Obkey.h"
+#include "obk/Reporting.h"
+#include "obk/TemplateChecks.h"
+#include "obk/TemplateReader.h"
+#include "xml/Document.h"
+#include "xml/Schema.h"
+
+#include <QCoreApplication>
+#include <QDebug>
+#include <QFileInfo>
+
+using obk::isGood;
+using obk::report;
+
+namespace
+{
+
+QString withSlashes(QString path)
+{
+    return path.replace(QLatin1Char('\\'), QLatin1Char('/'));
+}
+
+/// How the program words a fault against the schema.
+/// @param lineOffset  lines in front of the validated text
+QString faultText(const xml::Fault &fault, int lineOffset)
+{
+    const QString opening = QStringLiteral("XML document is invalid! Error type: \"");
+    QString text = fault.text;
+    if (text.contains(QLatin1String("Premature"))) {
+        return opening + text;
+    }
+    if (text.contains(QLatin1String("maxLength"))) {
+        text.remove(QLatin1String(" facet.."));
+        return opening + text + QLatin1String(".\"");
+    }
+    return QStringLiteral("XML document is invalid at line: %1, error type: \" ")
+               .arg(fault.line + lineOffset) +
+           text +
+           QLatin1String(" \"The tag mentioned may be a strange tag or even an existent one with "
+                         "wrong order, please refer to documentation to be able to fix the "
+                         "issue. ");
+}
+
+/// The declaration that a template's first line has to hold; empty when it holds none.
+QByteArray declarationIn(const QByteArray &line)
+{
+    for (const char *const declaration :
+         {"<?xml version=\"1.0\" encoding=\"UTF-8\"?>",
+          "<?xml version=\"1.0\" encoding=\"UTF-8\" standalone=\"yes\"?>"}) {
+        if (line.contains(declaration)) {
+            return declaration;
+        }
+    }
+    return {};
+}
+
+bool isDeclarationAlone(const QByteArray &line, const QByteArray &declaration)
+{
+    QByteArray rest = line;
+    return rest.remove(rest.indexOf(declaration), declaration.size()).trimmed().isEmpty();
+}
+
+/// Validates what stands behind the first line. When that fails only because the first line holds
+/// more than the declaration, the whole file is what counts.
+bool isValid(const QByteArray &bytes, const xml::Schema &schema)
+{
+    const int lineFeed = bytes.indexOf('\n');
+    const QByteArray line = lineFeed < 0 ? bytes : bytes.left(lineFeed);
+    const QByteArray declaration = declarationIn(line);
+    if (declaration.isEmpty()) {
+        report(5, QStringLiteral("XML document is invalid! xml version is wrong or missing"));
+        return false;
+    }
+    auto valid = schema.validate(lineFeed < 0 ? QByteArray() : bytes.mid(lineFeed + 1));
+    int lineOffset = 1;
+    if (!valid && !isDeclarationAlone(line, declaration)) {
+        valid = schema.validate(bytes);
+        lineOffset = 0;
+    }
+    if (!valid) {
+        report(5, faultText(valid.error(), lineOffset) + QLatin1Char(' '));
+    }
+    return valid.has_value();
+}
+
+void reportUnreadable(const QString &path, const files::Error &error)
+{
+    report(5, QStringLiteral("XML document is invalid! The file \"%1\" can't be read: ").arg(path) +
+                  QString::fromStdString(error.text));
+}
+
+}  // namespace
+
+QString Obkey::schemaPath()
+{
+    return QCoreApplication::applicationDirPath() + QLatin1String("/Template/OBkeyPrototype.xsd");
+}
+
+QString Obkey::imageToolPath()
+{
+    return QCoreApplication::applicationDirPath() + QLatin1String("/Utilities/Linux/imgtool");
+}
+
+bool Obkey::xmlValid(const QString &xmlPath, const QString &schemaPath)
+{
+    const QString path = withSlashes(xmlPath);
+    const auto schema = xml::Schema::load(schemaPath);
+    if (!schema) {
+        qDebug() << "xsd file not found!";
+        report(5, QStringLiteral("The XML Template file \"%1\" is missing! Please check your VDR32 "
+                                 "Seal Package Builder installation folder.")
+                      .arg(schemaPath));
+        return false;
+    }
+    const auto bytes = xml::readBounded(path);
+    if (!bytes) {
+        reportUnreadable(path, bytes.error());
+        return false;
+    }
+    return isValid(*bytes, *schema);
+}
+
+bool Obkey::parseTemplateXML(const QString &path)
+{
+    templatePath = QFileInfo(withSlashes(path)).absoluteFilePath();
+    const auto bytes = xml::readBounded(templatePath);
+    if (!bytes) {
+        reportUnreadable(templatePath, bytes.error());
+        return false;
+    }
+    auto parsed = xml::parse(*bytes, {}, QStringLiteral("XMLProto"));
+    if (!parsed) {
+        reportUnreadable(templatePath, parsed.error());
+        return false;
+    }
+    document = *parsed;
+    check_DB();
+    const QDomNode node = GetObdataNode();
+    if (dbState != 4) {
+        const bool isComment = document.firstChild().nextSibling().isComment();
+        report(5, isComment ? QStringLiteral("XML document is invalid! A comment stands before "
+                                             "Root, so nothing was read. Please move the comment "
+                                             "into Root.")
+                            : QStringLiteral("XML document is invalid! Root doesn't stand directly "
+                                             "behind the XML declaration, so nothing was read."));
+        return false;
+    }
+    return templateKind == 0 ? parseOBkeyXML(node) : parseMcubootXML(node);
+}
+
+void Obkey::check_DB()
+{
+    const QDomNode root = document.firstChild().nextSibling();
+    dbState = document.isNull() ? 1 : root.isNull() ? 2 : root.nodeName() != "Root" ? 3 : 4;
+}
+
+QDomNode Obkey::GetObdataNode()
+{
+    if (dbState != 4) {
+        return {};
+    }
+    const QDomNode node = document.firstChild().nextSibling().firstChild();
+    if (node.nodeName() == "Obdata") {
+        templateKind = 0;
+    } else if (node.nodeName() == "McubootFormat") {
+        templateKind = 1;
+    }
+    return node;
+}
+
+bool Obkey::parseOBkeyXML(const QDomNode &obdata)
+{
+    model.daLayout = false;
+    if (!isGood(obk::readObdata(obdata, model))) {
+        return false;
+    }
+    if (!model.warning.isEmpty()) {
+        report(4, model.warning);
+    }
+    return true;
+}
+
+bool Obkey::parseMcubootXML(const QDomNode &)
+{
+    return true;
+}
+
+bool Obkey::openTemplate(const QString &path)
+{
+    if (!xmlValid(path, schemaPath()) || !parseTemplateXML(path) || !duplicateElementCheck() ||
+        !mandatoryElementCheck() || !xmlCheck(this)) {
+        return false;
+    }
+    if (model.obDestAddress.has_value() != model.doEncryption.has_value()) {
+        report(5, QStringLiteral("Either ObDestAddress or DoEncryption is present,it is a Wrong "
+                                 "Configuration "));
+        return false;
+    }
+    headerless = model.headerless();
+    if (!isGood(obk::checkRows(model))) {
+        return false;
+    }
+    obk::applyDependencies(model.items, obk::selectorsOf(model.items));
+    refreshShownSlots();
+    isLoaded = true;
+    return true;
+}
+
+void Obkey::takeTemplate(Obkey &&opened)
+{
+    opened.imageGenCount = imageGenCount;
+    opened.imgTools = std::move(imgTools);
+    opened.runMode = runMode;
+    *this = std::move(opened);
+}

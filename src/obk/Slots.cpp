@@ -1,0 +1,313 @@
+#include "obk/Slots.h"
+
+#include <QRegularExpression>
+
+#include <algorithm>
+
+namespace obk
+{
+
+namespace
+{
+
+QString hexText(std::uint32_t value)
+{
+    return QLatin1String("0x") + QString::number(value, 16);
+}
+
+/// "FooOffset" and "Foooffset" declare the start of slot "Foo".
+QString slotName(QString name)
+{
+    const QLatin1String lower("offset");
+    return name.remove(name.contains(lower) ? lower : QLatin1String("Offset"));
+}
+
+std::int32_t slotId(const QString &text)
+{
+    static const QRegularExpression number(QStringLiteral("#([0-9]+)"));
+    return number.match(text).captured(1).toInt();
+}
+
+void setSize(std::vector<Slot> &declared, std::int32_t id, const QString &size)
+{
+    for (Slot &slot : declared) {
+        if (slot.id == id) {
+            slot.size = size;
+        }
+    }
+}
+
+/// Both tests of a slot's item in the memory table: what is reserved isn't shown, and what a
+/// selector has switched off neither.
+bool isShown(const ObDataItem &item, bool isStart)
+{
+    return !item.reserved && (!isStart || !item.dependency || item.hasTypeSlot);
+}
+
+void dropUnsized(std::vector<Slot> &declared)
+{
+    sortSlots(declared);
+    declared.erase(std::remove_if(declared.begin(), declared.end(),
+                                  [](const Slot &slot) { return !slot.size; }),
+                   declared.end());
+}
+
+std::uint32_t startOf(const Slot &slot)
+{
+    return lowWord(slot.start.value_or(QString()));
+}
+
+/// An area from `start` on; both ends belong to it.
+struct Range {
+    std::uint32_t start;
+    std::uint32_t end;
+
+    [[nodiscard]] bool holds(std::uint32_t address) const
+    {
+        return address >= start && address <= end;
+    }
+    [[nodiscard]] bool holds(const Interval &interval) const
+    {
+        return holds(interval.start) && holds(interval.end);
+    }
+};
+
+Result<void> noSector(const char *tag)
+{
+    return refuse(QStringLiteral("%1 is 0, so no slot can be aligned to it. Please update your "
+                                 "xml file.")
+                      .arg(QLatin1String(tag)));
+}
+
+Result<void> checkInAuthArea(const std::vector<Interval> &intervals,
+                             const std::vector<Slot> &declared, const Areas &areas)
+{
+    const Range obk{areas.obkStart, areas.obkStart + areas.obkSize};
+    const Range allowed{areas.authObkStart, areas.authObkStart + areas.authObkSize};
+    if (!obk.holds(allowed.start) || !obk.holds(allowed.end)) {
+        return refuse(QStringLiteral("AuthOBK is not in the OBK!"));
+    }
+    for (std::size_t i = 0; i < intervals.size(); ++i) {
+        if (!allowed.holds(intervals[i])) {
+            return refuse(QStringLiteral("The OBKSlot : \"%1\" is not in the OBkeys allowed area.")
+                              .arg(declared[i].name));
+        }
+        if (areas.obkSectorSize == 0) {
+            return noSector("OBKSectorSize");
+        }
+        if (intervals[i].start % areas.obkSectorSize != 0 ||
+            intervals[i].end % areas.obkSectorSize != 0) {
+            return refuse(
+                QStringLiteral("The OBKSlot : \"%1\" does not respect the alignment constraint.")
+                    .arg(declared[i].name));
+        }
+    }
+    return {};
+}
+
+Result<void> checkInObkArea(const std::vector<Interval> &intervals,
+                            const std::vector<Slot> &declared, const Areas &areas)
+{
+    const Range allowed{areas.obkStart, areas.obkStart + areas.obkSize};
+    for (std::size_t i = 0; i < intervals.size(); ++i) {
+        if (!allowed.holds(intervals[i])) {
+            return refuse(
+                QStringLiteral("The \"%1\" OBKSlot is not in the OBK.").arg(declared[i].name));
+        }
+        if (areas.obkSectorSize == 0) {
+            return noSector("OBKSectorSize");
+        }
+        // One aligned end is enough here, unlike in an authenticated area.
+        if (intervals[i].start % areas.obkSectorSize != 0 &&
+            intervals[i].end % areas.obkSectorSize != 0) {
+            return refuse(QStringLiteral("The ObkSlot : \"%1\" does not respect the alignment "
+                                         "constraint. Please update your xml file with the right "
+                                         "values.")
+                              .arg(declared[i].name));
+        }
+    }
+    return {};
+}
+
+Result<void> checkComplete(const std::vector<Slot> &declared)
+{
+    for (const Slot &slot : declared) {
+        if (!slot.start) {
+            return refuse(QStringLiteral("\" %1 \" address is missing.").arg(slot.name));
+        }
+        if (!slot.size) {
+            return refuse(QStringLiteral("\" %1 \" size is missing.").arg(slot.name));
+        }
+        if (*slot.size == QLatin1String("0x0")) {
+            return refuse(QStringLiteral(" Wrong \" %1 \" size value, size cannot be equal to 0.")
+                              .arg(slot.name));
+        }
+    }
+    return {};
+}
+
+Result<void> checkSizes(const std::vector<Slot> &declared)
+{
+    for (const Slot &slot : declared) {
+        if (slot.size == QLatin1String("0x0")) {
+            return refuse(QStringLiteral(" Wrong \"%1\" size value, size cannot be equal to 0.")
+                              .arg(slot.name));
+        }
+    }
+    return {};
+}
+
+Result<void> checkFlash(std::vector<Slot> &declared, const Areas &areas)
+{
+    sortSlots(declared);
+    return checkInFlash(intervalsOf(declared), declared, areas);
+}
+
+}  // namespace
+
+void addFlashSlot(const ObDataItem &item, const QString &value, std::uint32_t flashStart,
+                  FlashSlots &declared)
+{
+    for (const QString &text : item.slotTexts) {
+        const std::int32_t id = slotId(text);
+        if (!item.slotIsStart) {
+            for (auto *list : {&declared.all, &declared.execution, &declared.download}) {
+                setSize(*list, id, hexText(lowWord(value)));
+            }
+            continue;
+        }
+        const Slot slot{slotName(item.nameText()), id, hexText(lowWord(value) + flashStart), {}};
+        declared.all.push_back(slot);
+        if (item.hasTypeSlot) {
+            (item.isExecution ? declared.execution : declared.download).push_back(slot);
+        }
+    }
+}
+
+void addObkSlot(const ObDataItem &item, const QString &value, std::uint32_t obkStart,
+                std::vector<Slot> &declared)
+{
+    for (const QString &text : item.obkSlotTexts) {
+        const std::int32_t id = slotId(text);
+        if (item.obkSlotIsStart) {
+            declared.push_back(
+                {slotName(item.nameText()), id, hexText(lowWord(value) + obkStart), {}});
+        } else {
+            setSize(declared, id, hexText(lowWord(value)));
+        }
+    }
+}
+
+void shownFlashSlots(const Template &model, std::size_t first, FlashSlots &declared)
+{
+    if (!model.hasFlashArea()) {
+        return;
+    }
+    for (std::size_t i = first; i < model.items.size(); ++i) {
+        const ObDataItem &item = model.items[i];
+        if (item.hasSlot && isShown(item, item.slotIsStart)) {
+            addFlashSlot(item, item.text(), model.areas.flashStart, declared);
+        }
+    }
+    dropUnsized(declared.all);
+}
+
+void shownObkSlots(const Template &model, std::size_t first, std::vector<Slot> &declared)
+{
+    if (!model.hasObkArea()) {
+        return;
+    }
+    for (std::size_t i = first; i < model.items.size(); ++i) {
+        const ObDataItem &item = model.items[i];
+        if (item.hasObkSlot && isShown(item, item.obkSlotIsStart)) {
+            addObkSlot(item, item.text(), model.areas.obkStart, declared);
+        }
+    }
+    dropUnsized(declared);
+}
+
+void sortSlots(std::vector<Slot> &declared)
+{
+    std::stable_sort(declared.begin(), declared.end(),
+                     [](const Slot &a, const Slot &b) { return startOf(a) < startOf(b); });
+}
+
+std::vector<Interval> intervalsOf(const std::vector<Slot> &declared)
+{
+    std::vector<Interval> intervals;
+    for (const Slot &slot : declared) {
+        const std::uint32_t start = startOf(slot);
+        intervals.push_back({start, start + lowWord(slot.size.value_or(QString()))});
+    }
+    return intervals;
+}
+
+Result<void> checkInFlash(const std::vector<Interval> &intervals, const std::vector<Slot> &declared,
+                          const Areas &areas)
+{
+    const Range flash{areas.flashStart, areas.flashStart + areas.flashSize};
+    for (std::size_t i = 0; i < intervals.size(); ++i) {
+        if (!flash.holds(intervals[i])) {
+            return refuse(
+                QStringLiteral("The \"%1\" Slot is not in the Flash.").arg(declared[i].name));
+        }
+        if (areas.flashSectorSize == 0) {
+            return noSector("FlashSectorSize");
+        }
+        if (intervals[i].start % areas.flashSectorSize != 0 ||
+            intervals[i].end % areas.flashSectorSize != 0) {
+            return refuse(
+                QStringLiteral("The Slot : \"%1\" does not respect the alignment constraint.")
+                    .arg(declared[i].name));
+        }
+    }
+    return {};
+}
+
+Result<void> checkOverlap(const std::vector<Interval> &intervals, const std::vector<Slot> &declared)
+{
+    for (std::size_t i = 1; i < intervals.size(); ++i) {
+        if (intervals[i - 1].end > intervals[i].start) {
+            return refuse(QStringLiteral("Overlap between : \"%1\" and \"%2\".")
+                              .arg(declared[i - 1].name, declared[i].name));
+        }
+    }
+    return {};
+}
+
+Result<void> checkObkSlots(std::vector<Slot> &declared, const Template &model)
+{
+    sortSlots(declared);
+    const auto intervals = intervalsOf(declared);
+    auto inside = model.hasAuthObkArea() ? checkInAuthArea(intervals, declared, model.areas)
+                                         : checkInObkArea(intervals, declared, model.areas);
+    return inside ? checkOverlap(intervals, declared) : inside;
+}
+
+Result<void> checkDeclaredSlots(const Template &model)
+{
+    FlashSlots flash;
+    std::vector<Slot> obk;
+    for (const ObDataItem &item : model.items) {
+        if (model.hasFlashArea()) {
+            addFlashSlot(item, item.text(), model.areas.flashStart, flash);
+        }
+        if (model.hasObkArea()) {
+            addObkSlot(item, item.text(), model.areas.obkStart, obk);
+        }
+    }
+    return checkComplete(flash.all)
+        .and_then([&] { return checkComplete(obk); })
+        .and_then([&] { return checkFlash(flash.all, model.areas); })
+        .and_then([&] { return obk.empty() ? Result<void>() : checkObkSlots(obk, model); });
+}
+
+Result<void> checkUsedSlots(std::vector<Slot> &flash, std::vector<Slot> &obk, const Template &model)
+{
+    return checkSizes(flash)
+        .and_then([&] { return checkFlash(flash, model.areas); })
+        .and_then([&] { return checkSizes(obk); })
+        .and_then([&] { return obk.empty() ? Result<void>() : checkObkSlots(obk, model); });
+}
+
+}  // namespace obk
