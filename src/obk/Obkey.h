@@ -47,7 +47,7 @@ public:
     static QString imageToolPath();
 
     /// All steps of opening a provisioning template, from the schema to what its rows start with.
-    /// The object must be fresh; after a failure it is of no use.
+    /// Nothing of an earlier template is left; after a failure the object is of no use.
     bool openTemplate(const QString &path);
 
     /// Takes over an opened template; the image-generation tabs stay.

@@ -8,7 +8,8 @@
 
 using files::SafeWriter;
 using files::Secrecy;
-using obk::report;
+using obk::tell;
+using report::Level;
 
 namespace
 {
@@ -17,12 +18,14 @@ namespace
 bool finishPassword(const obk::PasswordFile &password, SafeWriter &writer)
 {
     if (!writer.write(password.bytes) || !writer.commit()) {
-        report(5, QStringLiteral("Error while writing in file : %1 file").arg(password.path));
+        tell(Level::Error,
+             QStringLiteral("Error while writing in file : %1 file").arg(password.path));
         return false;
     }
-    report(1, QStringLiteral("Password file Generated successfully : %1 \nPassword file will be "
-                             "used for Debug authentication")
-                  .arg(password.path));
+    tell(Level::Information,
+         QStringLiteral("Password file Generated successfully : %1 \nPassword file will be "
+                        "used for Debug authentication")
+             .arg(password.path));
     return true;
 }
 
@@ -48,7 +51,7 @@ std::optional<obk::Product> Obkey::generate(std::vector<std::optional<QString>> 
                                             bool hasForm, const obk::KeyTools &tools)
 {
     if (!isLoaded) {
-        report(5, QStringLiteral("Upload a valid input XML File"));
+        tell(Level::Error, QStringLiteral("Upload a valid input XML File"));
         return std::nullopt;
     }
     if (model.globalAlign == 0) {
@@ -68,8 +71,9 @@ bool Obkey::writeProduct(const obk::Product &product)
     if (product.password) {
         auto opened = SafeWriter::open(product.password->path, Secrecy::SecretUnlessLocked);
         if (!opened) {
-            report(5, QStringLiteral("Failed to create Password file\nThe %1 already Opened \n")
-                          .arg(product.password->path));
+            tell(Level::Error,
+                 QStringLiteral("Failed to create Password file\nThe %1 already Opened \n")
+                     .arg(product.password->path));
             return false;
         }
         password = std::move(*opened);
@@ -77,16 +81,17 @@ bool Obkey::writeProduct(const obk::Product &product)
     auto output = SafeWriter::open(
         product.outputPath, product.isSecret ? Secrecy::SecretUnlessLocked : Secrecy::Public);
     if (!output) {
-        report(5, QStringLiteral("Fail OBkey Generation The %1 already Opened \n")
-                      .arg(product.outputPath));
+        tell(Level::Error, QStringLiteral("Fail OBkey Generation The %1 already Opened \n")
+                               .arg(product.outputPath));
         return false;
     }
     if (password && !finishPassword(*product.password, *password)) {
         return false;
     }
     if (!output->write(product.bytes) || !output->commit()) {
-        report(5, QStringLiteral(" OBkey Generation Failed %1 is already opened or save error \n")
-                      .arg(product.outputPath));
+        tell(Level::Error,
+             QStringLiteral(" OBkey Generation Failed %1 is already opened or save error \n")
+                 .arg(product.outputPath));
         return false;
     }
     for (std::size_t at = 0; at < model.items.size(); ++at) {
@@ -113,8 +118,9 @@ void Obkey::saveOBKeyConf(Obkey *obkey)
     }
     const auto changed = obk::withValues(*text, items, values);
     if (!changed) {
-        report(5, QStringLiteral("The values were not saved in the template \"%1\": ").arg(path) +
-                      QString::fromStdString(changed.error().text));
+        tell(Level::Error,
+             QStringLiteral("The values were not saved in the template \"%1\": ").arg(path) +
+                 QString::fromStdString(changed.error().text));
         return;
     }
     const auto written = writeTemplate(path, *changed, hasPassword);
@@ -123,6 +129,6 @@ void Obkey::saveOBKeyConf(Obkey *obkey)
             5,
             QStringLiteral("Fail OBkey XML Generation The File %1 is already Opened \n").arg(path));
     } else if (!written) {
-        report(5, QStringLiteral(" OBKey XML Generation Failed %1 \n").arg(path));
+        tell(Level::Error, QStringLiteral(" OBKey XML Generation Failed %1 \n").arg(path));
     }
 }

@@ -12,7 +12,8 @@
 #include <QFileInfo>
 
 using obk::isGood;
-using obk::report;
+using obk::tell;
+using report::Level;
 
 namespace
 {
@@ -70,7 +71,8 @@ bool isValid(const QByteArray &bytes, const xml::Schema &schema)
     const QByteArray line = lineFeed < 0 ? bytes : bytes.left(lineFeed);
     const QByteArray declaration = declarationIn(line);
     if (declaration.isEmpty()) {
-        report(5, QStringLiteral("XML document is invalid! xml version is wrong or missing"));
+        tell(Level::Error,
+             QStringLiteral("XML document is invalid! xml version is wrong or missing"));
         return false;
     }
     auto valid = schema.validate(lineFeed < 0 ? QByteArray() : bytes.mid(lineFeed + 1));
@@ -80,15 +82,16 @@ bool isValid(const QByteArray &bytes, const xml::Schema &schema)
         lineOffset = 0;
     }
     if (!valid) {
-        report(5, faultText(valid.error(), lineOffset) + QLatin1Char(' '));
+        tell(Level::Error, faultText(valid.error(), lineOffset) + QLatin1Char(' '));
     }
     return valid.has_value();
 }
 
 void reportUnreadable(const QString &path, const files::Error &error)
 {
-    report(5, QStringLiteral("XML document is invalid! The file \"%1\" can't be read: ").arg(path) +
-                  QString::fromStdString(error.text));
+    tell(Level::Error,
+         QStringLiteral("XML document is invalid! The file \"%1\" can't be read: ").arg(path) +
+             QString::fromStdString(error.text));
 }
 
 }  // namespace
@@ -109,9 +112,10 @@ bool Obkey::xmlValid(const QString &xmlPath, const QString &schemaPath)
     const auto schema = xml::Schema::load(schemaPath);
     if (!schema) {
         qDebug() << "xsd file not found!";
-        report(5, QStringLiteral("The XML Template file \"%1\" is missing! Please check your VDR32 "
-                                 "Seal Package Builder installation folder.")
-                      .arg(schemaPath));
+        tell(Level::Error,
+             QStringLiteral("The XML Template file \"%1\" is missing! Please check your VDR32 "
+                            "Seal Package Builder installation folder.")
+                 .arg(schemaPath));
         return false;
     }
     const auto bytes = xml::readBounded(path);
@@ -140,11 +144,12 @@ bool Obkey::parseTemplateXML(const QString &path)
     const QDomNode node = GetObdataNode();
     if (dbState != 4) {
         const bool isComment = document.firstChild().nextSibling().isComment();
-        report(5, isComment ? QStringLiteral("XML document is invalid! A comment stands before "
-                                             "Root, so nothing was read. Please move the comment "
-                                             "into Root.")
-                            : QStringLiteral("XML document is invalid! Root doesn't stand directly "
-                                             "behind the XML declaration, so nothing was read."));
+        tell(Level::Error,
+             isComment ? QStringLiteral("XML document is invalid! A comment stands before "
+                                        "Root, so nothing was read. Please move the comment "
+                                        "into Root.")
+                       : QStringLiteral("XML document is invalid! Root doesn't stand directly "
+                                        "behind the XML declaration, so nothing was read."));
         return false;
     }
     return templateKind == 0 ? parseOBkeyXML(node) : parseMcubootXML(node);
@@ -177,7 +182,7 @@ bool Obkey::parseOBkeyXML(const QDomNode &obdata)
         return false;
     }
     if (!model.warning.isEmpty()) {
-        report(4, model.warning);
+        tell(Level::Warning, model.warning);
     }
     return true;
 }
@@ -189,13 +194,17 @@ bool Obkey::parseMcubootXML(const QDomNode &)
 
 bool Obkey::openTemplate(const QString &path)
 {
+    model = {};
+    templateKind = 0;
+    isLoaded = false;
     if (!xmlValid(path, schemaPath()) || !parseTemplateXML(path) || !duplicateElementCheck() ||
         !mandatoryElementCheck() || !xmlCheck(this)) {
         return false;
     }
     if (model.obDestAddress.has_value() != model.doEncryption.has_value()) {
-        report(5, QStringLiteral("Either ObDestAddress or DoEncryption is present,it is a Wrong "
-                                 "Configuration "));
+        tell(Level::Error,
+             QStringLiteral("Either ObDestAddress or DoEncryption is present,it is a Wrong "
+                            "Configuration "));
         return false;
     }
     headerless = model.headerless();

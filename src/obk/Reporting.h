@@ -1,6 +1,6 @@
 #pragma once
 #include "files/base/Result.h"
-#include "report/DisplayMng.h"
+#include "report/Level.h"
 
 #include <QString>
 
@@ -8,9 +8,9 @@ namespace obk
 {
 
 /// Reports a finished text as it stands; it may hold percent signs.
-inline void report(int level, const QString &text)
+inline void tell(report::Level level, const QString &text)
 {
-    DisplayMng::getInstance().logMessage(level, L"%s", text.toUtf8().constData());
+    report::message(level, L"%s", text.toUtf8().constData());
 }
 
 /// Reports a refusal at level 5. @return false for one, true otherwise
@@ -18,7 +18,7 @@ template <typename T>
 bool isGood(const files::Result<T> &result)
 {
     if (!result) {
-        report(5, QString::fromStdString(result.error().text));
+        tell(report::Level::Error, QString::fromStdString(result.error().text));
     }
     return result.has_value();
 }

@@ -151,6 +151,19 @@ QByteArray lineEnd(const QByteArray &text)
     return at > 0 && text[at - 1] == '\r' ? "\r\n" : "\n";
 }
 
+/// Whether XML 1.0 (2.2) has all characters. The parser of the values lets others pass, but the
+/// validator refuses the file the next time.
+bool isXmlText(const QString &text)
+{
+    for (const uint c : text.toUcs4()) {
+        const bool isControl = c < 0x20 && c != '\t' && c != '\n' && c != '\r';
+        if (isControl || c == 0xFFFE || c == 0xFFFF || QChar::isSurrogate(c)) {
+            return false;
+        }
+    }
+    return true;
+}
+
 bool isSameItem(const ObDataItem &one, const ObDataItem &other)
 {
     return one.kind == other.kind && one.name == other.name;
@@ -203,6 +216,10 @@ Result<QByteArray> withValues(const QByteArray &text, const std::vector<ObDataIt
     for (std::size_t at = items.size(); at-- > 0;) {
         if (!values[at]) {
             continue;
+        }
+        if (!isXmlText(*values[at])) {
+            return refuse(QStringLiteral("the value of \"%1\" has characters that XML can't hold")
+                              .arg(items[at].nameText()));
         }
         saveOBKeyProcess(places[at], *values[at], changed);
         expected[at].value = values[at];

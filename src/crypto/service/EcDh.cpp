@@ -55,8 +55,9 @@ bool makeSide(Side &side)
 {
     const EcKey key(EC_KEY_new_by_curve_name(NID_X9_62_prime256v1));
     if (!key) {
-        crypto::tell(Level::Error, L"Failed to Create an Elliptic Curve Key object and set it up to use the "
-                          L"ANSI X9.62 Prime 256v1 curve\n");
+        crypto::tell(Level::Error,
+                     L"Failed to Create an Elliptic Curve Key object and set it up to use the "
+                     L"ANSI X9.62 Prime 256v1 curve\n");
         return false;
     }
     if (EC_KEY_generate_key(key.get()) != 1) {

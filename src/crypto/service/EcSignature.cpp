@@ -30,7 +30,7 @@ int verify(EVP_PKEY *key, const unsigned char *sig, std::size_t sigLen, const un
         return 1;
     }
     crypto::tell(Level::Error, verified == 0 ? L"Incorrect signature!\n"
-                                    : L"Error occured during signature verification!\n");
+                                             : L"Error occured during signature verification!\n");
     return verified == 0 ? 0 : -1;
 }
 

@@ -1,0 +1,49 @@
+#pragma once
+#include "crypto/primitives/Bytes.h"
+#include "crypto/primitives/Handles.h"
+#include "files/base/Result.h"
+#include "files/base/Wipe.h"
+
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace crypto
+{
+
+/// A private key of any kind that a boot loader uses, in the forms in which it is stored.
+class KeyPair
+{
+public:
+    /// The types that `make` knows, as they are written.
+    static std::vector<std::string_view> types();
+
+    /// Makes a new pair. @return BadValue for a type that isn't known
+    static files::Result<KeyPair> make(std::string_view type);
+
+    /// Reads the first private key out of PEM text without a pass phrase.
+    /// @return BadValue when there is none
+    static files::Result<KeyPair> readPrivate(ByteView pem);
+
+    /// PKCS#8 (RFC 5208) as PEM text, without a pass phrase.
+    [[nodiscard]] files::Result<files::SecretBytes> privatePem() const;
+
+    /// PKCS#8 in DER.
+    /// @param minimal  leaves the public half of an elliptic-curve key out
+    [[nodiscard]] files::Result<files::SecretBytes> privateDer(bool minimal) const;
+
+    /// The private number alone, 32 bytes, in the order of its standard: big-endian on the curves
+    /// of 256 bits, as RFC 8032 and RFC 7748 have it for Ed25519 and X25519.
+    /// @return BadValue for a key with a longer one
+    [[nodiscard]] files::Result<files::SecretBytes> rawPrivate() const;
+
+    /// The public half as `SubjectPublicKeyInfo` (RFC 5280), in PEM text and in DER.
+    [[nodiscard]] files::Result<std::string> publicPem() const;
+    [[nodiscard]] files::Result<std::vector<std::uint8_t>> publicDer() const;
+
+private:
+    explicit KeyPair(EvpKey key) : m_key(std::move(key)) {}
+    EvpKey m_key;
+};
+
+}  // namespace crypto

@@ -1,0 +1,150 @@
+#include "Commands.h"
+#include "KeyOption.h"
+#include "files/base/FileReader.h"
+#include "files/base/SafeWriter.h"
+
+#include <QFile>
+#include <QFileInfo>
+
+#include <fcntl.h>
+#include <unistd.h>
+
+namespace imgtool
+{
+
+namespace
+{
+
+using files::ErrorCode;
+using files::fail;
+using files::Result;
+
+struct Request {
+    std::string key;
+    std::string type;
+    std::string publicKey;
+};
+
+std::string typeList()
+{
+    std::string list;
+    for (const auto type : crypto::KeyPair::types()) {
+        list += (list.empty() ? "" : ", ") + std::string(type);
+    }
+    return list;
+}
+
+/// A new, empty file that is ours alone; gone again unless it is kept.
+class Claim
+{
+public:
+    explicit Claim(const std::string &path)
+        : m_path(path), m_file(::open(path.c_str(), O_CREAT | O_EXCL | O_WRONLY | O_CLOEXEC, 0600))
+    {
+    }
+    ~Claim()
+    {
+        if (m_file >= 0) {
+            ::close(m_file);
+            if (!m_isKept) {
+                ::unlink(m_path.c_str());
+            }
+        }
+    }
+    Claim(const Claim &) = delete;
+    Claim &operator=(const Claim &) = delete;
+    [[nodiscard]] bool isOurs() const { return m_file >= 0; }
+    void keep() { m_isKept = true; }
+
+private:
+    std::string m_path;
+    int m_file;
+    bool m_isKept = false;
+};
+
+/// A public key may be made again from its private one at any time, so an old one may go; nothing
+/// else may.
+Result<void> checkPublicTarget(const std::string &path)
+{
+    const QString name = QFile::decodeName(path.c_str());
+    if (!QFileInfo::exists(name)) {
+        return {};
+    }
+    QFile file;
+    constexpr std::uint64_t kLongest = 64 * 1024;
+    if (files::openForReading(file, name)) {
+        const auto text = files::readAll(file, kLongest);
+        const std::string_view head = "-----BEGIN PUBLIC KEY-----";
+        if (text &&
+            std::string_view(reinterpret_cast<const char *>(text->span().data()), text->size())
+                .starts_with(head)) {
+            return {};
+        }
+    }
+    return fail(ErrorCode::Refused, path + " exists and is no public key; it is left alone");
+}
+
+Result<void> writeBoth(const Request &request, const crypto::KeyPair &pair)
+{
+    const auto privatePem = pair.privatePem();
+    const auto publicPem = pair.publicPem();
+    if (!privatePem || !publicPem) {
+        return tl::unexpected(privatePem ? publicPem.error() : privatePem.error());
+    }
+    Claim claim(request.key);
+    if (claim.isOurs() && request.key == request.publicKey) {
+        return fail(ErrorCode::Refused, "both halves can't go to " + request.key);
+    }
+    if (!claim.isOurs()) {
+        return fail(ErrorCode::CannotOpen,
+                    request.key + " exists already, or can't be created; nothing is overwritten");
+    }
+    return files::writeWhole(QFile::decodeName(request.key.c_str()), privatePem->span(),
+                             files::Secrecy::Secret)
+        .and_then([&] {
+            return files::writeWhole(
+                QFile::decodeName(request.publicKey.c_str()),
+                {reinterpret_cast<const std::uint8_t *>(publicPem->data()), publicPem->size()});
+        })
+        .map([&claim] { claim.keep(); });
+}
+
+int run(const Request &request)
+{
+    const auto done = checkPublicTarget(request.publicKey)
+                          .and_then([&] { return crypto::KeyPair::make(request.type); })
+                          .and_then([&](const auto &pair) { return writeBoth(request, pair); });
+    return done ? static_cast<int>(console::kFine)
+                : console::complain(console::kNotReadable, done.error().text);
+}
+
+}  // namespace
+
+console::Program keygenProgram()
+{
+    const auto key = std::make_shared<std::string>();
+    const auto type = std::make_shared<std::string>();
+    const auto publicKey = std::make_shared<std::string>();
+    static const std::string help =
+        "Usage: imgtool keygen -k FILE -t TYPE -e FILE\n"
+        "Makes a key pair. A file that exists is never overwritten, but for an old public key.\n\n"
+        "  -k, --key FILE      where the private key goes: PEM (PKCS#8), for its owner only\n"
+        "  -t, --type TYPE     " +
+        typeList() +
+        "\n"
+        "  -e, --public FILE   where the public key goes: PEM\n";
+    return {.name = "imgtool",
+            .help = help.c_str(),
+            .options = {keyOption(key), textOption("type", 't', type),
+                        textOption("public", 'e', publicKey)},
+            .check =
+                [=](const console::Arguments &arguments) {
+                    return checkAll(arguments, {{"-k", key}, {"-t", type}, {"-e", publicKey}});
+                },
+            .run =
+                [=](const console::Arguments &) {
+                    return run({*key, *type, *publicKey});
+                }};
+}
+
+}  // namespace imgtool
