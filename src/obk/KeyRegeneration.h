@@ -17,8 +17,8 @@ using ToolRunner = std::function<process::ToolOutcome(const QStringList &argumen
 /// How making a new key pair went.
 struct Regeneration {
     bool isMade = false;
-    int level = 5;          ///< of the message
-    QString message;        ///< for the user
+    report::Level level = report::Level::Error;  ///< of the message
+    QString message;                             ///< for the user
     QString keptAs;         ///< where the old key is now; empty when there was none to keep
     QString publicKeyPath;  ///< of the new pair
 };

@@ -125,8 +125,8 @@ void Obkey::saveOBKeyConf(Obkey *obkey)
     }
     const auto written = writeTemplate(path, *changed, hasPassword);
     if (!written && written.error().code == files::ErrorCode::CannotOpen) {
-        report(
-            5,
+        tell(
+            Level::Error,
             QStringLiteral("Fail OBkey XML Generation The File %1 is already Opened \n").arg(path));
     } else if (!written) {
         tell(Level::Error, QStringLiteral(" OBKey XML Generation Failed %1 \n").arg(path));

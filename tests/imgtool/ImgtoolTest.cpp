@@ -34,7 +34,7 @@ protected:
         return QByteArray::fromHex(
             printed.mid(from, printed.indexOf('}') - from).replace("0x", ""));
     }
-    mode_t mode(const char *name) const
+    mode_t mode(const QString &name) const
     {
         struct stat entry = {};
         ::stat(folder.path(name).toLocal8Bit().constData(), &entry);
@@ -56,7 +56,7 @@ TEST_F(Imgtool, MakesEveryTypeAndPrintsWhatTheLibraryReads)
         EXPECT_EQ(run({"keygen", "-k", key, "-t", key, "-e", key + "_pub"}), "")
             << key.toStdString();
         ASSERT_EQ(status, 0);
-        EXPECT_EQ(mode(key.toLocal8Bit()), 0600u);
+        EXPECT_EQ(mode(key), 0600u);
 
         const QByteArray der = bytesOf(run({"getpub", "-k", key}));
         const auto *at = reinterpret_cast<const unsigned char *>(der.constData());
