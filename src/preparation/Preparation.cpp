@@ -1,11 +1,7 @@
 #include "preparation/Preparation.h"
 
-#include "preparation/AreaPlanner.h"
-#include "preparation/ImageSealer.h"
-#include "preparation/PlanRules.h"
-#include "preparation/RamCutter.h"
-
 #include "preparation/RecordView.h"
+#include "preparation/SfiBuilder.h"
 #include "preparation/sfu/SfuSealer.h"
 #include "preparation/smi/SmiModule.h"
 #include "preparation/ssp/RmaPassword.h"
@@ -28,33 +24,6 @@ ByteView viewOf(const QByteArray &bytes)
 {
     return {reinterpret_cast<const std::uint8_t *>(bytes.constData()),
             static_cast<std::size_t>(bytes.size())};
-}
-
-/// Plan, check, cut, check again, seal, open again, compare.
-Result<QByteArray> buildSfi(const SfiRequest &request, std::vector<std::string> &notices)
-{
-    auto uncut = planAreas(request, notices);
-    if (!uncut) {
-        return tl::unexpected(uncut.error());
-    }
-    if (auto placed = checkPlacement(*uncut); !placed) {
-        return tl::unexpected(placed.error());
-    }
-    const auto plan = cutForRam(std::move(*uncut), request.ramSize, request.tokenAddress);
-    if (!plan) {
-        return tl::unexpected(plan.error());
-    }
-    if (auto fits = checkContainer(*plan); !fits) {
-        return tl::unexpected(fits.error());
-    }
-    auto image = sealImage(*plan, request.key, request.nonce);
-    if (!image) {
-        return image;
-    }
-    if (auto same = compareWithPlan(viewOf(*image), *plan, request.key); !same) {
-        return tl::unexpected(same.error());
-    }
-    return image;
 }
 
 std::wstring wide(const std::string &text)

@@ -147,5 +147,5 @@ void CentralWidget::GenerateNonceKey()
 void CentralWidget::ParseSavedFirmwares(QList<QVariant> addresses)
 {
     sfi(*this)->restoreList(sfi_row::kFirmware, std::exchange(firmwarePaths, {}),
-                            {addresses, {}, {}, {}});
+                            {std::move(addresses), {}, {}, {}});
 }

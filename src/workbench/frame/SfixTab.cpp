@@ -117,12 +117,13 @@ void CentralWidget::OpenSfixFile()
 void CentralWidget::ParseSavedFirmwIx(QList<QVariant> addresses)
 {
     sfix(*this)->restoreList(sfi_row::kInternal, std::exchange(firmIxPaths, {}),
-                             {addresses, {}, {}, {}});
+                             {std::move(addresses), {}, {}, {}});
 }
 
 void CentralWidget::ParseSavedFirmwEx(QList<QVariant> addresses, QList<QVariant> modes,
                                       QList<QVariant> numbers, QList<QVariant> keyAddresses)
 {
-    sfix(*this)->restoreList(sfi_row::kExternal, std::exchange(firmExPaths, {}),
-                             {addresses, modes, numbers, keyAddresses});
+    sfix(*this)->restoreList(
+        sfi_row::kExternal, std::exchange(firmExPaths, {}),
+        {std::move(addresses), std::move(modes), std::move(numbers), std::move(keyAddresses)});
 }

@@ -44,6 +44,7 @@ void ChangesPanel::show(const device::ObEditor *editor)
     m_irreversible = 0;
     setRowCount(0);
     for (const device::FieldChange &change : m_changes) {
+        Q_ASSERT(editor != nullptr);
         addRow(*editor, change);
         m_irreversible += change.isIrreversible ? 1 : 0;
     }

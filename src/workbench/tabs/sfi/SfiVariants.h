@@ -12,24 +12,24 @@ namespace workbench
 /// Rows of the SFI and SFIx forms by their names.
 namespace sfi_row
 {
-inline constexpr QLatin1String kDevice("mcu");
-inline constexpr QLatin1String kFirmware("firmware");  ///< SFI only
-inline constexpr QLatin1String kInternal("internal");  ///< SFIx only
-inline constexpr QLatin1String kExternal("external");  ///< SFIx only
-inline constexpr QLatin1String kKey("key");
-inline constexpr QLatin1String kNonce("nonce");
-inline constexpr QLatin1String kOptionBytes("optionBytes");
-inline constexpr QLatin1String kSmi("smi");          ///< SFI only
-inline constexpr QLatin1String kSmiNote("smiNote");  ///< SFIx only
-inline constexpr QLatin1String kKeyArea("areaKey");
-inline constexpr QLatin1String kObk("obk");
-inline constexpr QLatin1String kSsfi("ssfi");
-inline constexpr QLatin1String kModules("modules");
-inline constexpr QLatin1String kVersion("version");
-inline constexpr QLatin1String kHash("hash");
-inline constexpr QLatin1String kRam("ram");
-inline constexpr QLatin1String kToken("token");
-inline constexpr QLatin1String kOutput("output");
+inline const QLatin1String kDevice("mcu");
+inline const QLatin1String kFirmware("firmware");  ///< SFI only
+inline const QLatin1String kInternal("internal");  ///< SFIx only
+inline const QLatin1String kExternal("external");  ///< SFIx only
+inline const QLatin1String kKey("key");
+inline const QLatin1String kNonce("nonce");
+inline const QLatin1String kOptionBytes("optionBytes");
+inline const QLatin1String kSmi("smi");          ///< SFI only
+inline const QLatin1String kSmiNote("smiNote");  ///< SFIx only
+inline const QLatin1String kKeyArea("areaKey");
+inline const QLatin1String kObk("obk");
+inline const QLatin1String kSsfi("ssfi");
+inline const QLatin1String kModules("modules");
+inline const QLatin1String kVersion("version");
+inline const QLatin1String kHash("hash");
+inline const QLatin1String kRam("ram");
+inline const QLatin1String kToken("token");
+inline const QLatin1String kOutput("output");
 }  // namespace sfi_row
 
 /// All that tells the SFI tab and the SFIx tab apart. Their forms, lists, steps and panes are one
