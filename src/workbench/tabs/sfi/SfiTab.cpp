@@ -17,7 +17,7 @@ namespace
 {
 
 const QLatin1String kListRows[] = {sfi_row::kFirmware, sfi_row::kInternal, sfi_row::kExternal,
-                                       sfi_row::kSmi, sfi_row::kObk};
+                                   sfi_row::kSmi, sfi_row::kObk};
 
 bool accepts(const QString &row, std::uint32_t type)
 {
