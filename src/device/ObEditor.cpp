@@ -115,6 +115,13 @@ std::uint32_t ObEditor::bits(FieldId id) const
     return fieldBits(m_shown[id.reg], field(id));
 }
 
+bool ObEditor::isValid(std::size_t reg) const
+{
+    return std::all_of(m_states[reg].begin(), m_states[reg].end(), [](const FieldState &state) {
+        return state.kind != FieldKind::TextBox || state.isValid;
+    });
+}
+
 bool ObEditor::edit(FieldId id, const QString &text)
 {
     FieldState &state = mutableState(id);

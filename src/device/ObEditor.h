@@ -77,6 +77,9 @@ public:
     [[nodiscard]] std::uint32_t bits(FieldId id) const;
     [[nodiscard]] bool isChanged(std::size_t reg) const { return m_shown[reg] != m_defaults[reg]; }
 
+    /// Whether each text box of a register holds a number that fits.
+    [[nodiscard]] bool isValid(std::size_t reg) const;
+
     /// Does what typing, choosing or clicking does. A text box keeps a text that doesn't fit, but
     /// its register keeps its value then.
     /// @return false when nothing was taken over: the field can't be edited, or has no such entry

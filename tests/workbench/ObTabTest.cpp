@@ -162,6 +162,10 @@ TEST_F(ObTabTest, WidgetsChangeTheirOwnRegister)
         EXPECT_EQ(period->styleSheet(), colour) << text;
         EXPECT_EQ(value("WDGCFG"), shown) << text;
     }
+    field<QLineEdit>("WDGSIDE", "PERIOD")->setText("-");
+    EXPECT_TRUE(
+        tree()->findItems("WDGSIDE", Qt::MatchExactly | Qt::MatchRecursive)[0]->text(3).contains(
+            "doesn't fit"));
     const auto *changes = find<QTableWidget>("ob_changes_table");
     ASSERT_EQ(changes->rowCount(), 3);
     EXPECT_TRUE(changes->item(0, 0)->text().endsWith("ACCLVL LEVEL")) << "can't be taken back";
@@ -181,6 +185,7 @@ TEST_F(ObTabTest, BitTableShowsBothHalvesAndReservedBits)
     EXPECT_EQ(bits->columnSpan(2, 0), 16);
     EXPECT_EQ(bits->columnSpan(5, 0), 9);
     EXPECT_EQ(bits->cellWidget(5, 0), nullptr) << "one widget, in the upper half";
+    EXPECT_EQ(bits->item(5, 0)->text(), QString::fromUtf8("0x00100000 × 0x80 = 0x08000000"));
     EXPECT_EQ(bits->item(4, 9)->text(), "Res.");
     EXPECT_EQ(bits->item(4, 9)->background().color(), QColor(0xF4, 0xF4, 0xF4));
     const auto *reserved = qobject_cast<QPushButton *>(bits->cellWidget(5, 9));

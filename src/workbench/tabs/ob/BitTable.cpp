@@ -155,7 +155,7 @@ void BitTable::placeField(const device::BitCell &cell)
     const device::FieldId id = {m_reg, field};
     const int top = topRowOf(cell);
     setItem(top + 1, cell.column, makeItem(QString::fromStdString(m_editor.field(id).name)));
-    setItem(top + 2, cell.column, makeItem(cell.hasWidget ? QString() : tr("see bits above")));
+    setItem(top + 2, cell.column, makeItem({}));
     if (cell.span > 1) {
         setSpan(top + 1, cell.column, 1, cell.span);
         setSpan(top + 2, cell.column, 1, cell.span);
@@ -278,6 +278,7 @@ void BitTable::refreshTips(std::size_t field)
     const device::FieldId id = {m_reg, field};
     const QString tip = plainToolTip(
         device::fieldToolTip(m_editor.field(id), m_editor.notes(id), m_editor.bits(id)));
+    const QString equation = device::equationText(m_editor.notes(id), m_editor.bits(id));
     if (m_byField[field] != nullptr) {
         m_byField[field]->setToolTip(tip);
         m_byField[field]->setAccessibleName(device::accessibleText(m_editor, id));
@@ -287,6 +288,9 @@ void BitTable::refreshTips(std::size_t field)
             QTableWidgetItem *cellItem = item(row, cell.column);
             if (cell.field == static_cast<int>(field) && cellItem != nullptr) {
                 cellItem->setToolTip(tip);
+                if (!cell.hasWidget && row == topRowOf(cell) + 2) {
+                    cellItem->setText(equation.isEmpty() ? tr("see bits above") : equation);
+                }
             }
         }
     }

@@ -26,7 +26,9 @@ ChangesPanel::ChangesPanel(QWidget *parent) : QTableWidget(0, kColumns, parent)
     setWordWrap(true);
     verticalHeader()->hide();
     verticalHeader()->setSectionResizeMode(QHeaderView::ResizeToContents);
-    horizontalHeader()->setSectionResizeMode(QHeaderView::Stretch);
+    horizontalHeader()->setStretchLastSection(true);
+    horizontalHeader()->resizeSection(kField, 140);
+    horizontalHeader()->resizeSection(kOld, 100);
     horizontalHeader()->setDefaultAlignment(Qt::AlignLeft | Qt::AlignVCenter);
     setStyleSheet(QStringLiteral("QTableWidget::item { padding: 3px 6px; }"));
     horizontalHeader()->setHighlightSections(false);
@@ -61,8 +63,12 @@ void ChangesPanel::addRow(const device::ObEditor &editor, const device::FieldCha
     const QString sign = change.isIrreversible ? QString(QChar(0x26A0)) + ' ' : QString();
     const QString warning =
         change.isIrreversible ? QLatin1Char('\n') + tr("can't be taken back") : QString();
+    const QString equation = device::equationText(editor.notes(change.id), change.to);
+    const QString address = equation.isEmpty()
+                                ? QString()
+                                : QLatin1String("\n= ") + equation.section(QLatin1String("= "), 1);
     const QString texts[] = {sign + name, device::valueText(field, change.from),
-                             device::valueText(field, change.to) + warning};
+                             device::valueText(field, change.to) + address + warning};
     for (int column = 0; column < kColumns; ++column) {
         auto *item = new QTableWidgetItem(texts[column]);
         item->setFlags(Qt::ItemIsEnabled | Qt::ItemIsSelectable);

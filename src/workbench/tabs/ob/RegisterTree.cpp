@@ -124,7 +124,10 @@ void RegisterTree::refreshRow(std::size_t reg)
     QFont font = item->font(kValue);
     font.setBold(isChanged);
     item->setFont(kValue, font);
-    item->setText(kChanged, isChanged ? QString(QChar(0x25CF)) + tr(" changed") : QString());
+    item->setText(kChanged, !m_editor->isValid(reg)
+                                ? QString(QChar(0x26A0)) + tr(" text doesn't fit")
+                            : isChanged ? QString(QChar(0x25CF)) + tr(" changed")
+                                        : QString());
 }
 
 /// Scrolls a field that got the focus by a key into view, with its name above it.
