@@ -55,28 +55,6 @@ TEST(MainWindow, MenusAndToolBarStandInOrder)
     }
 }
 
-// A letter taken twice opens the menu only at the second try, or puts the focus into a field.
-TEST(MainWindow, EachMnemonicLeadsToOnePlace)
-{
-    const WindowUnderTest window;
-    const auto keyOf = [](const QString &text) { return QKeySequence::mnemonic(text).toString(); };
-    for (const char *tab : {"sfi", "sfix"}) {
-        const auto *page = window->findChild<QWidget *>(QString(tab) + "_page");
-        QStringList taken;
-        for (const QAction *menu : window->menus->actions()) {
-            taken << keyOf(menu->text());
-        }
-        for (const QLabel *label : page->findChildren<QLabel *>()) {
-            if (label->buddy() != nullptr) {
-                taken << keyOf(label->text());
-            }
-        }
-        taken << keyOf(page->findChild<QPushButton *>(QString(tab) + "_generate_ok")->text());
-        EXPECT_FALSE(taken.contains(QString())) << tab << ": " << taken.join(' ').toStdString();
-        EXPECT_EQ(taken.removeDuplicates(), 0) << tab << ": " << taken.join(' ').toStdString();
-    }
-}
-
 TEST(MainWindow, EventsBeforeTheFormAreHarmless)
 {
     const WindowUnderTest window;

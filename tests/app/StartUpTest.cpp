@@ -14,7 +14,6 @@ namespace
 {
 
 const QStringList kSfiTabs{"SFI", "SFIx", "SFI Option Bytes", "SMI", "HSM"};
-const QStringList kSspTabs{"SSP", "HSM"};
 const QStringList kH5Tabs{"OBkey", "Image Gen", "License Gen", "DA CertifGen",
                           "SFI",   "SFIx",      "HSM",         "SFI Option Bytes"};
 const QStringList kH5TabsWithoutImage{"OBkey", "License Gen", "DA CertifGen",    "SFI",
@@ -25,9 +24,6 @@ QString rangeText(const QString &panel)
     return "Error|Error: Please check the [-tab] index value\nWrong tab window index for " + panel +
            "\nSyntax: -tab [name] [index]";
 }
-const QString kM2 = "Error|Error: Please check the [-tab] argument values\nWrong tab window name "
-                    "\nSyntax: -tab [name] [index]";
-const QString kNoObkPath = "Error|Error: Please Check input XML obkey";
 const QString kNoImagePath = "Error|Error: Please Check input XML Imgtool";
 
 QString noObk(const QString &path)
@@ -83,14 +79,7 @@ INSTANTIATE_TEST_SUITE_P(
         Start{"LastTabOfH5", {"-tab", "h5", "7"}, kH5Tabs, 7, {}},
         Start{"BeyondH5", {"-tab", "h5", "8"}, kH5Tabs, 0, {rangeText("H5")}},
         Start{"NegativeIsOutOfRange", {"-tab", "sfi", "-1"}, kSfiTabs, 0, {rangeText("SFI")}},
-        Start{"BeyondSsp", {"-tab", "ssp", "2"}, kSspTabs, 0, {rangeText("SSP")}},
         Start{"BeyondWb", {"-tab", "wb", "1"}, {"VDR32WB Sign"}, 0, {rangeText("WB")}},
-        Start{"WrongNameKeepsTheTabsBefore",
-              {"-tab", "ssp", "1", "-tab", "foo", "1"},
-              kSspTabs,
-              1,
-              {kM2}},
-        Start{"LaterSwitchWins", {"-tab", "ssp", "1", "-tab", "sfi", "4"}, kSfiTabs, 4, {}},
         Start{"Template", {"-obk", "a\\b.xml"}, {"OBkey"}, 0, {noObk("a/b.xml")}, 0, false},
         Start{"TemplateNotFirst",
               {"x", "-obk", "a.xml"},
@@ -106,7 +95,6 @@ INSTANTIATE_TEST_SUITE_P(
               {noObk("a"), noObk("b")},
               0,
               false},
-        Start{"TemplateWithoutPath", {"-obk"}, {"OBkey"}, 0, {kNoObkPath}, 0, false},
         Start{"TwoImages",
               {"-pb", "a.xml", "-pb", "b.xml"},
               {"H5-Image Gen 1", "H5-Image Gen 2"},
@@ -122,14 +110,7 @@ INSTANTIATE_TEST_SUITE_P(
               0,
               false},
         Start{"NgAlone", {"-ng"}, {}, -1, {}, 2},
-        Start{"NgLast", {"-tab", "wb", "0", "-ng"}, {"VDR32WB Sign"}, 0, {}, 2},
         Start{"NgWithoutImagePage", {"-ng", "-tab", "h5", "6"}, kH5TabsWithoutImage, 6, {}, 2},
-        Start{"NgWithoutImagePageBeyond",
-              {"-ng", "-tab", "h5", "7"},
-              kH5TabsWithoutImage,
-              0,
-              {rangeText("H5")},
-              2},
         Start{"NgTemplateAndImage",
               {"-ng", "-obk", "a", "-pb", "b"},
               {"OBkey", "H5-Image Gen 1"},

@@ -2,6 +2,7 @@
 #include "support/ImageBytes.h"
 
 #include <QFileInfo>
+#include <QRegularExpression>
 
 namespace
 {
@@ -12,6 +13,22 @@ constexpr int kL4 = 7;
 constexpr int kH5 = 9;
 
 const QString kHex = ":020000040800F2\n:10000000000102030405060708090A0B0C0D0E0F78\n:00000001FF\n";
+
+const std::string kObk =
+    std::string("\x00\x01\xFD\x0F\x04\x00\x00\x00\x00\x00\x00\x00", 12) + "1234";
+
+std::vector<std::uint8_t> smiBytes()
+{
+    return ImageBytes()
+        .text("SMIMAGIC")
+        .u16le(1)
+        .u16le(0)
+        .u32le(0x8040000)
+        .u32le(20)
+        .fill(96 - 20, 0)
+        .fill(32, 0xA5)
+        .done();
+}
 
 class SfiTab : public SfiFixture
 {
@@ -319,8 +336,7 @@ TEST_F(SfiTab, H5AsksBeforeAnImageWithoutProvisioningFiles)
 TEST_F(SfiTab, ProvisioningFilesGoIntoTheImageOfH5)
 {
     prepare(kH5);
-    const QString obk = folder.file(
-        "k.obk", std::string("\x00\x01\xFD\x0F\x04\x00\x00\x00\x00\x00\x00\x00", 12) + "1234");
+    const QString obk = folder.file("k.obk", kObk);
     {
         DialogAnswers dialogs({obk});
         click("obk_add");
@@ -334,15 +350,7 @@ TEST_F(SfiTab, ProvisioningFilesGoIntoTheImageOfH5)
 TEST_F(SfiTab, SmiFilesOfH7AreUsedAndMissedByName)
 {
     prepare(kH7);
-    const QString smi = folder.file("s.smi", ImageBytes()
-                                                 .text("SMIMAGIC")
-                                                 .u16le(1)
-                                                 .u16le(0)
-                                                 .u32le(0x8040000)
-                                                 .u32le(20)
-                                                 .fill(96 - 20, 0)
-                                                 .fill(32, 0xA5)
-                                                 .done());
+    const QString smi = folder.file("s.smi", smiBytes());
     {
         DialogAnswers dialogs({smi});
         click("smi_add");
@@ -471,26 +479,62 @@ TEST_F(SfiTab, ParsingWhatIsNoImageClearsThePane)
     EXPECT_EQ(ofOther->rowCount(), 0) << "a failure clears the panes of both tabs";
 }
 
-TEST_F(SfiTab, TabKeyGoesThroughTheFormFromTopToBottom)
+TEST_F(SfiTab, MissingInputsAreNamedInTheOrderOfTheFormAndLeadThere)
 {
-    chooseMcu(kH5);
-    QStringList order;
-    const QWidget *start = widget<QComboBox>("mcu_combo");
-    const QWidget *at = start;
-    do {
-        if (at->objectName().startsWith("sfi_") && (at->focusPolicy() & Qt::TabFocus) != 0 &&
-            at->isVisibleTo(&form)) {
-            order << at->objectName().mid(4);
-            EXPECT_FALSE(at->accessibleName().isEmpty()) << at->objectName().toStdString();
+    auto *line = widget<QLabel>("missing_label");
+    const auto rows = [line] {
+        QStringList names;
+        auto links = QRegularExpression("href=\"(\\w+)\"").globalMatch(line->text());
+        while (links.hasNext()) {
+            names << links.next().captured(1);
         }
-        at = at->nextInFocusChain();
-    } while (at != start);
-    EXPECT_EQ(order.mid(0, 12).join(' '),
-              "mcu_combo firmware_list firmware_add firmware_remove key_edit key_open "
-              "key_generate nonce_edit nonce_open nonce_generate optionBytes_edit "
-              "optionBytes_open");
-    EXPECT_LT(order.indexOf("output_folder"), order.indexOf("generate_ok"));
-    EXPECT_LT(order.indexOf("generate_ok"), order.indexOf("firmwareInfo_table"));
+        return names.join(' ');
+    };
+    EXPECT_EQ(rows(), "mcu firmware key nonce optionBytes output");
+    fillFields();
+    EXPECT_EQ(rows(), "mcu firmware");
+    chooseMcu(kH5);
+    EXPECT_TRUE(line->isHidden());
+    chooseMcu(kU575);
+    EXPECT_EQ(rows(), "firmware");
+    prepare(0);
+    EXPECT_TRUE(canGenerate()) << "the sentence about the device comes with the request";
+    EXPECT_EQ(rows(), "mcu");
+    QApplication::setActiveWindow(&form);
+    edit("nonce")->clear();
+    emit line->linkActivated("nonce");
+    EXPECT_TRUE(edit("nonce")->hasFocus());
+}
+
+TEST_F(SfiTab, AHexFileThatChangedOnDiskKeepsNoOldAddress)
+{
+    prepare(kU575);
+    folder.file("fw.hex", ":020000040801F1\n:0401000001020304F1\n:00000001FF\n");
+    refusals(1);
+    EXPECT_EQ(cells("imageInfo_segments")[0], "1|Firmware|4 B|0x8010100");
+}
+
+TEST_F(SfiTab, FilesOfOtherDevicesAreNeitherReadNorUsed)
+{
+    prepare(kH5);
+    const QString obk = folder.file("k.obk", kObk);
+    const QString smi = folder.file("s.smi", smiBytes());
+    {
+        DialogAnswers dialogs({obk, smi});
+        click("obk_add");
+        chooseMcu(kH7);
+        click("smi_add");
+    }
+    chooseMcu(kU575);
+    EXPECT_EQ(refusals(1), QStringList{"Success|SFI successfully created"});
+    EXPECT_EQ(cells("imageInfo_segments"),
+              (QStringList{"1|Firmware|16 B|0x8000000", "2|Configuration|4 B|0x0"}));
+    QFile::remove(obk);
+    QFile::remove(smi);
+    edit("output")->setText(folder.path("again.sfi"));
+    EXPECT_EQ(refusals(1), QStringList{"Success|SFI successfully created"});
+    EXPECT_EQ(rowsOf("obk"), 1);
+    EXPECT_EQ(rowsOf("smi"), 1);
 }
 
 TEST_F(SfiTab, EveryDeviceGetsAllFirmwareInAreasThatFitItsRam)

@@ -1,4 +1,5 @@
 #pragma once
+#include <QString>
 
 class QComboBox;
 
@@ -11,11 +12,14 @@ class DeviceLock
 public:
     /// Puts the box on an entry and disables it; or enables it again with the entry that the user
     /// had chosen. Either twice is the same as once: storing twice would lose the user's choice,
-    /// and restoring without a lock would bring back a stale one.
+    /// and restoring without a lock would bring back a stale one. The box's tool tip says why it is
+    /// locked.
     void set(QComboBox *box, int entry, bool lock);
 
 private:
-    int m_chosen = 0;  ///< the user's entry while locked
+    // The user's while locked:
+    int m_chosen = 0;
+    QString m_toolTip;
 };
 
 }  // namespace workbench

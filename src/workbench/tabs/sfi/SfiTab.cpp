@@ -48,6 +48,12 @@ SfiTab::SfiTab(const SfiVariant &variant, const TabName &name, QWidget *page, Fo
     connectLists();
     connect(form()->choice(sfi_row::kDevice), qOverload<int>(&QComboBox::currentIndexChanged), this,
             &SfiTab::changeDevice);
+    connect(form(), &RowForm::edited, this, [this](const QString &row) {
+        SfiTab *sfix = other("sfix");
+        if (sfix != nullptr && (row == sfi_row::kDevice || row == sfi_row::kSmi)) {
+            sfix->countSmiFiles();
+        }
+    });
     connect(form()->generateButton(), &QPushButton::clicked, this, &SfiTab::generate);
     connect(m_parse, &ParsePane::browseRequested, this, &SfiTab::chooseImage);
 }
@@ -161,6 +167,16 @@ void SfiTab::applyDevice()
         rows->setText(sfi_row::kSsfi, {});
     }
     rows->updateGenerate();
+}
+
+void SfiTab::countSmiFiles()
+{
+    const SfiTab *sfi = other("sfi");
+    const int count = sfi != nullptr && sfi->device().combined ? sfi->countOf(sfi_row::kSmi) : 0;
+    form()->setText(
+        sfi_row::kSmiNote,
+        count == 0 ? QString()
+                   : tr("SMI files of the SFI tab that go into this image, too: %1").arg(count));
 }
 
 void SfiTab::lockDevice(bool lock)

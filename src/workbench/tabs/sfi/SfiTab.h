@@ -77,7 +77,7 @@ private:
     [[nodiscard]] SfiFormValues values() const;
     [[nodiscard]] int countOf(const QString &row) const;  ///< 0 when there is no such list
     void applyDevice();
-    void countSmiFiles();
+    void countSmiFiles();  ///< says how many files of the SFI tab the SFIx image takes
 
     void addFile(const QString &row, const QString &path);
     /// @return the file as this row takes it; null when it can't, which has been reported
