@@ -111,6 +111,45 @@ TEST_F(SfixTab, RegionsGoWithTheirFiles)
     EXPECT_EQ(cells("firmwareInfo_table").mid(3), (QStringList{"0x50", "1", "6"}));
 }
 
+TEST_F(SfixTab, AddressOfARawBinaryCanBeCorrected)
+{
+    chooseMcu(kU575);
+    add("external", folder.file("e.bin", "1234"), {region("0x90000000", 5, 2, "0x40")});
+    add("external", folder.file("e.hex", kHex.toStdString()), {region("", 6, 1, "0x50")});
+    select("external", 0);
+    auto *list = tab().form()->list("external");
+    emit list->view()->doubleClicked(list->view()->model()->index(1, 0));  // tells its own address
+    {
+        DialogAnswers dialogs({DialogAnswer([](QDialog &dialog) {
+            auto *edit = dialog.findChild<QLineEdit *>("address_start_edit");
+            EXPECT_EQ(edit->text(), "0x90000000");
+            edit->setText("0x91000000");
+            dialog.findChild<QPushButton *>()->setFocus();
+            QTest::keyClick(&dialog, Qt::Key_Return);
+        })});
+        emit list->view()->doubleClicked(list->view()->model()->index(0, 0));
+    }
+    EXPECT_EQ(cells("firmwareInfo_segments"), QStringList{"1|0x91000000|4 B"});
+    EXPECT_EQ(tab().extBinInfos()[0].startAddress, 0x91000000U);
+    EXPECT_EQ(tab().extBinInfos()[0].regionNumber, 5U);
+    list->view()->selectAll();
+    click("external_remove");
+    EXPECT_EQ(rowsOf("external"), 0) << "all selected files leave at once";
+}
+
+TEST_F(SfixTab, SmiFilesOfTheSfiTabAreCounted)
+{
+    auto *note = widget<QLabel>("smiNote_note");
+    EXPECT_TRUE(note->isHidden());
+    auto *sfi = static_cast<workbench::SfiTab *>(form.tab("sfi"));
+    sfi->changeDevice(kH7);
+    sfi->addFiles("smi", {folder.file("s.smi", std::string("SMIMAGIC") + std::string(120, 'd'))});
+    EXPECT_EQ(note->text(), "SMI files of the SFI tab that go into this image, too: 1");
+    EXPECT_FALSE(note->isHidden());
+    sfi->changeDevice(kU575);
+    EXPECT_TRUE(note->isHidden());
+}
+
 TEST_F(SfixTab, ParsingOfEitherImageDisablesRemoveUntilAClick)
 {
     chooseMcu(kU575);

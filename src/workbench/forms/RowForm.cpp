@@ -1,5 +1,6 @@
 #include "workbench/forms/RowForm.h"
 
+#include "workbench/forms/ListGrip.h"
 #include "workbench/widgets/FieldNames.h"
 
 #include <QAction>
@@ -92,6 +93,7 @@ void RowForm::addRows(const QList<FormRow> &rows)
         addRow(rows[at], at + 1 < rows.size() && rows[at + 1].besideThePrevious);
     }
     alignColumns();
+    showGrips();
     orderFocus();
     m_page->show();
     updateGenerate();
@@ -146,6 +148,26 @@ void RowForm::place(Line &line, bool isFirstOfPair)
     line.gridLine = m_grid->rowCount();
     m_grid->addWidget(line.label, line.gridLine, 0, labelAlignment);
     m_grid->addWidget(line.input, line.gridLine, 1, 1, isFirstOfPair ? 1 : kColumns - 1);
+    if (line.spec.kind == RowKind::List) {
+        line.grip = new ListGrip(line.input, m_page);
+        m_grid->addWidget(line.grip, line.gridLine + 1, 1, 1, kColumns - 1);
+    }
+}
+
+void RowForm::showGrips()
+{
+    QList<const Line *> shown;
+    for (const Line &line : m_lines) {
+        if (line.grip != nullptr && !line.input->isHidden()) {
+            shown.append(&line);
+        }
+    }
+    for (const Line &line : m_lines) {
+        if (line.grip != nullptr) {
+            // A list alone takes what the form has left.
+            line.grip->setVisible(shown.size() > 1 && shown.contains(&line));
+        }
+    }
 }
 
 void RowForm::placeSeparator(Line &line)
@@ -353,6 +375,7 @@ void RowForm::setRowVisible(const QString &name, bool visible)
     if (isTall(line->spec)) {
         // An empty line of the grid would keep its share of the height.
         m_grid->setRowStretch(line->gridLine, visible ? 1 : 0);
+        showGrips();
     }
 }
 

@@ -93,6 +93,7 @@ private:
         QLabel *label = nullptr;
         QWidget *input = nullptr;
         QFrame *separator = nullptr;
+        QWidget *grip = nullptr;   ///< below a list; shown where a form has two and more
         QAction *fault = nullptr;  ///< sign in the edit, once a check has failed
         int gridLine = 0;
     };
@@ -123,6 +124,7 @@ private:
     void watchText(const QString &name, QLineEdit *edit);
     void showFault(Line &line);
     void alignColumns();
+    void showGrips();
     void orderFocus();
     void showToolTip(const Line &line, const QString &why);
     void setStretch(const Line &line, bool visible);

@@ -1,5 +1,4 @@
 // How each kind of row looks.
-#include "workbench/forms/ListExtras.h"
 #include "workbench/forms/RowForm.h"
 #include "workbench/widgets/FieldNames.h"
 
@@ -87,7 +86,7 @@ QWidget *RowForm::makeList(Line &line)
     const FormRow &row = line.spec;
     auto *list = new FileList(m_key + '_' + row.name, row.label, m_page);
     line.label = list->label();
-    new EmptyListHint(list, row.hint);
+    list->setHint(row.hint);
     const QAbstractItemModel *model = list->view()->model();
     const auto changed = [this, name = row.name] { report(name); };
     connect(model, &QAbstractItemModel::rowsInserted, this, changed);

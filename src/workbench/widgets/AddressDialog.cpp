@@ -42,6 +42,12 @@ AddressDialog::AddressDialog(const QString &fileName, QWidget *parent) : QDialog
     connect(m_buttons, &QDialogButtonBox::rejected, this, &AddressDialog::reject);
 }
 
+void AddressDialog::proposeAddress(std::uint32_t address)
+{
+    m_startEdit->setText(QStringLiteral("0x") + QString::number(address, 16));
+    m_startEdit->selectAll();
+}
+
 void AddressDialog::OkEnabled()
 {
     m_buttons->button(QDialogButtonBox::Ok)->setEnabled(!m_startEdit->text().isEmpty());

@@ -14,6 +14,9 @@ public:
     /// @param fileName  shown as written, without folder
     explicit AddressDialog(const QString &fileName, QWidget *parent = nullptr);
 
+    /// Begins with an address that the file has already.
+    void proposeAddress(std::uint32_t address);
+
     /// The address given; only meaningful once the dialog was accepted.
     std::uint32_t address() const { return m_address; }
 

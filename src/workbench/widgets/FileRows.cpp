@@ -74,6 +74,12 @@ void FileRows::replace(int row, files::RecordOwner<FileData> record)
     updateMutedTexts();
 }
 
+void FileRows::setAddress(int row, std::uint32_t address)
+{
+    record(row).segments.front().address = address;
+    updateMutedTexts();
+}
+
 void FileRows::updateMutedTexts()
 {
     QMap<QString, int> sameName;

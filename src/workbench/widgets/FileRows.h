@@ -45,6 +45,9 @@ public:
     /// Puts a newly read record in the place of the old one, which is released.
     void replace(int row, files::RecordOwner<FileData> record);
 
+    /// Moves a raw binary to another address.
+    void setAddress(int row, std::uint32_t address);
+
     void removeAt(int row);
     void clear();
 

@@ -87,6 +87,12 @@ void SfiTab::connectLists()
                     enableRemove(row, selection);
                     display(row, selection);
                 });
+        list->setEditable([list](int at) {
+            const FileData &record = list->rows().record(at);
+            return record.type == file_type::kBinary && !record.segments.empty();
+        });
+        connect(list, &FileList::editRequested, this,
+                [this, row](int at) { editAddress(row, at); });
         // A click shows the file again when another list's file was shown meanwhile.
         connect(list->view(), &QListView::clicked, this, [this, row] { pickFile(row); });
     }
@@ -306,9 +312,28 @@ QVector<ExtBinInfo> SfiTab::extBinInfos() const
 
 void SfiTab::removeSelected(const QString &row)
 {
-    const int selected = form()->list(row)->selectedRow();
-    if (selected >= 0) {
-        dropFile(row, selected);
+    const QList<int> selected = form()->list(row)->selectedRows();  // the last one first
+    for (const int at : selected) {
+        dropFile(row, at);
+    }
+}
+
+void SfiTab::editAddress(const QString &row, int at)
+{
+    FileRows &files = form()->list(row)->rows();
+    AddressDialog dialog(QFileInfo(files.path(at)).fileName(), context().boxParent);
+    dialog.proposeAddress(files.record(at).segments.front().address);
+    if (dialog.exec() != QDialog::Accepted) {
+        return;
+    }
+    files.setAddress(at, dialog.address());
+    if (files.note(at).isValid()) {
+        auto region = files.note(at).value<ExtBinInfo>();
+        region.startAddress = dialog.address();
+        files.setNote(at, QVariant::fromValue(region));
+    }
+    if (m_shownRow == row) {
+        showFile(row);
     }
 }
 

@@ -51,6 +51,7 @@ public:
     void enableRemove(const QString &row, const QItemSelection &selection);
     /// Shows the selected file; without one nothing changes.
     void display(const QString &row, const QItemSelection &selection);
+    void editAddress(const QString &row, int at);  ///< of a raw binary in a firmware list
     void generate();
     void chooseImage();  ///< asks for an image and shows it in the parse pane
 
