@@ -30,7 +30,7 @@ bool isOneOf(const QWidget *widget)
 bool isOfQt(const QWidget *widget)
 {
     return widget->objectName().startsWith("qt_") || widget->inherits("QComboBoxListView") ||
-           isOneOf<QTableWidget, QTabBar, QLineEdit, QSpinBox>(widget->parentWidget());
+           isOneOf<QAbstractItemView, QTabBar, QLineEdit, QSpinBox>(widget->parentWidget());
 }
 
 QList<QWidget *> interactive(const Tab &tab)

@@ -66,6 +66,7 @@ QWidget *ObForm::buildTop()
         mcuBox->addItem(tr(entry.label));
     }
     nameWidget(mcuBox, QStringLiteral("ob_mcu_combo"), tr("Microcontroller"));
+    mcuBox->setToolTip(tr("The device whose option bytes are edited"));
     auto *label = new QLabel(tr("Microcontroller"), row);
     label->setObjectName(QStringLiteral("ob_mcu_label"));
     label->setBuddy(mcuBox);
