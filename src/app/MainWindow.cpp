@@ -1,10 +1,13 @@
 #include "app/MainWindow.h"
 
 #include "app/SelectionKeeper.h"
+#include "app/Shortcuts.h"
+#include "app/WindowSize.h"
 #include "report/DisplayMng.h"
 #include "workbench/frame/CentralWidget.h"
 
 #include <QCloseEvent>
+#include <QComboBox>
 #include <QCoreApplication>
 #include <QFileInfo>
 #include <QGroupBox>
@@ -17,7 +20,7 @@
 MainWindow::MainWindow(int argc, char **argv, QWidget *parent) : QMainWindow(parent)
 {
     setWindowTitle(tr("VDR32 Sealed Package Builder"));
-    setMinimumSize(1420, 800);
+    setMinimumSize(app::leastWindowSize(app::freeScreenArea()));
     setContextMenuPolicy(Qt::NoContextMenu);  // it would offer to hide the tool bar
     show();  // a box raised by the command line needs a window behind it
     InitMenuBar();
@@ -28,6 +31,7 @@ MainWindow::MainWindow(int argc, char **argv, QWidget *parent) : QMainWindow(par
     centralWidget->obkeyScrollArea->hide();
     setCentralWidget(centralWidget);
     connectActions();
+    app::addShortcuts(*this);
     settingsPath = QCoreApplication::applicationDirPath() + QLatin1String("/Settings.ini");
     if (QFileInfo::exists(settingsPath)) {
         LoadSettings();
@@ -42,7 +46,23 @@ MainWindow::MainWindow(int argc, char **argv, QWidget *parent) : QMainWindow(par
         }
         startWithArguments(arguments);
     }
+    focusDeviceBox();
     m_isStarting = false;
+}
+
+void MainWindow::focusDeviceBox() const
+{
+    const QWidget *page = centralWidget->tabWidget->currentWidget();
+    if (page == nullptr) {
+        return;
+    }
+    const auto boxes = page->findChildren<QComboBox *>();
+    for (QComboBox *box : boxes) {
+        if (box->objectName().endsWith(QLatin1String("_mcu_combo")) ||
+            box->objectName().endsWith(QLatin1String("_device_combo"))) {
+            box->setFocus();
+        }
+    }
 }
 
 void MainWindow::startWithoutArguments()
@@ -190,6 +210,7 @@ void MainWindow::closeEvent(QCloseEvent *event)
 void MainWindow::resizeEvent(QResizeEvent *event)
 {
     QMainWindow::resizeEvent(event);
+    fitToolBar();
     // The window is shown, and so resized, before it has a form.
     if (centralWidget == nullptr || centralWidget->obkeyScrollArea == nullptr) {
         return;

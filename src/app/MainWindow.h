@@ -1,10 +1,12 @@
 #pragma once
+#include "app/ClearedForms.h"
 #include "app/CommandLine.h"
 #include "app/SettingsFile.h"
 
 #include <QMainWindow>
 #include <QString>
 
+#include <memory>
 #include <optional>
 #include <vector>
 
@@ -76,7 +78,7 @@ public:
 
 public slots:
     void Check();
-    void Clear();
+    void Clear();  ///< of filled forms, "Undo" as the next action takes it back
     void Log();
     void Settings();
     void About();
@@ -98,6 +100,8 @@ protected:
 
 private:
     void connectActions();
+    void fitToolBar();            ///< words beside the icons, where there is room for them
+    void focusDeviceBox() const;  ///< of the tab in front
     void checkImage(const QString &path);
     void startWithoutArguments();
     void startWithArguments(const QStringList &arguments);
@@ -113,6 +117,8 @@ private:
     /// Tabs that keep something, in the order of their groups in the settings file.
     std::vector<workbench::Tab *> savedTabs() const;
 
+    std::unique_ptr<app::ClearedForms> m_cleared;  ///< what "Undo" would bring back
+    int m_wordsWidth = 0;                          ///< of the tool bar with its words
     bool m_isStarting = true;
     bool m_isRestoring = false;
     std::optional<int> m_closedStatus;

@@ -69,7 +69,12 @@ void MainWindow::checkImage(const QString &path)
 
 void MainWindow::Clear()
 {
-    centralWidget->clearForms();
+    // A second Clear would lose what the first one kept, without having anything of its own.
+    if (app::areFormsFilled(*centralWidget)) {
+        m_cleared = std::make_unique<app::ClearedForms>(*centralWidget);
+    } else {
+        centralWidget->clearForms();
+    }
 }
 
 void MainWindow::Log()
@@ -106,6 +111,11 @@ void MainWindow::OpenRef()
 
 void MainWindow::Undo()
 {
+    const std::unique_ptr<app::ClearedForms> cleared = std::move(m_cleared);
+    if (cleared != nullptr && cleared->areUntouched()) {
+        cleared->bringBack();
+        return;
+    }
     postKeyToFocus(Qt::Key_Z, Qt::ControlModifier);
 }
 

@@ -77,11 +77,26 @@ void MainWindow::InitToolsBar()
     toolBar->setObjectName(QStringLiteral("frame_tools_bar"));
     toolBar->setFloatable(false);
     toolBar->setMovable(false);
+    toolBar->setToolButtonStyle(Qt::ToolButtonTextBesideIcon);
     checkTool = addTool(toolBar, "tool_check_action", ":/parse.png", tr("check SFI/SMI"));
     clearTool = addTool(toolBar, "tool_clear_action", ":/clear.png", tr("clear"));
     settingsTool = addTool(toolBar, "tool_settings_action", ":/settings.png", tr("settings"));
     logsTool = addTool(toolBar, "tool_logs_action", ":/logs.png", tr("logs"));
     closeTool = addTool(toolBar, "tool_close_action", ":/close.png", tr("close"));
+    clearTool->setToolTip(tr("Empties all forms; Edit, Undo brings them back"));
+    settingsTool->setToolTip(tr("Padding byte, settings file and log file"));
+    logsTool->setToolTip(tr("Shows all messages of this run"));
+    toolBar->ensurePolished();
+    m_wordsWidth = toolBar->sizeHint().width();
+    fitToolBar();
+}
+
+void MainWindow::fitToolBar()
+{
+    if (toolBar != nullptr) {
+        toolBar->setToolButtonStyle(m_wordsWidth <= width() ? Qt::ToolButtonTextBesideIcon
+                                                            : Qt::ToolButtonIconOnly);
+    }
 }
 
 void MainWindow::connectActions()

@@ -93,7 +93,8 @@ std::vector<workbench::Tab *> MainWindow::savedTabs() const
 void MainWindow::Settings()
 {
     SettingsDialog dialog(this);
-    dialog.setValues({paddingFF, generateSettingsFile, generateLogFile, logFilePath});
+    dialog.setValues({paddingFF, generateSettingsFile, generateLogFile, logFilePath},
+                     app::areFormsFilled(*centralWidget));
     if (dialog.exec() != QDialog::Accepted) {
         return;
     }
@@ -101,6 +102,7 @@ void MainWindow::Settings()
     if (chosen.paddingFF != paddingFF) {
         paddingFF = chosen.paddingFF;
         Clear();  // no list may hold files padded the old way
+        m_cleared.reset();
         centralWidget->fileManager.paddingByte = paddingByte(paddingFF);
     }
     generateLogFile = chosen.generateLogFile;

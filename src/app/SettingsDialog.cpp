@@ -46,10 +46,31 @@ void SettingsDialog::buildPadding()
     m_paddingFF = new QRadioButton(tr("0xFF"), group);
     nameWidget(m_padding00, QStringLiteral("settings_pad00_radio"), tr("Padding byte 0x00"));
     nameWidget(m_paddingFF, QStringLiteral("settings_padFF_radio"), tr("Padding byte 0xFF"));
-    auto *row = new QHBoxLayout(group);
+    // Said before Ok, since nothing brings the forms back afterwards.
+    m_paddingWarning = new QLabel(tr("Ok will empty all forms: their files were read with the "
+                                     "other padding byte."),
+                                  group);
+    m_paddingWarning->setObjectName(QStringLiteral("settings_pad_label"));
+    m_paddingWarning->setWordWrap(true);
+    m_paddingWarning->hide();
+    connect(m_paddingFF, &QRadioButton::toggled, this, &SettingsDialog::warnOfPadding);
+    auto *row = new QHBoxLayout;
     row->addWidget(m_padding00);
     row->addWidget(m_paddingFF);
     row->addStretch();
+    auto *column = new QVBoxLayout(group);
+    column->addLayout(row);
+    column->addWidget(m_paddingWarning);
+}
+
+void SettingsDialog::warnOfPadding()
+{
+    const bool wanted = m_hasFilledForms && m_paddingFF->isChecked() != m_paddingWasFF;
+    m_paddingWarning->setVisible(wanted);
+    // Screen readers don't read a label that appears, but what belongs to the button in focus.
+    for (QRadioButton *button : {m_padding00, m_paddingFF}) {
+        button->setAccessibleDescription(wanted ? m_paddingWarning->text() : QString());
+    }
 }
 
 void SettingsDialog::buildSettings()
@@ -86,13 +107,17 @@ void SettingsDialog::buildLog()
     column->addLayout(row);
 }
 
-void SettingsDialog::setValues(const Values &values)
+void SettingsDialog::setValues(const Values &values, bool hasFilledForms)
 {
+    m_paddingWasFF = values.paddingFF;
+    m_hasFilledForms = hasFilledForms;
     m_padding00->setChecked(!values.paddingFF);
     m_paddingFF->setChecked(values.paddingFF);
     m_settings->setChecked(values.generateSettingsFile);
     m_log->setChecked(values.generateLogFile);
     m_logPath->setText(values.logFilePath);
+    warnOfPadding();
+    (values.paddingFF ? m_paddingFF : m_padding00)->setFocus();
     LogEnabled();  // a box that is set to what it was sends no signal
 }
 

@@ -2,6 +2,7 @@
 #include <QCheckBox>
 #include <QDialog>
 #include <QGroupBox>
+#include <QLabel>
 #include <QLineEdit>
 #include <QPushButton>
 #include <QRadioButton>
@@ -21,7 +22,9 @@ public:
         bool generateLogFile = false;
         QString logFilePath;
     };
-    void setValues(const Values &values);
+    /// Shows values as those that hold now; the focus goes to the padding byte in use.
+    /// @param hasFilledForms  whether another padding byte would empty something
+    void setValues(const Values &values, bool hasFilledForms = false);
     [[nodiscard]] Values values() const;
 
 public slots:
@@ -34,11 +37,15 @@ private:
     void buildPadding();
     void buildSettings();
     void buildLog();
+    void warnOfPadding();
 
     QRadioButton *m_padding00 = nullptr;
     QRadioButton *m_paddingFF = nullptr;
+    QLabel *m_paddingWarning = nullptr;
     QCheckBox *m_settings = nullptr;
     QCheckBox *m_log = nullptr;
     QLineEdit *m_logPath = nullptr;
     QPushButton *m_logFolder = nullptr;
+    bool m_paddingWasFF = true;
+    bool m_hasFilledForms = false;
 };

@@ -5,7 +5,12 @@
 #include <QFile>
 
 #include <cwchar>
+#include <fcntl.h>
 #include <iterator>
+#include <string_view>
+#include <sys/stat.h>
+#include <unistd.h>
+#include <utility>
 
 QStringList logs;
 
@@ -40,6 +45,29 @@ Dispatch dispatchOf(int level, bool plainLevels)
         return {level, L"Error: "};
     }
     return {level, level == 4 || level == 10 ? L"Warning: " : L""};
+}
+
+/// Empties an open file that begins like a log, "hh:mm:ss:zzz ". Devices and pipes have nothing to
+/// lose, and looking into them could take what others wait for.
+/// @return false for a file with other content, which is untouched
+bool mayBeEmptied(int file)
+{
+    struct stat status = {};
+    if (::fstat(file, &status) != 0 || !S_ISREG(status.st_mode) || status.st_size == 0) {
+        return true;
+    }
+    constexpr std::string_view kForm = "00:00:00:000 ";
+    char begin[kForm.size()];
+    if (::pread(file, begin, kForm.size(), 0) != static_cast<ssize_t>(kForm.size())) {
+        return false;
+    }
+    for (std::size_t at = 0; at < kForm.size(); ++at) {
+        const bool isDigit = begin[at] >= '0' && begin[at] <= '9';
+        if (kForm[at] == '0' ? !isDigit : begin[at] != kForm[at]) {
+            return false;
+        }
+    }
+    return ::ftruncate(file, 0) == 0;
 }
 
 }  // namespace
@@ -77,10 +105,26 @@ void DisplayMng::initLogFile(const QString &path)
 {
     // Left open, the old stream would write its rest into the file at exit, behind the new lines.
     if (logFile != nullptr) {
-        std::fclose(logFile);
+        std::fclose(std::exchange(logFile, nullptr));
     }
-    // "e": an external tool must not inherit the log.
-    logFile = std::fopen(QFile::encodeName(path).constData(), "w+e");
+    // An external tool must not inherit the log.
+    const int file =
+        ::open(QFile::encodeName(path).constData(), O_RDWR | O_CREAT | O_CLOEXEC, 0666);
+    if (file < 0) {
+        return;
+    }
+    if (!mayBeEmptied(file)) {
+        ::close(file);
+        logMessage(5,
+                   L"The file %ls is not a log file of this program and is left as it is. No log "
+                   L"file is written.",
+                   path.toStdWString().c_str());
+        return;
+    }
+    logFile = ::fdopen(file, "w+");
+    if (logFile == nullptr) {
+        ::close(file);
+    }
 }
 
 void DisplayMng::InitProgressBar()

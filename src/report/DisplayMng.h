@@ -28,9 +28,10 @@ public:
     /// at 30,719 characters, the prefix not counted. Uses the stack alone, no heap.
     void logMessage(int level, const wchar_t *format, ...);
 
-    /// Opens `path` with mode "w+", so an existing file is emptied. A failure leaves `logFile`
-    /// null and isn't reported. A stream that was open before is closed, so that its lines are
-    /// kept.
+    /// Opens `path` with mode "w+", so an earlier log is emptied. A file that doesn't begin like a
+    /// log (a time, a blank) stays as it is: that is told at level 5, and there is no log. Any
+    /// other failure isn't reported. `logFile` is null afterwards in both cases. A stream that was
+    /// open before is closed, so that its lines are kept.
     void initLogFile(const QString &path);
 
     void InitProgressBar();

@@ -250,7 +250,7 @@ TEST_F(SavedState, AWindowClosedWhileItIsRestoredSavesNothing)
 
 TEST_F(SavedState, TheLogFileStartsEmptyWithTheNextRun)
 {
-    const QString log = folder.file("trace.log", "of the run before\n");
+    const QString log = folder.file("trace.log", "10:20:30:456 of the run before\n");
     writeSettings("[Window]\nSettings\\logCheck=true\nSettings\\logLine=" + log.toUtf8() + '\n');
     const WindowUnderTest window;
     DisplayMng &display = DisplayMng::getInstance();

@@ -2,6 +2,7 @@
 
 #include <QAction>
 #include <QCheckBox>
+#include <QLabel>
 #include <QRadioButton>
 
 namespace
@@ -69,6 +70,37 @@ TEST_F(SettingsDialogTest, OnlyAnotherPaddingByteEmptiesTheForms)
     EXPECT_FALSE(window->paddingFF);
     EXPECT_EQ(window.form().fileManager.paddingByte, 0x00);
     EXPECT_EQ(widget<QLineEdit>(window, "sfi_key_edit")->text(), "");
+}
+
+TEST_F(SettingsDialogTest, AnotherPaddingByteSaysWhatItEmptiesBeforeOk)
+{
+    const WindowUnderTest window;
+    const auto look = [&window](bool filled) {
+        const DialogAnswers boxes({answer([filled](QDialog &dialog) {
+            auto &warning = in<QLabel>(dialog, "settings_pad_label");
+            auto &other = in<QRadioButton>(dialog, "settings_pad00_radio");
+            EXPECT_EQ(dialog.focusWidget()->objectName(), "settings_padFF_radio");
+            EXPECT_FALSE(warning.isVisible());
+            other.click();
+            EXPECT_EQ(warning.isVisible(), filled);
+            EXPECT_EQ(other.accessibleDescription(), filled ? warning.text() : QString());
+            click(dialog, "settings_padFF_radio");
+            EXPECT_FALSE(warning.isVisible());
+            dialog.reject();
+        })});
+        window->Settings();
+    };
+    look(false);
+    fill(window, "sfix_nonce_edit", "/nonce.bin");
+    look(true);
+    window->paddingFF = false;
+    const DialogAnswers boxes({answer([](QDialog &dialog) {
+        EXPECT_EQ(dialog.focusWidget()->objectName(), "settings_pad00_radio");
+        click(dialog, "settings_padFF_radio");
+        EXPECT_TRUE(in<QLabel>(dialog, "settings_pad_label").isVisible());
+        dialog.reject();
+    })});
+    window->Settings();
 }
 
 TEST_F(SettingsDialogTest, TheLogFileFollowsItsBox)

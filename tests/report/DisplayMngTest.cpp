@@ -82,14 +82,50 @@ TEST_F(Sink, ANewLogFileEmptiesItsTargetAndKeepsTheLinesOfTheOldOne)
     };
     sink.initLogFile(path("a.log"));
     ASSERT_NE(sink.logFile, nullptr);
-    std::fputs("first", sink.logFile);
+    std::fputs("10:20:30:456 first", sink.logFile);
     sink.initLogFile(path("\xC3\xA9.log"));
-    EXPECT_EQ(contents(path("a.log")), "first");
+    EXPECT_EQ(contents(path("a.log")), "10:20:30:456 first");
     EXPECT_EQ(contents(path("\xC3\xA9.log")), "");
     sink.initLogFile(path("a.log"));
     EXPECT_EQ(contents(path("a.log")), "");
     sink.initLogFile(path("missing/x.log"));
     EXPECT_EQ(sink.logFile, nullptr);
+}
+
+// A wrong choice in the settings must not cost a key or a report of somebody else.
+TEST_F(Sink, AFileThatIsNoLogIsLeftAsItIs)
+{
+    const QTemporaryDir folder;
+    const QString path = folder.filePath("VDR32SPB_Trace.log");
+    const auto write = [&path](const QByteArray &bytes) {
+        QFile file(path);
+        ASSERT_TRUE(file.open(QIODevice::WriteOnly));
+        file.write(bytes);
+    };
+    const auto contents = [&path] {
+        QFile file(path);
+        return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray("absent");
+    };
+    for (const char *other : {"k", "10:20:30:456", "10:20:30.456 text", "2026-11-23 10:20:30 text",
+                              "x10:20:30:456 text", "\n10:20:30:456 text"}) {
+        write(other);
+        seen.clear();
+        sink.initLogFile(path);
+        EXPECT_EQ(sink.logFile, nullptr) << other;
+        EXPECT_EQ(contents(), other);
+        ASSERT_EQ(seen.size(), 1) << other;
+        EXPECT_TRUE(seen[0].startsWith("5|Error: The file " + path)) << seen[0].toStdString();
+    }
+    for (const char *log : {"", "10:20:30:456 text\nmore", "00:00:00:000 "}) {
+        write(log);
+        seen.clear();
+        sink.initLogFile(path);
+        EXPECT_NE(sink.logFile, nullptr) << log;
+        EXPECT_EQ(contents(), "");
+        EXPECT_TRUE(seen.isEmpty());
+    }
+    sink.initLogFile("/dev/null");
+    EXPECT_NE(sink.logFile, nullptr);
 }
 
 }  // namespace

@@ -180,6 +180,22 @@ void FileList::removeAllRows()
     reportSelection();
 }
 
+FileRows::Taken FileList::takeRows()
+{
+    FileRows::Taken taken;
+    {
+        const QScopedValueRollback<bool> guard(m_changingRows, true);
+        taken = m_rows.takeAll();
+    }
+    reportSelection();
+    return taken;
+}
+
+void FileList::giveBack(FileRows::Taken taken)
+{
+    m_rows.giveBack(std::move(taken));
+}
+
 void FileList::clearSelection()
 {
     m_view->clearSelection();

@@ -50,6 +50,10 @@ public:
     /// Removes a row with its record. Was it selected, the selection goes to the next one.
     void removeRow(int row);
     void removeAllRows();
+
+    /// Takes all files out, to be given back later. Nothing is released.
+    FileRows::Taken takeRows();
+    void giveBack(FileRows::Taken taken);
     void clearSelection();
 
 signals:

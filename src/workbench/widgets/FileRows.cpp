@@ -7,7 +7,9 @@
 #include <QMap>
 
 #include <algorithm>
+#include <iterator>
 #include <memory>
+#include <utility>
 
 namespace workbench
 {
@@ -115,6 +117,24 @@ void FileRows::clear()
     m_paths.clear();
     m_records.clear();
     m_model.clear();
+}
+
+FileRows::Taken FileRows::takeAll()
+{
+    Taken taken{std::exchange(m_paths, {}), std::exchange(m_records, {}), {}};
+    while (m_model.rowCount() > 0) {
+        taken.rows.emplace_back(m_model.takeRow(0).front());
+    }
+    return taken;
+}
+
+void FileRows::giveBack(Taken taken)
+{
+    m_paths.append(taken.paths);
+    std::ranges::move(taken.records, std::back_inserter(m_records));
+    for (auto &row : taken.rows) {
+        m_model.appendRow(row.release());
+    }
 }
 
 }  // namespace workbench

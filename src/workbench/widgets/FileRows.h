@@ -6,6 +6,7 @@
 #include <QStandardItemModel>
 #include <QStringList>
 
+#include <memory>
 #include <vector>
 
 namespace workbench
@@ -50,6 +51,15 @@ public:
 
     void removeAt(int row);
     void clear();
+
+    /// Files on their way from a list and back: records, and rows with all that they hold.
+    struct Taken {
+        QStringList paths;
+        std::vector<files::RecordOwner<FileData>> records;
+        std::vector<std::unique_ptr<QStandardItem>> rows;
+    };
+    Taken takeAll();  ///< leaves the list empty
+    void giveBack(Taken taken);
 
 private:
     static constexpr int kNoteRole = Qt::UserRole + 1;
