@@ -32,7 +32,7 @@ bool isTrue(const QString &text)
 
 }  // namespace
 
-ConfigPeriph DomParser::GetConfigPeriph(QDomNode peripheral)
+ConfigPeriph DomParser::GetConfigPeriph(const QDomNode &peripheral)
 {
     ConfigPeriph record;
     if (dataState != Good) {
@@ -56,7 +56,7 @@ ConfigPeriph DomParser::GetConfigPeriph(QDomNode peripheral)
     return record;
 }
 
-ConfigConfPeriph DomParser::GetConfigconfiguration(QDomNode configuration)
+ConfigConfPeriph DomParser::GetConfigconfiguration(const QDomNode &configuration)
 {
     ConfigConfPeriph record;
     if (dataState != Good) {
@@ -74,7 +74,7 @@ ConfigConfPeriph DomParser::GetConfigconfiguration(QDomNode configuration)
     return record;
 }
 
-ConfigBank DomParser::GetConfigBank(QDomNode bank)
+ConfigBank DomParser::GetConfigBank(const QDomNode &bank)
 {
     ConfigBank record;
     if (dataState != Good) {
@@ -91,7 +91,7 @@ ConfigBank DomParser::GetConfigBank(QDomNode bank)
     return record;
 }
 
-ConfigCategory DomParser::GetConfigCategory(QDomNode category)
+ConfigCategory DomParser::GetConfigCategory(const QDomNode &category)
 {
     ConfigCategory record;
     if (dataState != Good) {
@@ -107,7 +107,7 @@ ConfigCategory DomParser::GetConfigCategory(QDomNode category)
     return record;
 }
 
-ConfigSector DomParser::GetConfigSector(QDomNode field)
+ConfigSector DomParser::GetConfigSector(const QDomNode &field)
 {
     ConfigSector record;
     if (dataState != Good) {
@@ -130,7 +130,7 @@ ConfigSector DomParser::GetConfigSector(QDomNode field)
     return record;
 }
 
-std::vector<Bit> DomParser::GetConfigAssignedBits(QDomNode assignedBits)
+std::vector<Bit> DomParser::GetConfigAssignedBits(const QDomNode &assignedBits)
 {
     std::vector<Bit> bits;
     if (dataState != Good) {
@@ -145,7 +145,7 @@ std::vector<Bit> DomParser::GetConfigAssignedBits(QDomNode assignedBits)
     return bits;
 }
 
-std::vector<Bit> DomParser::GetConfigBit(QDomNode bitElement)
+std::vector<Bit> DomParser::GetConfigBit(const QDomNode &bitElement)
 {
     if (dataState != Good) {
         return {};
@@ -239,7 +239,7 @@ void DomParser::noteIrreversible(const QDomElement &values, const Bit &whole, bo
     });
 }
 
-BitsValue DomParser::GetConfigVal(QDomNode val) const
+BitsValue DomParser::GetConfigVal(const QDomNode &val) const
 {
     BitsValue record;
     if (dataState != Good) {
@@ -255,7 +255,7 @@ BitsValue DomParser::GetConfigVal(QDomNode val) const
     return record;
 }
 
-DomParser::Equation DomParser::GetConfigEqu(QDomNode equation) const
+DomParser::Equation DomParser::GetConfigEqu(const QDomNode &equation) const
 {
     Equation record;
     if (dataState != Good) {

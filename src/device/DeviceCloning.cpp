@@ -126,6 +126,7 @@ SfiTzenInfo DataGateWay::CloneSfiTzenInformations(const SfiTzenInfo &source)
 std::vector<Bank> DataGateWay::CloneStorageBanks(const std::vector<StorageBank> &source)
 {
     std::vector<Bank> banks;
+    banks.reserve(source.size());
     for (const StorageBank &bank : source) {
         banks.push_back({bank.name, bank.sectors});
     }

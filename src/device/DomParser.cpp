@@ -29,7 +29,7 @@ xml::Limits deviceFileLimits()
 
 }  // namespace
 
-DomParser::DomParser(std::string path)
+DomParser::DomParser(const std::string &path)
 {
     QDomDocument *opened = nullptr;
     init_QDom_doc(QString::fromStdString(path), &opened);
@@ -41,7 +41,7 @@ DomParser::DomParser(std::string path)
 
 DomParser::~DomParser() = default;
 
-void DomParser::init_QDom_doc(QString path, QDomDocument **outDocument)
+void DomParser::init_QDom_doc(const QString &path, QDomDocument **outDocument)
 {
     *outDocument = nullptr;
     const auto text = xml::readBounded(path, deviceFileLimits());
@@ -49,12 +49,12 @@ void DomParser::init_QDom_doc(QString path, QDomDocument **outDocument)
         m_failure = text.error().text;
         return;
     }
-    auto parsed = xml::parse(*text, deviceFileLimits(), QStringLiteral("Prog_DB"));
+    const auto parsed = xml::parse(*text, deviceFileLimits(), QStringLiteral("Prog_DB"));
     if (!parsed) {
         m_failure = parsed.error().text;
         return;
     }
-    *outDocument = new QDomDocument(std::move(*parsed));
+    *outDocument = new QDomDocument(*parsed);
 }
 
 void DomParser::check_DB()
@@ -73,7 +73,7 @@ void DomParser::check_DB()
     m_failure = dataState == Good ? "" : "its second node isn't Root";
 }
 
-std::string DomParser::get_txt(QDomNode element) const
+std::string DomParser::get_txt(const QDomNode &element) const
 {
     if (dataState != Good) {
         return {};
@@ -135,7 +135,7 @@ Device *DomParser::GetDevice(unsigned short id)
     return record.release();
 }
 
-GenInformations DomParser::GetGenInformations(QDomNode device) const
+GenInformations DomParser::GetGenInformations(const QDomNode &device) const
 {
     GenInformations record;
     if (dataState != Good) {
@@ -158,7 +158,7 @@ GenInformations DomParser::GetGenInformations(QDomNode device) const
     return record;
 }
 
-SfiTzenInfo DomParser::GetTzInformations(QDomNode device) const
+SfiTzenInfo DomParser::GetTzInformations(const QDomNode &device) const
 {
     SfiTzenInfo record;
     if (dataState != Good) {
@@ -184,7 +184,7 @@ SfiTzenInfo DomParser::GetTzInformations(QDomNode device) const
     return record;
 }
 
-int DomParser::CheckPeriphType(QDomNode peripheral) const
+int DomParser::CheckPeriphType(const QDomNode &peripheral) const
 {
     int type = -1;
     if (dataState != Good) {
@@ -199,7 +199,7 @@ int DomParser::CheckPeriphType(QDomNode peripheral) const
     return type;
 }
 
-DomParser::Peripherals DomParser::GetPeriphs(QDomNode peripherals)
+DomParser::Peripherals DomParser::GetPeriphs(const QDomNode &peripherals)
 {
     Peripherals lists;
     if (dataState != Good) {
@@ -221,7 +221,7 @@ DomParser::Peripherals DomParser::GetPeriphs(QDomNode peripherals)
     return lists;
 }
 
-DomParser::Interfaces DomParser::GetConfigurations(QDomNode configurations) const
+DomParser::Interfaces DomParser::GetConfigurations(const QDomNode &configurations) const
 {
     Interfaces interfaces;
     if (dataState != Good) {
@@ -241,7 +241,7 @@ DomParser::Interfaces DomParser::GetConfigurations(QDomNode configurations) cons
     return interfaces;
 }
 
-InterfaceConfiguration DomParser::GetInterface(QDomNode interfaceElement) const
+InterfaceConfiguration DomParser::GetInterface(const QDomNode &interfaceElement) const
 {
     InterfaceConfiguration record;
     if (dataState != Good) {
@@ -256,7 +256,7 @@ InterfaceConfiguration DomParser::GetInterface(QDomNode interfaceElement) const
     return record;
 }
 
-Configuration DomParser::GetConfiguration(QDomNode configuration) const
+Configuration DomParser::GetConfiguration(const QDomNode &configuration) const
 {
     Configuration record;
     if (dataState != Good) {
@@ -273,7 +273,7 @@ Configuration DomParser::GetConfiguration(QDomNode configuration) const
     return record;
 }
 
-ConfigCondition DomParser::GetConfigCondition(QDomNode condition) const
+ConfigCondition DomParser::GetConfigCondition(const QDomNode &condition) const
 {
     ConfigCondition record;
     if (dataState != Good) {
@@ -291,7 +291,7 @@ ConfigCondition DomParser::GetConfigCondition(QDomNode condition) const
     return record;
 }
 
-void DomParser::GetConfigWCondition(QDomNode writeRegister, ConfigCondition &out) const
+void DomParser::GetConfigWCondition(const QDomNode &writeRegister, ConfigCondition &out) const
 {
     if (dataState != Good) {
         return;
@@ -300,7 +300,7 @@ void DomParser::GetConfigWCondition(QDomNode writeRegister, ConfigCondition &out
     out.writeValue = hexadecimalAs<std::uint32_t>(attribute(writeRegister, "value", "0x0"));
 }
 
-void DomParser::GetConfigRCondition(QDomNode readRegister, ConfigCondition &out) const
+void DomParser::GetConfigRCondition(const QDomNode &readRegister, ConfigCondition &out) const
 {
     if (dataState != Good) {
         return;
@@ -310,7 +310,7 @@ void DomParser::GetConfigRCondition(QDomNode readRegister, ConfigCondition &out)
     out.readValue = hexadecimalAs<std::uint32_t>(attribute(readRegister, "value", "0x0"));
 }
 
-std::vector<std::uint8_t> DomParser::GetCfgList(QDomAttr list) const
+std::vector<std::uint8_t> DomParser::GetCfgList(const QDomAttr &list) const
 {
     std::vector<std::uint8_t> numbers;
     if (dataState != Good) {
@@ -323,7 +323,7 @@ std::vector<std::uint8_t> DomParser::GetCfgList(QDomAttr list) const
     return numbers;
 }
 
-void DomParser::GetParmList(QDomNode parameters, std::string &name, unsigned int &size,
+void DomParser::GetParmList(const QDomNode &parameters, std::string &name, unsigned int &size,
                             unsigned int &address, unsigned int *occurence) const
 {
     if (dataState != Good) {

@@ -34,7 +34,7 @@ public:
     };
 
     /// @param path  of the file, UTF-8
-    explicit DomParser(std::string path);
+    explicit DomParser(const std::string &path);
     ~DomParser();
     DomParser(const DomParser &) = delete;
     DomParser &operator=(const DomParser &) = delete;
@@ -56,55 +56,55 @@ public:
 
     void check_DB();  ///< sets the state
     /// Reads a file. @param outDocument  receives the document, owned by the caller, or null
-    void init_QDom_doc(QString path, QDomDocument **outDocument);
+    void init_QDom_doc(const QString &path, QDomDocument **outDocument);
 
     // One reader for each element of the format; each returns an empty record in any state but
     // Good, and throws as `GetDevice` does, or std::length_error beyond the budget.
 
     /// @return the text of the element's first child, or an empty one
-    std::string get_txt(QDomNode element) const;
+    std::string get_txt(const QDomNode &element) const;
     /// @return 0 storage, 1 configuration, -1 any other type or none
-    int CheckPeriphType(QDomNode peripheral) const;
+    int CheckPeriphType(const QDomNode &peripheral) const;
     QDomNode GetDeviceNode(unsigned short id) const;
-    GenInformations GetGenInformations(QDomNode device) const;
-    SfiTzenInfo GetTzInformations(QDomNode device) const;
+    GenInformations GetGenInformations(const QDomNode &device) const;
+    SfiTzenInfo GetTzInformations(const QDomNode &device) const;
     struct Peripherals {
         std::vector<StoragePeriph> storage;
         std::vector<ConfigPeriph> config;
     };
-    Peripherals GetPeriphs(QDomNode peripherals);
+    Peripherals GetPeriphs(const QDomNode &peripherals);
     struct Interfaces {
         InterfaceConfiguration records[2];  ///< by `InterfaceType`
     };
-    Interfaces GetConfigurations(QDomNode configurations) const;
-    StoragePeriph GetStoragePeriph(QDomNode peripheral);
-    ConfigPeriph GetConfigPeriph(QDomNode peripheral);
-    StorageConfig GetStorageConfig(QDomNode configuration);
-    StorageBank GetStorageBank(QDomNode bank);
-    std::vector<StorageSector> GetStorageSector(QDomNode field);
-    ConfigConfPeriph GetConfigconfiguration(QDomNode configuration);
-    ConfigBank GetConfigBank(QDomNode bank);
-    ConfigCategory GetConfigCategory(QDomNode category);
-    ConfigSector GetConfigSector(QDomNode field);
-    std::vector<Bit> GetConfigAssignedBits(QDomNode assignedBits);
-    std::vector<Bit> GetConfigBit(QDomNode bitElement);
-    BitsValue GetConfigVal(QDomNode val) const;
+    Interfaces GetConfigurations(const QDomNode &configurations) const;
+    StoragePeriph GetStoragePeriph(const QDomNode &peripheral);
+    ConfigPeriph GetConfigPeriph(const QDomNode &peripheral);
+    StorageConfig GetStorageConfig(const QDomNode &configuration);
+    StorageBank GetStorageBank(const QDomNode &bank);
+    std::vector<StorageSector> GetStorageSector(const QDomNode &field);
+    ConfigConfPeriph GetConfigconfiguration(const QDomNode &configuration);
+    ConfigBank GetConfigBank(const QDomNode &bank);
+    ConfigCategory GetConfigCategory(const QDomNode &category);
+    ConfigSector GetConfigSector(const QDomNode &field);
+    std::vector<Bit> GetConfigAssignedBits(const QDomNode &assignedBits);
+    std::vector<Bit> GetConfigBit(const QDomNode &bitElement);
+    BitsValue GetConfigVal(const QDomNode &val) const;
     struct Equation {
         std::uint32_t multiplier = 1;
         std::uint32_t offset = 0;
     };
-    Equation GetConfigEqu(QDomNode equation) const;
-    InterfaceConfiguration GetInterface(QDomNode interfaceElement) const;
-    Configuration GetConfiguration(QDomNode configuration) const;
-    ConfigCondition GetConfigCondition(QDomNode condition) const;
+    Equation GetConfigEqu(const QDomNode &equation) const;
+    InterfaceConfiguration GetInterface(const QDomNode &interfaceElement) const;
+    Configuration GetConfiguration(const QDomNode &configuration) const;
+    ConfigCondition GetConfigCondition(const QDomNode &condition) const;
     /// The two halves of a condition: each sets its own fields alone.
-    void GetConfigWCondition(QDomNode writeRegister, ConfigCondition &out) const;
-    void GetConfigRCondition(QDomNode readRegister, ConfigCondition &out) const;
+    void GetConfigWCondition(const QDomNode &writeRegister, ConfigCondition &out) const;
+    void GetConfigRCondition(const QDomNode &readRegister, ConfigCondition &out) const;
     /// Splits at commas, drops empty parts, cuts each decimal number to 8 bits.
-    std::vector<std::uint8_t> GetCfgList(QDomAttr list) const;
+    std::vector<std::uint8_t> GetCfgList(const QDomAttr &list) const;
     /// Reads the attributes of a `Parameters` element; what is absent leaves its target untouched.
     /// @param occurence  may be null; else it gets that attribute, or 1
-    void GetParmList(QDomNode parameters, std::string &name, unsigned int &size,
+    void GetParmList(const QDomNode &parameters, std::string &name, unsigned int &size,
                      unsigned int &address, unsigned int *occurence) const;
 
 private:

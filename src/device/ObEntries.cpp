@@ -5,7 +5,7 @@ namespace device
 
 QString proposedCsvPath(const QString &folder, int index)
 {
-    const QString start = folder + QLatin1Char('\\');
+    QString start = folder + QLatin1Char('\\');
     if (index < 1 || index >= static_cast<int>(kObEntries.size())) {
         return start;
     }

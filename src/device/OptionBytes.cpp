@@ -236,8 +236,8 @@ std::vector<BitCell> bitTableLayout(const obReg &reg)
     const std::vector<FieldKind> kinds = fieldKinds(reg);
     for (std::size_t i = 0; i < reg.fields.size(); ++i) {
         const obField &field = reg.fields[i];
-        for (int b = 0; kinds[i] != FieldKind::None && b < field.width; ++b) {
-            owner[static_cast<std::size_t>(field.offset + b)] = static_cast<int>(i);
+        for (std::size_t b = 0; kinds[i] != FieldKind::None && b < field.width; ++b) {
+            owner[field.offset + b] = static_cast<int>(i);
         }
     }
     std::vector<BitCell> cells;

@@ -8,11 +8,10 @@
 
 using device::attribute;
 using device::forEachElement;
-using device::hexadecimalAs;
 using device::isNamed;
 using device::readHexadecimal;
 
-StoragePeriph DomParser::GetStoragePeriph(QDomNode peripheral)
+StoragePeriph DomParser::GetStoragePeriph(const QDomNode &peripheral)
 {
     StoragePeriph record;
     if (dataState != Good) {
@@ -47,7 +46,7 @@ StoragePeriph DomParser::GetStoragePeriph(QDomNode peripheral)
     return record;
 }
 
-StorageConfig DomParser::GetStorageConfig(QDomNode configuration)
+StorageConfig DomParser::GetStorageConfig(const QDomNode &configuration)
 {
     StorageConfig record;
     if (dataState != Good) {
@@ -81,7 +80,7 @@ StorageConfig DomParser::GetStorageConfig(QDomNode configuration)
     return record;
 }
 
-StorageBank DomParser::GetStorageBank(QDomNode bank)
+StorageBank DomParser::GetStorageBank(const QDomNode &bank)
 {
     StorageBank record;
     if (dataState != Good) {
@@ -98,7 +97,7 @@ StorageBank DomParser::GetStorageBank(QDomNode bank)
     return record;
 }
 
-std::vector<StorageSector> DomParser::GetStorageSector(QDomNode field)
+std::vector<StorageSector> DomParser::GetStorageSector(const QDomNode &field)
 {
     std::vector<StorageSector> sectors;
     if (dataState != Good) {
