@@ -506,6 +506,32 @@ TEST_F(SfiTab, MissingInputsAreNamedInTheOrderOfTheFormAndLeadThere)
     EXPECT_TRUE(edit("nonce")->hasFocus());
 }
 
+TEST_F(SfiTab, EmptyListsSayWhatGoesInUnderTheStyleSheetToo)
+{
+    QFile style(":/style.qss");
+    ASSERT_TRUE(style.open(QIODevice::ReadOnly));
+    qApp->setStyleSheet(style.readAll());
+    auto *view = widget<QListView>("firmware_list");
+    const auto hasWords = [view] {
+        const QImage seen = view->viewport()->grab().toImage();
+        const QRgb paper = seen.pixel(seen.width() - 2, seen.height() - 2);
+        for (int y = 0; y < seen.height(); ++y) {
+            for (int x = 0; x < seen.width(); ++x) {
+                if (qAbs(qGray(seen.pixel(x, y)) - qGray(paper)) > 60) {
+                    return true;
+                }
+            }
+        }
+        return false;
+    };
+    EXPECT_TRUE(hasWords());
+    const auto *words = view->viewport()->findChild<QLabel *>();
+    EXPECT_EQ(words->text(), "Add files or drop them here");
+    prepare(kU575);
+    EXPECT_FALSE(words->isVisible());
+    qApp->setStyleSheet({});
+}
+
 TEST_F(SfiTab, AHexFileThatChangedOnDiskKeepsNoOldAddress)
 {
     prepare(kU575);

@@ -103,7 +103,10 @@ QList<int> FileList::selectedRows() const
 void FileList::setHint(const QString &hint)
 {
     m_hint->setText(hint);
-    m_hint->setForegroundRole(QPalette::PlaceholderText);
+    // As a colour of its own: under the application's style sheet a label paints no other role.
+    QPalette colours = m_view->palette();
+    colours.setBrush(QPalette::WindowText, colours.brush(QPalette::PlaceholderText));
+    m_hint->setPalette(colours);
     m_hint->setContentsMargins(6, 4, 6, 4);
     m_hint->setAttribute(Qt::WA_TransparentForMouseEvents);
     m_hint->adjustSize();
