@@ -19,7 +19,7 @@ using files::ErrorCode;
 using files::Result;
 using workbench::SavedGroup;
 
-constexpr std::uint64_t kLargest = 4 * 1024 * 1024;
+constexpr std::uint64_t kLargest = std::uint64_t{4} * 1024 * 1024;
 
 /// QSettings on a copy of the file: it would open whatever lies there, hang on a FIFO, and write
 /// back with faults unseen. The copy's folder can be entered by its owner only.
