@@ -7,6 +7,7 @@
 #include <QClipboard>
 #include <QDragEnterEvent>
 #include <QDropEvent>
+#include <QGraphicsOpacityEffect>
 #include <QGuiApplication>
 #include <QHBoxLayout>
 #include <QKeyEvent>
@@ -103,10 +104,10 @@ QList<int> FileList::selectedRows() const
 void FileList::setHint(const QString &hint)
 {
     m_hint->setText(hint);
-    // As a colour of its own: under the application's style sheet a label paints no other role.
-    QPalette colours = m_view->palette();
-    colours.setBrush(QPalette::WindowText, colours.brush(QPalette::PlaceholderText));
-    m_hint->setPalette(colours);
+    // Not by a role of the palette: under the application's style sheet a label heeds none.
+    auto *muted = new QGraphicsOpacityEffect(m_hint);
+    muted->setOpacity(0.6);
+    m_hint->setGraphicsEffect(muted);
     m_hint->setContentsMargins(6, 4, 6, 4);
     m_hint->setAttribute(Qt::WA_TransparentForMouseEvents);
     m_hint->adjustSize();
