@@ -4,6 +4,7 @@
 #include "report/DisplayMng.h"
 #include "workbench/forms/Tab.h"
 #include "workbench/frame/CentralWidget.h"
+#include "workbench/widgets/PathText.h"
 
 #include <QScopedValueRollback>
 
@@ -16,6 +17,9 @@ constexpr unsigned char paddingByte(bool isFF)
 {
     return isFF ? 0xFF : 0x00;
 }
+
+constexpr char kRecentGroup[] = "Recent";
+constexpr char kRecentPaths[] = "paths";
 
 void note(const char *what, const files::Error &error)
 {
@@ -38,6 +42,9 @@ void MainWindow::SaveSettings()
         tab->save(
             state.groups.emplace_back(app::SavedState::Named{tab->settingsGroup(), {}}).group);
     }
+    auto &recent =
+        state.groups.emplace_back(app::SavedState::Named{QLatin1String(kRecentGroup), {}}).group;
+    recent.set(QLatin1String(kRecentPaths), workbench::RecentPaths::instance().saved());
     if (const auto written = app::writeSettings(settingsPath, state); !written) {
         note("Settings.ini was not saved", written.error());
     }
@@ -63,6 +70,8 @@ void MainWindow::LoadSettings()
         DisplayMng::getInstance().initLogFile(logFilePath);
         DisplayMng::getInstance().logToFile = true;
     }
+    workbench::RecentPaths::instance().restore(
+        read->group(QLatin1String(kRecentGroup)).texts(QLatin1String(kRecentPaths)));
     restoreForms(*read);
 }
 

@@ -1,4 +1,5 @@
 #include "app/SettingsFixture.h"
+#include "workbench/widgets/PathText.h"
 
 #include <set>
 
@@ -104,6 +105,19 @@ TEST_F(SavedState, KeysAndTypesAreThoseOfOtherVersions)
     EXPECT_TRUE(ini.contains("Window/SFI/ouput SFI file"));
     EXPECT_TRUE(ini.contains("Window/Size") && !ini.contains("Window/size"));
     EXPECT_TRUE(ini.value("Window/Settings/Pad").toBool());
+}
+
+TEST_F(SavedState, RecentPathsComeBackKindByKind)
+{
+    auto &recent = workbench::RecentPaths::instance();
+    recent.restore({});
+    recent.add("key", "/k/a=b, c.bin");
+    recent.add("nonce", "/n.bin");
+    WindowUnderTest()->close();
+    recent.restore({});
+    const WindowUnderTest window;
+    EXPECT_EQ(recent.of("key"), QStringList{"/k/a=b, c.bin"});
+    EXPECT_EQ(recent.of("nonce"), QStringList{"/n.bin"});
 }
 
 TEST_F(SavedState, KeysOfOtherFormsStay)

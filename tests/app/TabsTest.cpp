@@ -230,7 +230,7 @@ TEST_P(FixedNames, AreAllThereAndNothingElseIs)
     "optionBytes_edit optionBytes_open areaKey_edit areaKey_open obk_list obk_add obk_remove "     \
     "ssfi_edit ssfi_open modules_edit modules_open version_spin hash_check ram_edit token_edit "   \
     "output_edit output_folder generate_ok info_tabs firmwareInfo_table firmwareInfo_segments "    \
-    "parse_edit parse_browse imageInfo_table imageInfo_segments "
+    "parse_edit parse_browse parse_show imageInfo_table imageInfo_segments "
 
 INSTANTIATE_TEST_SUITE_P(
     Tabs, FixedNames,

@@ -125,6 +125,22 @@ TEST_F(FileLists, ToolTipShowsThePathAsWritten)
     EXPECT_TRUE(list.rows().model()->item(2)->toolTip().contains("&lt;b&gt;c"));
 }
 
+TEST(FreeAddress, LiesBehindWhatIsThereAndBelowTheEnd)
+{
+    FileRows rows;
+    for (const auto &[address, size] : {std::pair{0x100u, 0x10u}, std::pair{0x120u, 0x10u}}) {
+        files::RecordOwner<FileData> record(new FileData);
+        record->segments.push_back({});
+        record->segments.back().address = address;
+        record->segments.back().size = size;
+        rows.append("/f/x.bin", std::move(record));
+    }
+    EXPECT_EQ(nextFreeAddress(rows, 0x100, 0x10), 0x110u) << "fits exactly into the gap";
+    EXPECT_EQ(nextFreeAddress(rows, 0x100, 0x11), 0x130u);
+    EXPECT_EQ(nextFreeAddress(rows, 0xFFFFFFF0, 0x10), 0xFFFFFFF0u);
+    EXPECT_EQ(nextFreeAddress(rows, 0xFFFFFFF0, 0x11), std::nullopt);
+}
+
 TEST_F(FileLists, DropOffersLocalFilesOnly)
 {
     const ScratchFolder folder;

@@ -204,7 +204,8 @@ TEST_F(SfiTab, OutputThatCannotBeWrittenIsReported)
 {
     prepare(kU575);
     edit("output")->setText(folder.path("no-such-folder/out.sfi"));
-    EXPECT_EQ(refusals(1), QStringList{"Error|Failure to create SFI file"});
+    EXPECT_EQ(refusals(1),
+              QStringList{"Error|Failure to create SFI file\nout.sfi: No such folder"});
 }
 
 TEST_F(SfiTab, AFileThatVanishedLeavesTheListAndEndsTheRequest)

@@ -84,6 +84,36 @@ TEST_F(SfixTab, RegionDialogFollowsDeviceAndFormat)
         })});
 }
 
+TEST_F(SfixTab, OneAnswerServesTheRawBinariesThatFollow)
+{
+    chooseMcu(kU575);
+    const QString one = folder.file("one.bin", "1234");
+    const QString hex = folder.file("e.hex", kHex.toStdString());
+    const QString two = folder.file("two.bin", "123456");
+    {
+        const DialogAnswers dialogs({DialogAnswer([](QDialog &dialog) {
+            dialog.findChild<QPushButton *>("extFir_cancelAll")->click();
+        })});
+        tab().addFiles("external", {one, hex, two});
+    }
+    EXPECT_EQ(rowsOf("external"), 0);
+    const DialogAnswers dialogs(
+        {DialogAnswer([](QDialog &dialog) {
+             dialog.findChild<QCheckBox *>("extFir_same_check")->click();
+             dialog.findChild<QLineEdit *>("extFir_start_edit")->setText("0x8ffffffc");
+             dialog.findChild<QLineEdit *>("extFir_key_edit")->setText("9");
+             dialog.findChild<QSpinBox *>("extFir_region_spin")->setValue(5);
+             QTest::keyClick(&dialog, Qt::Key_Return);
+         }),
+         region("", 6, 1, "0x50")});
+    tab().addFiles("external", {one, hex, two});
+    const QVector<ExtBinInfo> told = tab().extBinInfos();
+    ASSERT_EQ(told.size(), 3);
+    EXPECT_EQ(told[2].startAddress, 0x90000004u) << "behind the HEX file, which fills the gap";
+    EXPECT_EQ(told[2].regionNumber, 5u);
+    EXPECT_EQ(told[2].keyAddress, 9u);
+}
+
 TEST_F(SfixTab, RegionsGoWithTheirFiles)
 {
     chooseMcu(kU575);

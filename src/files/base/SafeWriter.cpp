@@ -46,7 +46,9 @@ private:
 
 tl::unexpected<Error> systemFault(ErrorCode code, const QString &path, int number)
 {
-    return fail(code, QFileInfo(path).fileName().toStdString() + ": " + std::strerror(number));
+    // Said of an output, "No such file" would send the user looking for the wrong thing.
+    const char *const reason = number == ENOENT ? "No such folder" : std::strerror(number);
+    return fail(code, QFileInfo(path).fileName().toStdString() + ": " + reason);
 }
 
 QByteArray folderOf(const QByteArray &name)

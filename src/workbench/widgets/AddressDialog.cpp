@@ -2,6 +2,7 @@
 
 #include "workbench/widgets/Boxes.h"
 #include "workbench/widgets/NumberText.h"
+#include "workbench/widgets/SeriesChoice.h"
 #include "workbench/widgets/WrappingLabel.h"
 
 #include <QDialogButtonBox>
@@ -27,7 +28,7 @@ AddressDialog::AddressDialog(const QString &fileName, QWidget *parent) : QDialog
     m_buttons->button(QDialogButtonBox::Ok)->setEnabled(false);
     m_buttons->button(QDialogButtonBox::Ok)->setDefault(true);
 
-    auto *layout = new QGridLayout(this);
+    auto *layout = m_rows = new QGridLayout(this);
     layout->addWidget(question, 0, 0, 1, 2);
     layout->addWidget(label, 1, 0);
     layout->addWidget(m_startEdit, 1, 1);
@@ -46,6 +47,11 @@ void AddressDialog::proposeAddress(std::uint32_t address)
 {
     m_startEdit->setText(QStringLiteral("0x") + QString::number(address, 16));
     m_startEdit->selectAll();
+}
+
+const workbench::SeriesChoice *AddressDialog::addSeries()
+{
+    return new workbench::SeriesChoice(QStringLiteral("address"), m_buttons, m_rows);
 }
 
 void AddressDialog::OkEnabled()

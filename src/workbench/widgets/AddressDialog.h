@@ -4,7 +4,13 @@
 #include <cstdint>
 
 class QDialogButtonBox;
+class QGridLayout;
 class QLineEdit;
+
+namespace workbench
+{
+class SeriesChoice;
+}
 
 /// Asks for the start address of a raw binary file, which has none of its own.
 class AddressDialog : public QDialog
@@ -17,6 +23,9 @@ public:
     /// Begins with an address that the file has already.
     void proposeAddress(std::uint32_t address);
 
+    /// Says that more files follow. @return what the user chose for those; lives with the dialog
+    const workbench::SeriesChoice *addSeries();
+
     /// The address given; only meaningful once the dialog was accepted.
     std::uint32_t address() const { return m_address; }
 
@@ -27,5 +36,6 @@ private slots:
 private:
     QLineEdit *m_startEdit = nullptr;
     QDialogButtonBox *m_buttons = nullptr;
+    QGridLayout *m_rows = nullptr;
     std::uint32_t m_address = 0;
 };

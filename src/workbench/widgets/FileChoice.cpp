@@ -1,6 +1,9 @@
 #include "workbench/widgets/FileChoice.h"
 
+#include <QDesktopServices>
 #include <QFileDialog>
+#include <QFileInfo>
+#include <QUrl>
 
 namespace workbench
 {
@@ -23,6 +26,11 @@ QStringList chooseFiles(QWidget *parent, QString &lastFolder, const QString &fil
         lastFolder = paths.last();
     }
     return paths;
+}
+
+bool showInFolder(const QString &path)
+{
+    return QDesktopServices::openUrl(QUrl::fromLocalFile(QFileInfo(path).absolutePath()));
 }
 
 }  // namespace workbench

@@ -14,4 +14,8 @@ QString chooseFile(QWidget *parent, QString &lastFolder, const QString &filter);
 /// The same for several files; `lastFolder` takes the last of them.
 QStringList chooseFiles(QWidget *parent, QString &lastFolder, const QString &filter);
 
+/// Opens a file's folder in the desktop's file manager.
+/// @return false when the desktop has none
+bool showInFolder(const QString &path);
+
 }  // namespace workbench

@@ -137,4 +137,27 @@ void FileRows::giveBack(Taken taken)
     }
 }
 
+std::optional<std::uint32_t> nextFreeAddress(const FileRows &files, std::uint32_t from,
+                                             std::uint32_t bytes)
+{
+    std::vector<std::pair<std::uint64_t, std::uint64_t>> taken;  // begin and end
+    for (const FileData *record : files.records()) {
+        for (const SegmentData &segment : record->segments) {
+            if (segment.size != 0) {
+                taken.emplace_back(segment.address, std::uint64_t{segment.address} + segment.size);
+            }
+        }
+    }
+    std::sort(taken.begin(), taken.end());
+    std::uint64_t place = from;
+    for (const auto &[begin, end] : taken) {
+        if (place + bytes <= begin) {
+            break;
+        }
+        place = std::max(place, end);
+    }
+    const bool fits = place + bytes <= std::uint64_t{UINT32_MAX} + 1 && place <= UINT32_MAX;
+    return fits ? std::optional(static_cast<std::uint32_t>(place)) : std::nullopt;
+}
+
 }  // namespace workbench

@@ -6,7 +6,9 @@
 #include <QStandardItemModel>
 #include <QStringList>
 
+#include <cstdint>
 #include <memory>
+#include <optional>
 #include <vector>
 
 namespace workbench
@@ -70,5 +72,10 @@ private:
     QStandardItemModel m_model;
     QFileIconProvider m_icons;
 };
+
+/// The lowest address from `from` on where `bytes` more touch no segment of the files.
+/// @return nothing when there is no such room below 2^32
+std::optional<std::uint32_t> nextFreeAddress(const FileRows &files, std::uint32_t from,
+                                             std::uint32_t bytes);
 
 }  // namespace workbench

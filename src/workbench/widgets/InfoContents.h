@@ -4,6 +4,7 @@
 #include <QColor>
 #include <QStringList>
 
+#include <cstdint>
 #include <optional>
 #include <vector>
 
@@ -25,7 +26,8 @@ struct Overview {
 
 struct DetailRow {
     QStringList cells;
-    std::optional<RowColours> colours;  ///< without: those of the desktop
+    std::optional<RowColours> colours;                  ///< without: those of the desktop
+    std::optional<std::uint64_t> bytes = std::nullopt;  ///< said exactly in the tip of "Size"
 };
 
 /// The long table below it.

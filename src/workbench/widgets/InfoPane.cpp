@@ -1,7 +1,9 @@
 #include "workbench/widgets/InfoPane.h"
 
 #include "workbench/widgets/FieldNames.h"
+#include "workbench/widgets/TableCopy.h"
 
+#include <QFontDatabase>
 #include <QHeaderView>
 #include <QVBoxLayout>
 
@@ -25,7 +27,19 @@ QTableWidget *makeTable(const QString &objectName, const QString &accessibleName
     table->horizontalHeader()->setSectionResizeMode(QHeaderView::Stretch);
     table->horizontalHeader()->setHighlightSections(false);
     table->verticalHeader()->setHighlightSections(false);
+    makeCopyable(table);
     return table;
+}
+
+const QLatin1String kSize("Size");
+const QLatin1String kAddress("Address");
+constexpr int kMeasuredRows = 200;  // columns fit what is seen, in no more time for 65,535 rows
+
+/// The column that takes the room which the others leave: the last one that reads from the left.
+int widestColumn(const QStringList &columns)
+{
+    const int last = columns.size() - 1;
+    return last > 0 && columns.at(last) == kSize ? last - 1 : last;
 }
 
 QTableWidgetItem *makeItem(const QString &text)
@@ -51,6 +65,7 @@ InfoPane::InfoPane(const QString &name, const QString &title, const PaneContents
     m_overview->setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Fixed);
     m_details->verticalHeader()->hide();
     auto *layout = new QVBoxLayout(this);
+    m_details->horizontalHeader()->setResizeContentsPrecision(kMeasuredRows);
     layout->addWidget(m_overview);
     layout->addWidget(m_title);
     layout->addWidget(m_details, 1);
@@ -142,10 +157,20 @@ void InfoPane::showDetails(const Details &details)
     m_details->setColumnCount(details.columns.size());
     m_details->setHorizontalHeaderLabels(details.columns);
     m_details->setRowCount(static_cast<int>(details.rows.size()));
+    const QFont fixed = QFontDatabase::systemFont(QFontDatabase::FixedFont);
     int row = 0;
     for (const DetailRow &wanted : details.rows) {
         for (int column = 0; column < wanted.cells.size(); ++column) {
             QTableWidgetItem *item = makeItem(wanted.cells.at(column));
+            const QString &heading = details.columns.value(column);
+            if (heading == kSize) {
+                item->setTextAlignment(Qt::AlignRight | Qt::AlignVCenter);
+                if (wanted.bytes) {
+                    item->setToolTip(tr("%1 bytes").arg(QString::number(*wanted.bytes)));
+                }
+            } else if (heading == kAddress) {
+                item->setFont(fixed);
+            }
             if (wanted.colours) {
                 item->setForeground(wanted.colours->text);
                 item->setBackground(wanted.colours->background);
@@ -154,7 +179,18 @@ void InfoPane::showDetails(const Details &details)
         }
         ++row;
     }
+    fitColumns(details.columns);
     m_details->setUpdatesEnabled(true);
+}
+
+void InfoPane::fitColumns(const QStringList &columns)
+{
+    QHeaderView *header = m_details->horizontalHeader();
+    header->setSectionResizeMode(QHeaderView::Interactive);
+    m_details->resizeColumnsToContents();
+    if (!columns.isEmpty()) {
+        header->setSectionResizeMode(widestColumn(columns), QHeaderView::Stretch);
+    }
 }
 
 void InfoPane::showMap(const MapContents &contents)
@@ -163,7 +199,9 @@ void InfoPane::showMap(const MapContents &contents)
     for (const auto &[row, words] : m_map->marksOfRows()) {
         for (int column = 0; column < m_details->columnCount(); ++column) {
             if (QTableWidgetItem *item = m_details->item(row, column)) {
-                item->setToolTip(plainToolTip(words));
+                QStringList lines{item->toolTip(), words};
+                lines.removeAll(QString());
+                item->setToolTip(plainToolTip(lines.join('\n')));
                 item->setData(Qt::AccessibleDescriptionRole, words);
             }
         }

@@ -41,6 +41,7 @@ private:
     void showOverview(const Overview &overview);
     void showDetails(const Details &details);
     void fitOverview();
+    void fitColumns(const QStringList &columns);
     void showMap(const MapContents &contents);
     void connectMap();
 

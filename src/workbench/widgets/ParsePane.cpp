@@ -1,5 +1,7 @@
 #include "workbench/widgets/ParsePane.h"
 
+#include "workbench/widgets/FileChoice.h"
+
 #include <QVBoxLayout>
 
 namespace workbench
@@ -9,7 +11,9 @@ ParsePane::ParsePane(const QString &tab, const QString &title, const PaneContent
                      QWidget *parent)
     : QWidget(parent),
       m_field(new FileField(tab + QStringLiteral("_parse"), tr("&Parse sfi, ssfi, mcsv file"),
-                            {{QStringLiteral("browse"), tr("Browse")}}, this)),
+                            {{QStringLiteral("browse"), tr("Browse")},
+                             {QStringLiteral("show"), tr("Show in folder")}},
+                            this)),
       m_info(new InfoPane(tab + QStringLiteral("_imageInfo"), title, contents, this))
 {
     auto *head = new QHBoxLayout;
@@ -24,6 +28,16 @@ ParsePane::ParsePane(const QString &tab, const QString &title, const PaneContent
     layout->addWidget(m_info, 1);
     connect(m_field->button(QStringLiteral("browse")), &QPushButton::clicked, this,
             &ParsePane::browseRequested);
+    QPushButton *show = m_field->button(QStringLiteral("show"));
+    show->hide();
+    connect(show, &QPushButton::clicked, this, [this] { showInFolder(m_field->path()); });
+    connect(m_field, &FileField::pathChanged, show, &QPushButton::hide);
+}
+
+void ParsePane::showMade(const QString &path)
+{
+    m_field->setPath(path);
+    m_field->button(QStringLiteral("show"))->show();
 }
 
 }  // namespace workbench

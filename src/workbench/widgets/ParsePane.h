@@ -20,6 +20,10 @@ public:
     [[nodiscard]] FileField *field() const { return m_field; }
     [[nodiscard]] InfoPane *info() const { return m_info; }
 
+    /// Shows the path of an image that was just made, with "Show in folder" behind it until another
+    /// path takes its place.
+    void showMade(const QString &path);
+
 signals:
     void browseRequested();
 

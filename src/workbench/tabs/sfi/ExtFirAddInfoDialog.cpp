@@ -2,6 +2,7 @@
 
 #include "workbench/widgets/Boxes.h"
 #include "workbench/widgets/NumberText.h"
+#include "workbench/widgets/SeriesChoice.h"
 #include "workbench/widgets/WrappingLabel.h"
 
 #include <QDialogButtonBox>
@@ -60,7 +61,7 @@ void ExtFirAddInfoDialog::buildFields(const QString &startAddress)
 void ExtFirAddInfoDialog::layRows(const QString &fileName)
 {
     auto *file = new workbench::WrappingLabel(tr("External firmware file: ") + fileName, this);
-    auto *layout = new QGridLayout(this);
+    auto *layout = m_rows = new QGridLayout(this);
     layout->addWidget(file, 0, 0, 1, 2);
     struct Row {
         QString label;
@@ -91,6 +92,11 @@ void ExtFirAddInfoDialog::setRegionNumberRange(int smallest, int largest)
 void ExtFirAddInfoDialog::setRegionModeRange(int smallest, int largest)
 {
     m_modeSpin->setRange(smallest, largest);
+}
+
+const workbench::SeriesChoice *ExtFirAddInfoDialog::addSeries()
+{
+    return new workbench::SeriesChoice(QStringLiteral("extFir"), m_buttons, m_rows);
 }
 
 void ExtFirAddInfoDialog::OkEnabled()

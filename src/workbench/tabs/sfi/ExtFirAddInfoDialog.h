@@ -4,8 +4,14 @@
 #include <cstdint>
 
 class QDialogButtonBox;
+class QGridLayout;
 class QLineEdit;
 class QSpinBox;
+
+namespace workbench
+{
+class SeriesChoice;
+}
 
 /// Asks for what an external firmware file doesn't tell: where it goes, its region and its key.
 class ExtFirAddInfoDialog : public QDialog
@@ -26,6 +32,9 @@ public:
     void setRegionNumberRange(int smallest, int largest);  ///< 0 to 7 at first
     void setRegionModeRange(int smallest, int largest);    ///< 0 to 3 at first
 
+    /// Says that more files follow. @return what the user chose for those; lives with the dialog
+    const workbench::SeriesChoice *addSeries();
+
 private slots:
     void OkEnabled();        ///< Ok needs the three texts
     void CheckInputValue();  ///< accepts three numbers; each other text is reported and emptied
@@ -39,6 +48,7 @@ private:
     QSpinBox *m_modeSpin = nullptr;
     QLineEdit *m_keyEdit = nullptr;
     QDialogButtonBox *m_buttons = nullptr;
+    QGridLayout *m_rows = nullptr;
     std::uint32_t m_startAddress = 0;
     std::uint32_t m_regionNumber = 0;
     std::uint32_t m_regionMode = 0;

@@ -80,7 +80,8 @@ std::vector<DetailRow> segmentRows(const FileData &record)
     for (const SegmentData &segment : record.segments) {
         rows.push_back({{QString::number(rows.size() + 1), hexText(segment.address),
                          files::sizeText(segment.size)},
-                        std::nullopt});
+                        std::nullopt,
+                        segment.size});
     }
     return rows;
 }
@@ -180,7 +181,8 @@ PaneContents describeImage(const QString &path, std::uint64_t fileBytes, const F
         const QString index = QString::number(contents.details.rows.size() + 1);
         contents.details.rows.push_back(
             {{index, label, files::sizeText(area.size), hexText(area.address)},
-             areaColours(area.areaType)});
+             areaColours(area.areaType),
+             area.size});
     }
     contents.map = mapOfImage(image, areaColours);
     return contents;
@@ -201,7 +203,8 @@ PaneContents describeModules(const QString &path, std::uint64_t fileBytes, const
         const QString index = QString::number(contents.details.rows.size() + 1);
         contents.details.rows.push_back({{index, look.label, files::sizeText(module.moduleSize),
                                           hexText(module.address), look.identifier},
-                                         look.colours});
+                                         look.colours,
+                                         module.moduleSize});
     }
     return contents;
 }

@@ -4,7 +4,9 @@
 #include "workbench/tabs/sfi/SfiInspection.h"
 #include "workbench/widgets/AddressDialog.h"
 #include "workbench/widgets/Boxes.h"
+#include "workbench/widgets/BusyCursor.h"
 #include "workbench/widgets/FileChoice.h"
+#include "workbench/widgets/SeriesChoice.h"
 
 #include <QFileInfo>
 
@@ -32,6 +34,22 @@ bool accepts(const QString &row, std::uint32_t type)
 }
 
 }  // namespace
+
+struct SfiTab::Series {
+    int left = 0;  ///< files that follow
+    bool cancelled = false;
+    std::optional<ExtBinInfo> same;  ///< for the raw binaries that follow; the regions' or just
+                                     ///< the start address
+
+    /// Takes over what the user chose for the files that follow.
+    void note(const SeriesChoice *choice, bool accepted, const ExtBinInfo &told)
+    {
+        cancelled = choice != nullptr && choice->cancelsAll();
+        if (accepted && choice != nullptr && choice->isSameForAll()) {
+            same = told;
+        }
+    }
+};
 
 SfiTab::SfiTab(const SfiVariant &variant, const TabName &name, QWidget *page, FormContext &context)
     : FormTab(name, page, context), m_variant(variant)
@@ -204,8 +222,14 @@ void SfiTab::addFiles(const QString &row, const QStringList &paths)
         return;
     }
     context().lastFolder = paths.last();
+    const BusyCursor busy;
+    Series series{paths.size(), false, std::nullopt};
     for (const QString &path : paths) {
-        addFile(row, path);
+        --series.left;
+        addFile(row, path, series);
+        if (series.cancelled) {
+            break;
+        }
     }
     if (m_shownRow == row) {
         showFile(row);  // its map has all files of the list
@@ -241,7 +265,7 @@ void SfiTab::appendFile(const QString &row, const QString &path,
     }
 }
 
-void SfiTab::addFile(const QString &row, const QString &path)
+void SfiTab::addFile(const QString &row, const QString &path, Series &series)
 {
     auto record = openFor(row, path);
     if (record == nullptr) {
@@ -250,35 +274,55 @@ void SfiTab::addFile(const QString &row, const QString &path)
     std::optional<ExtBinInfo> region;
     bool isTold = true;
     if (row == sfi_row::kExternal) {
-        isTold = askRegion(path, *record, region);
+        isTold = askRegion(path, *record, series, region);
     } else if (row == m_variant.firmwareRow) {
-        isTold = askAddress(path, *record);
+        isTold = askAddress(path, *record, series);
     }
     if (isTold) {
         appendFile(row, path, std::move(record), region);
     }
 }
 
-bool SfiTab::askAddress(const QString &path, FileData &record)
+bool SfiTab::askAddress(const QString &path, FileData &record, Series &series)
 {
     if (record.type != file_type::kBinary || record.segments.empty()) {
         return true;
     }
-    AddressDialog dialog(QFileInfo(path).fileName(), context().boxParent);
-    if (dialog.exec() != QDialog::Accepted) {
-        return false;
+    SegmentData &first = record.segments.front();
+    const FileRows &present = form()->list(m_variant.firmwareRow)->rows();
+    if (series.same) {
+        if (const auto free = nextFreeAddress(present, series.same->startAddress, first.size)) {
+            first.address = *free;
+            return true;
+        }
     }
-    record.segments.front().address = dialog.address();
-    return true;
+    AddressDialog dialog(QFileInfo(path).fileName(), context().boxParent);
+    const SeriesChoice *choice = series.left > 0 ? dialog.addSeries() : nullptr;
+    const bool accepted = dialog.exec() == QDialog::Accepted;
+    series.note(choice, accepted, {dialog.address(), 0, 0, 0});
+    if (accepted) {
+        first.address = dialog.address();
+    }
+    return accepted;
 }
 
-bool SfiTab::askRegion(const QString &path, FileData &record, std::optional<ExtBinInfo> &region)
+bool SfiTab::askRegion(const QString &path, FileData &record, Series &series,
+                       std::optional<ExtBinInfo> &region)
 {
     const bool isBinary = record.type == file_type::kBinary;
     if ((!isBinary && record.type != file_type::kIntelHex) || record.segments.empty()) {
         return true;  // their files tell the address, and nobody asks for the rest
     }
     SegmentData &first = record.segments.front();
+    if (isBinary && series.same) {
+        const FileRows &present = form()->list(sfi_row::kExternal)->rows();
+        if (const auto free = nextFreeAddress(present, series.same->startAddress, first.size)) {
+            first.address = *free;
+            region = series.same;
+            region->startAddress = *free;
+            return true;
+        }
+    }
     const QString start =
         isBinary ? QStringLiteral("-1") : QStringLiteral("0x") + QString::number(first.address, 16);
     ExtFirAddInfoDialog dialog(QFileInfo(path).fileName(), start, context().boxParent);
@@ -289,12 +333,16 @@ bool SfiTab::askRegion(const QString &path, FileData &record, std::optional<ExtB
         dialog.setRegionModeRange(0, 3);
         dialog.setRegionNumberRange(0, 7);
     }
-    if (dialog.exec() != QDialog::Accepted) {
+    const SeriesChoice *choice = series.left > 0 ? dialog.addSeries() : nullptr;
+    const bool accepted = dialog.exec() == QDialog::Accepted;
+    const ExtBinInfo told{dialog.startAddress(), dialog.regionNumber(), dialog.regionMode(),
+                          dialog.keyAddress()};
+    series.note(choice, accepted, told);
+    if (!accepted) {
         return false;
     }
-    first.address = dialog.startAddress();
-    region = ExtBinInfo{dialog.startAddress(), dialog.regionNumber(), dialog.regionMode(),
-                        dialog.keyAddress()};
+    first.address = told.startAddress;
+    region = told;
     return true;
 }
 

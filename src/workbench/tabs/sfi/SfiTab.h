@@ -80,14 +80,16 @@ private:
     void applyDevice();
     void countSmiFiles();  ///< says how many files of the SFI tab the SFIx image takes
 
-    void addFile(const QString &row, const QString &path);
+    struct Series;  ///< files of one choice that are added one after the other
+    void addFile(const QString &row, const QString &path, Series &series);
     /// @return the file as this row takes it; null when it can't, which has been reported
     files::RecordOwner<FileData> openFor(const QString &row, const QString &path);
     void appendFile(const QString &row, const QString &path, files::RecordOwner<FileData> record,
                     const std::optional<ExtBinInfo> &region);
     // Each asks for what the file doesn't tell. @return false when the user cancelled
-    bool askAddress(const QString &path, FileData &record);
-    bool askRegion(const QString &path, FileData &record, std::optional<ExtBinInfo> &region);
+    bool askAddress(const QString &path, FileData &record, Series &series);
+    bool askRegion(const QString &path, FileData &record, Series &series,
+                   std::optional<ExtBinInfo> &region);
     bool restoreNumbers(const QString &row, FileData &record, const SavedNumbers &saved, int at,
                         std::optional<ExtBinInfo> &region);
     void saveExternal(SavedGroup &group) const;

@@ -39,7 +39,7 @@ void SfiTab::generate()
         return;
     }
     parse(false);
-    m_parse->field()->setPath(values.outputPath);
+    m_parse->showMade(values.outputPath);
     showBox(context().boxParent, BoxKind::Success, QLatin1String(m_variant.created));
 }
 
@@ -143,8 +143,11 @@ bool SfiTab::writeImage(const QString &path, const QByteArray &image)
         return false;
     }
     const auto *bytes = reinterpret_cast<const std::uint8_t *>(image.constData());
-    if (!files::writeWhole(path, {bytes, static_cast<std::size_t>(image.size())})) {
-        showBox(context().boxParent, BoxKind::Error, QLatin1String(m_variant.createFailed));
+    const auto written = files::writeWhole(path, {bytes, static_cast<std::size_t>(image.size())});
+    if (!written) {
+        showBox(context().boxParent, BoxKind::Error,
+                QLatin1String(m_variant.createFailed) + '\n' +
+                    QString::fromStdString(written.error().text));
         return false;
     }
     return true;
