@@ -5,6 +5,7 @@
 #include <QClipboard>
 #include <QHeaderView>
 #include <QRegularExpression>
+#include <QShortcut>
 #include <QTableWidget>
 
 namespace workbench
@@ -77,8 +78,10 @@ QString wholeText(const QTableWidget &table)
 void makeCopyable(QTableWidget *table)
 {
     QAction *copy = addAction(table, QObject::tr("&Copy"), selectedText);
-    copy->setShortcut(QKeySequence::Copy);
-    copy->setShortcutContext(Qt::WidgetShortcut);
+    // Not a shortcut of the action's: menu entries of this program show no keys.
+    auto *keys = new QShortcut(QKeySequence::Copy, table);
+    keys->setContext(Qt::WidgetShortcut);
+    QObject::connect(keys, &QShortcut::activated, copy, &QAction::trigger);
     addAction(table, QObject::tr("Copy &all"), wholeText);
     table->setContextMenuPolicy(Qt::ActionsContextMenu);
 }
