@@ -4,8 +4,8 @@
 #include <QApplication>
 #include <QClipboard>
 #include <QHeaderView>
+#include <QKeyEvent>
 #include <QRegularExpression>
-#include <QShortcut>
 #include <QTableWidget>
 
 namespace workbench
@@ -13,6 +13,28 @@ namespace workbench
 
 namespace
 {
+
+/// Ctrl+C in a table. No shortcut: those are the window's, one meaning for each key, and menu
+/// entries show none.
+class CopyKeys : public QObject
+{
+public:
+    explicit CopyKeys(QAction *copy) : QObject(copy), m_copy(copy) {}
+
+protected:
+    bool eventFilter(QObject *watched, QEvent *event) override
+    {
+        if (event->type() == QEvent::KeyPress &&
+            static_cast<QKeyEvent *>(event)->matches(QKeySequence::Copy)) {
+            m_copy->trigger();
+            return true;
+        }
+        return QObject::eventFilter(watched, event);
+    }
+
+private:
+    QAction *m_copy;
+};
 
 QString textOf(const QTableWidgetItem *item)
 {
@@ -78,10 +100,7 @@ QString wholeText(const QTableWidget &table)
 void makeCopyable(QTableWidget *table)
 {
     QAction *copy = addAction(table, QObject::tr("&Copy"), selectedText);
-    // Not a shortcut of the action's: menu entries of this program show no keys.
-    auto *keys = new QShortcut(QKeySequence::Copy, table);
-    keys->setContext(Qt::WidgetShortcut);
-    QObject::connect(keys, &QShortcut::activated, copy, &QAction::trigger);
+    table->installEventFilter(new CopyKeys(copy));
     addAction(table, QObject::tr("Copy &all"), wholeText);
     table->setContextMenuPolicy(Qt::ActionsContextMenu);
 }
