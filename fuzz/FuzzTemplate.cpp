@@ -6,17 +6,8 @@
 #include "obk/TemplateChecks.h"
 #include "obk/TemplateText.h"
 
-#include <cstdlib>
-
 namespace
 {
-
-void require(bool claim)
-{
-    if (!claim) {
-        std::abort();
-    }
-}
 
 std::vector<std::uint8_t> around(std::string_view body)
 {
