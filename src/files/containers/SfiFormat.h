@@ -14,9 +14,13 @@
 namespace files
 {
 
-inline constexpr std::string_view kSfiMagic = "SFIMAGIC";  ///< begins SFI, SFIx and SSFI images
-inline constexpr std::string_view kSmiMagic = "SMIMAGIC";  ///< begins a secure module image
-inline constexpr std::size_t kMagicBytes = 8;              ///< of both
+// Arrays, because each file may have its own copy of a literal: begin and end of one view could
+// then belong to two of them.
+inline constexpr char kSfiMagicText[] = "SFIMAGIC";
+inline constexpr std::string_view kSfiMagic = kSfiMagicText;  ///< begins SFI, SFIx and SSFI images
+inline constexpr char kSmiMagicText[] = "SMIMAGIC";
+inline constexpr std::string_view kSmiMagic = kSmiMagicText;  ///< begins a secure module image
+inline constexpr std::size_t kMagicBytes = 8;                 ///< of both
 
 inline constexpr std::size_t kSfiHeadBytes = 28;   ///< in front of the first area
 inline constexpr std::size_t kSsfiHeadBytes = 32;  ///< the same of an SSFI image

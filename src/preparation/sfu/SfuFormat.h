@@ -7,7 +7,8 @@
 namespace preparation
 {
 
-inline constexpr std::string_view kSfuMagic = "SFUH";
+inline constexpr char kSfuMagicText[] = "SFUH";
+inline constexpr std::string_view kSfuMagic = kSfuMagicText;
 inline constexpr std::size_t kSfuHeaderBytes = 64;
 inline constexpr std::size_t kSfuPieceBytes = 4096;  ///< plain bytes of a piece, the last has fewer
 inline constexpr std::uint16_t kSfuProtocol = 1;

@@ -7,7 +7,8 @@
 namespace preparation
 {
 
-inline constexpr std::string_view kSignMagic = "SPBSIGN1";  ///< begins and ends the trailer
+inline constexpr char kSignMagicText[] = "SPBSIGN1";
+inline constexpr std::string_view kSignMagic = kSignMagicText;  ///< begins and ends the trailer
 inline constexpr std::size_t kSignTrailerBytes = 128;
 inline constexpr std::size_t kSignAuthenticated =
     56;  ///< bytes of the trailer that are signed, too

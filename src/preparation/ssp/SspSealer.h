@@ -11,7 +11,8 @@
 namespace preparation
 {
 
-inline constexpr std::string_view kSspMagic = "SSPIMAGE";
+inline constexpr char kSspMagicText[] = "SSPIMAGE";
+inline constexpr std::string_view kSspMagic = kSspMagicText;
 inline constexpr std::size_t kSspFileBytes = 232;
 inline constexpr std::size_t kSspPayloadBytes = 152;
 inline constexpr std::size_t kSspNonceFileBytes = 16;
