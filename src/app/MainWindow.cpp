@@ -9,6 +9,7 @@
 #include <QCloseEvent>
 #include <QComboBox>
 #include <QCoreApplication>
+#include <QDialog>
 #include <QFileInfo>
 #include <QGroupBox>
 #include <QPushButton>
@@ -198,6 +199,9 @@ void MainWindow::closeEvent(QCloseEvent *event)
 {
     SaveSettings();
     event->accept();
+    if (m_updateWindow != nullptr) {
+        m_updateWindow->close();
+    }
     m_closedStatus = statusOnClose();
     const bool noGeneration =
         centralWidget != nullptr && centralWidget->launchMode == CentralWidget::NoGeneration;

@@ -12,6 +12,7 @@
 
 class CentralWidget;
 class QAction;
+class QDialog;
 class QMenu;
 class QMenuBar;
 class QToolBar;
@@ -37,6 +38,7 @@ public:
     QMenu *fileMenu = nullptr;
     QAction *checkAction = nullptr;
     QAction *clearAction = nullptr;
+    QAction *updateAction = nullptr;
     QAction *exitAction = nullptr;
     QMenu *editMenu = nullptr;
     QAction *undoAction = nullptr;
@@ -79,6 +81,7 @@ public:
 public slots:
     void Check();
     void Clear();  ///< of filled forms, "Undo" as the next action takes it back
+    void SecureUpdate();  ///< shows the SFU page in a window of its own
     void Log();
     void Settings();
     void About();
@@ -112,6 +115,8 @@ private:
     bool showTab(const app::Step &step);
     void takeTemplatePath(const QString &path);
     int statusOnClose() const;
+
+    QDialog *m_updateWindow = nullptr;  ///< null until it is asked for
 
     void restoreForms(const app::SavedState &state);
     /// Tabs that keep something, in the order of their groups in the settings file.

@@ -2,6 +2,7 @@
 #include "app/LogDialog.h"
 #include "app/MainWindow.h"
 #include "files/FileManager.h"
+#include "workbench/forms/Tab.h"
 #include "workbench/frame/CentralWidget.h"
 #include "workbench/widgets/Boxes.h"
 #include "workbench/widgets/BusyCursor.h"
@@ -9,9 +10,11 @@
 
 #include <QApplication>
 #include <QDesktopServices>
+#include <QDialog>
 #include <QFileInfo>
 #include <QKeyEvent>
 #include <QUrl>
+#include <QVBoxLayout>
 
 using workbench::BoxKind;
 using workbench::showBox;
@@ -42,7 +45,8 @@ void MainWindow::Check()
         return;
     }
     centralWidget->clearParsePanes();
-    if (path.endsWith(QLatin1String(".sfi")) || path.endsWith(QLatin1String(".smi"))) {
+    if (path.endsWith(QLatin1String(".sfi")) || path.endsWith(QLatin1String(".smi")) ||
+        path.endsWith(QLatin1String(".smu"))) {
         checkImage(path);
     } else {
         showBox(this, BoxKind::Error, tr("It is neither an SFI nor an SMI file"));
@@ -60,10 +64,11 @@ void MainWindow::checkImage(const QString &path)
     const files::RecordOwner<FileType> record(opened);
     const bool isSmi = path.endsWith(QLatin1String(".smi"));
     if (centralWidget->showChecked(path, *record)) {
-        showBox(this, isSmi ? BoxKind::Information : BoxKind::Success,
-                isSmi ? tr("Valid SMI file") : tr("Valid SFI file"));
-    } else if (isSmi) {
-        showBox(this, BoxKind::Error, tr("This version can't show SMI files yet"));
+        const bool isSfi = path.endsWith(QLatin1String(".sfi"));
+        showBox(this, isSfi ? BoxKind::Success : BoxKind::Information,
+                isSfi   ? tr("Valid SFI file")
+                : isSmi ? tr("Valid SMI file")
+                        : tr("Valid SMU file"));
     }
 }
 
@@ -75,6 +80,25 @@ void MainWindow::Clear()
     } else {
         centralWidget->clearForms();
     }
+}
+
+void MainWindow::SecureUpdate()
+{
+    if (m_updateWindow == nullptr) {
+        m_updateWindow = new QDialog(this);
+        m_updateWindow->setObjectName(QStringLiteral("update_window"));
+        m_updateWindow->setWindowTitle(tr("Secure update (SFU)"));
+        m_updateWindow->setWindowFlag(Qt::WindowMaximizeButtonHint);
+        QWidget *page = centralWidget->tab(QStringLiteral("sfu"))->page();
+        auto *layout = new QVBoxLayout(m_updateWindow);
+        layout->setContentsMargins(0, 0, 0, 0);
+        layout->addWidget(page);
+        page->show();
+        m_updateWindow->resize(1100, 480);
+    }
+    m_updateWindow->show();
+    m_updateWindow->raise();
+    m_updateWindow->activateWindow();
 }
 
 void MainWindow::Log()

@@ -43,6 +43,7 @@ void MainWindow::InitMenuBar()
     checkAction = addEntry(fileMenu, "menu_check_action", tr("&Check SFI/SMI"));
     fileMenu->addSeparator();
     clearAction = addEntry(fileMenu, "menu_clear_action", tr("C&lear"));
+    updateAction = addEntry(fileMenu, "menu_update_action", tr("&Secure update (SFU)"));
     fileMenu->addSeparator();
     exitAction = addEntry(fileMenu, "menu_exit_action", tr("E&xit"));
 
@@ -107,6 +108,7 @@ void MainWindow::connectActions()
     for (const QAction *action : {clearAction, clearTool}) {
         connect(action, &QAction::triggered, this, &MainWindow::Clear);
     }
+    connect(updateAction, &QAction::triggered, this, &MainWindow::SecureUpdate);
     for (const QAction *action : {logAction, logsTool}) {
         connect(action, &QAction::triggered, this, &MainWindow::Log);
     }

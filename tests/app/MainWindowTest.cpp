@@ -42,7 +42,7 @@ TEST(MainWindow, MenusAndToolBarStandInOrder)
         return texts(window->findChild<QMenu *>(menu)->actions());
     };
     EXPECT_EQ(texts(window->menus->actions()), "File|Edit|Options|Info|Doc");
-    EXPECT_EQ(entries("file"), "Check SFI/SMI|-|Clear|-|Exit");
+    EXPECT_EQ(entries("file"), "Check SFI/SMI|-|Clear|Secure update (SFU)|-|Exit");
     EXPECT_EQ(entries("edit"), "Undo|Redo|-|Copy|Cut|Paste");
     EXPECT_EQ(entries("options"), "Log|Settings");
     EXPECT_EQ(entries("help"), "About");
@@ -237,7 +237,7 @@ TEST_F(CheckImage, ValidImageFillsThePaneAndClearEmptiesIt)
     {
         DialogAnswers boxes({folder.file("b.smi", "SMIMAGIC and more"), QMessageBox::Ok});
         window->Check();
-        EXPECT_EQ(boxes.texts()[1], "Error|This version can't show SMI files yet");
+        EXPECT_EQ(boxes.texts()[1], "Information|Valid SMI file");
     }
     EXPECT_EQ(cell("sfi_imageInfo_table", 0, 0), "") << "an earlier image is still shown";
 

@@ -45,6 +45,7 @@ struct FormRow {
     QStringList choices;                   ///< of a choice; headings of a table
     int least = 0;                         ///< of a number
     int most = 0;                          ///< of a number
+    bool takesAnyText = false;             ///< a number that keeps what was typed, see TypedSpinBox
     int width = 0;                         ///< of a choice, in pixels; 0 takes what there is
     bool separatorAbove = false;           ///< a line above the row, shown or hidden on its own
     bool besideThePrevious = false;        ///< second of a pair in one line

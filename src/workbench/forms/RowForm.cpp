@@ -89,8 +89,13 @@ void RowForm::addRows(const QList<FormRow> &rows)
 {
     // Showing a widget lays out a visible page at once, which for hundreds is a second.
     m_page->hide();
+    m_grid->setRowStretch(m_spareLine, 0);
     for (int at = 0; at < rows.size(); ++at) {
         addRow(rows[at], at + 1 < rows.size() && rows[at + 1].besideThePrevious);
+    }
+    if (std::ranges::none_of(m_lines, [](const Line &line) { return isTall(line.spec); })) {
+        m_spareLine = m_grid->rowCount();  // or short rows would share out the height
+        m_grid->setRowStretch(m_spareLine, 1);
     }
     alignColumns();
     showGrips();

@@ -136,6 +136,7 @@ private:
     QScrollArea *m_scroll;
     QWidget *m_page = nullptr;
     QGridLayout *m_grid = nullptr;
+    int m_spareLine = 0;  ///< takes the height that no row wants
     QWidget *m_foot;
     QLabel *m_missingLine;
     QPushButton *m_generate = nullptr;

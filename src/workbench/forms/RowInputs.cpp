@@ -1,6 +1,7 @@
 // How each kind of row looks.
 #include "workbench/forms/RowForm.h"
 #include "workbench/widgets/FieldNames.h"
+#include "workbench/widgets/TypedSpinBox.h"
 
 #include <QAction>
 #include <QHeaderView>
@@ -115,7 +116,7 @@ void RowForm::watchText(const QString &name, QLineEdit *edit)
 
 QWidget *RowForm::makeNumber(const FormRow &row)
 {
-    auto *box = new QSpinBox(m_page);
+    QSpinBox *box = row.takesAnyText ? new TypedSpinBox(m_page) : new QSpinBox(m_page);
     box->setRange(row.least, row.most);
     nameWidget(box, nameOf(row, "_spin"), withoutMnemonic(row.label));
     connect(box, qOverload<int>(&QSpinBox::valueChanged), this,

@@ -128,7 +128,13 @@ public:
     void setSFIOBmcuComboBoxH5(bool lock) { lockDevice(QStringLiteral("ob"), lock); }
     void ParseSfiObRegs(unsigned int id, int core);
 
-    // SMI, SSP, signed image, HSM, licence and certificate tabs
+    /// Finds an image's footer and cuts the image there (PackageTabs.cpp).
+    /// @param out  receives a record that the caller owns
+    /// @return false after a box
+    bool GetVDImgAndFooter(FileData **input, SignedImage **image, FileData **out);
+
+    // SMI, SSP, signed image, SFU, HSM, licence and certificate tabs
+    void InitSfuTab() { buildTab(QStringLiteral("sfu")); }
     void InitSmiTab() { buildTab(QStringLiteral("smi")); }
     void InitSspTab() { buildTab(QStringLiteral("ssp")); }
     void InitSignTab() { buildTab(QStringLiteral("sign")); }
@@ -210,6 +216,24 @@ public slots:
     void GenerateSfixEnabled();
     void GenerateSfix();
     void OpenSfixFile();
+
+    // SMI, SSP, signed image and SFU tabs (PackageTabs.cpp)
+    void ParseElf();
+    void GenerateSmi();
+    void GenerateSmiEnabled();
+    void ParseSmis();  ///< adds SMI files to the SFI tab's list
+    void GenerateSsp();
+    void GenerateSspEnabled();
+    void DisplayBlobInfo(QString path);
+    void changeSspElements(int index);
+    void generateKeySSP();
+    void generateNonceSSP();
+    void GenerateSign();
+    void GenerateSignEnabled();
+    void DisplaySignInfo(QString path);
+    void ParseSfuFirmware();
+    void GenerateSfu();
+    void GenerateSfuEnabled();
 
     // Option bytes tab (ObTab.cpp). Those that modify take the field with the keyboard focus.
     void changeSfiobElements(int index);

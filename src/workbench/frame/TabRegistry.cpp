@@ -3,6 +3,10 @@
 #include "workbench/forms/PlaceholderTab.h"
 #include "workbench/tabs/ob/ObTabs.h"
 #include "workbench/tabs/sfi/SfiTabs.h"
+#include "workbench/tabs/sfu/SfuTabs.h"
+#include "workbench/tabs/sign/SignTabs.h"
+#include "workbench/tabs/smi/SmiTabs.h"
+#include "workbench/tabs/ssp/SspTabs.h"
 
 #include <algorithm>
 
@@ -16,21 +20,11 @@ using Built = TabEntry::Built;
 
 constexpr TabEntry kTabs[] = {
     {{"sfi", "SFI"}, Built::WithTheForm, makeSfiTab, nullptr},
-    {{"smi", "SMI"},
-     Built::WithTheForm,
-     nullptr,
-     "This tab makes secure module images (SMI) from ELF files; its form isn't part of this "
-     "version."},
+    {{"smi", "SMI"}, Built::WithTheForm, makeSmiTab, nullptr},
     {{"sfix", "SFIx"}, Built::WithTheForm, makeSfixTab, nullptr},
-    {{"ssp", "SSP"},
-     Built::WithTheForm,
-     nullptr,
-     "This tab makes secret-provisioning images (SSP) for microprocessors; its form isn't part of "
-     "this version."},
-    {{"sign", "VDR32WB Sign"},
-     Built::WithTheForm,
-     nullptr,
-     "This tab signs firmware images of wireless devices; its form isn't part of this version."},
+    {{"ssp", "SSP"}, Built::WithTheForm, makeSspTab, nullptr},
+    {{"sign", "VDR32WB Sign"}, Built::WithTheForm, makeSignTab, nullptr},
+    {{"sfu", "SFU"}, Built::WithTheForm, makeSfuTab, nullptr},
     {{"hsm", "HSM"},
      Built::WithTheForm,
      nullptr,

@@ -23,6 +23,7 @@ QMessageBox::Icon iconOf(BoxKind kind)
     case BoxKind::Warning:
         return QMessageBox::Warning;
     case BoxKind::Error:
+    case BoxKind::CriticalInformation:
         return QMessageBox::Critical;
     case BoxKind::Information:
     case BoxKind::Success:
@@ -41,6 +42,7 @@ QString titleOf(BoxKind kind)
     case BoxKind::Error:
         return QStringLiteral("Error");
     case BoxKind::Information:
+    case BoxKind::CriticalInformation:
         break;
     }
     return QStringLiteral("Information");

@@ -9,10 +9,11 @@ namespace workbench
 
 /// Icon and usual title of a message box.
 enum class BoxKind {
-    Information,  ///< "Information"
-    Success,      ///< information icon, "Success"
-    Warning,      ///< "Warning"
-    Error,        ///< "Error"
+    Information,          ///< "Information"
+    Success,              ///< information icon, "Success"
+    Warning,              ///< "Warning"
+    Error,                ///< "Error"
+    CriticalInformation,  ///< the icon of an error, "Information"
 };
 
 /// Keeps a box on the screen: a text that is too long for it scrolls, and words that are too long

@@ -28,6 +28,7 @@ struct DetailRow {
     QStringList cells;
     std::optional<RowColours> colours;                  ///< without: those of the desktop
     std::optional<std::uint64_t> bytes = std::nullopt;  ///< said exactly in the tip of "Size"
+    QString why = {};                                   ///< tool tip of the row
 };
 
 /// The long table below it.

@@ -1,0 +1,34 @@
+#pragma once
+#include "files/base/Records.h"
+#include "workbench/forms/FormTab.h"
+#include "workbench/widgets/InfoPane.h"
+#include "workbench/widgets/InfoTabs.h"
+
+namespace workbench
+{
+
+/// The page that makes secure updates; no panel shows it, it has a window of its own.
+class SfuTab : public FormTab
+{
+    Q_OBJECT
+
+public:
+    SfuTab(const TabName &name, QWidget *page, FormContext &context);
+
+    void clear() override;
+
+    /// Reads the chosen firmware and fills its table. @return false after a box, or without a path
+    bool parseFirmware();
+    void generate();
+
+private:
+    bool writeFile(const QString &path, const QByteArray &bytes, const char *which);
+    void show(const QByteArray &header, const QByteArray &body);
+
+    InfoPane *m_firmwareInfo = nullptr;
+    InfoPane *m_imageInfo = nullptr;
+    InfoTabs *m_panes = nullptr;
+    files::RecordOwner<FileData> m_firmware;
+};
+
+}  // namespace workbench

@@ -1,0 +1,217 @@
+#include "workbench/tabs/smi/SmiSections.h"
+
+#include "files/base/SizeText.h"
+#include "files/firmware/ElfLabels.h"
+#include "preparation/smi/SmiModule.h"
+#include "workbench/forms/PackageForm.h"
+
+#include <QCoreApplication>
+#include <QFileInfo>
+
+#include <elf.h>
+
+namespace workbench
+{
+
+namespace
+{
+
+QString tr(const char *text)
+{
+    return QCoreApplication::translate("workbench::SmiTab", text);
+}
+
+// Words of the boxes after Generate.
+const QLatin1String
+    kMisalignedStart("Address of the section is not aligned on a flash word (256 bits)");
+const QLatin1String kSingleWord("The section spans on a single Flash word while HW can only "
+                                "protect areas spanning on at least 2 Flash words (512 bits)");
+const QLatin1String kMisalignedEnd("The section does not end on a Flash word boundary");
+const QLatin1String kNextInLastWord("The section immediately following the PCROP area starts in "
+                                    "the last Flash word of the PCROP section");
+
+constexpr std::uint64_t kLeastFlags = 2;
+
+QStringList tlvRow(const TLV &entry, const QString &block)
+{
+    return {block, QString::fromLatin1(entry.name), addressText(entry.tlvType),
+            QString::number(entry.length)};
+}
+
+PaneContents moduleFields(const QString &path, std::uint32_t address, int count,
+                          std::uint64_t lastBytes)
+{
+    PaneContents contents = emptyModule();
+    contents.overview.values = QStringList{QFileInfo(path).fileName(), addressText(address),
+                                QString::number(count), files::sizeText(lastBytes)};
+    return contents;
+}
+
+}  // namespace
+
+QString whyNotOffered(const section_header &section)
+{
+    if (section.sectionType == SHT_NOBITS) {
+        return tr("This section has no bytes in the file");
+    }
+    if (section.sectionFlags < kLeastFlags) {
+        return section.sectionType == SHT_SYMTAB || section.sectionType == SHT_DYNSYM
+                   ? tr("This is a symbol table; it isn't loaded")
+                   : tr("This section isn't loaded into the device");
+    }
+    return {};
+}
+
+QStringList offeredSections(const FileELF &elf)
+{
+    QStringList names;
+    for (const section_header &section : elf.sections) {
+        if (whyNotOffered(section).isEmpty()) {
+            names << QString::fromStdString(section.name);
+        }
+    }
+    return names;
+}
+
+QString placementText(const FileELF &elf, const QString &section)
+{
+    const section_header *found = preparation::findSection(elf, section.toStdString());
+    if (found == nullptr) {
+        return {};
+    }
+    if (found->sectionSize == 0) {
+        return tr("The section has no bytes.");
+    }
+    const preparation::SmiPlacement placement = preparation::placementOf(elf, *found);
+    QStringList sentences;
+    if (placement.misalignedStart) {
+        sentences << kMisalignedStart;
+    }
+    if (placement.singleWord) {
+        sentences << kSingleWord;
+    }
+    if (placement.misalignedEnd) {
+        sentences << kMisalignedEnd;
+    }
+    if (placement.nextInLastWord) {
+        sentences << kNextInLastWord + tr("; no module can be made");
+    }
+    return sentences.isEmpty() ? QString() : sentences.join(QStringLiteral(".\n")) + '.';
+}
+
+PaneContents emptyElf()
+{
+    return {{Qt::Vertical,
+             {QStringLiteral("File name"), QStringLiteral("ELF Type"),
+              QStringLiteral("ELF Machine"), QStringLiteral("Size")},
+             {}},
+            {QStringLiteral("Sections"),
+             {QStringLiteral("Index"), QStringLiteral("Name"), QStringLiteral("Type"),
+              QStringLiteral("Address"), QStringLiteral("Size"), QStringLiteral("Flags")},
+             {}}};
+}
+
+PaneContents describeElf(const QString &path, const FileELF &elf)
+{
+    PaneContents contents = emptyElf();
+    const QFileInfo file(path);
+    contents.overview.values = QStringList{file.fileName(), ELFtype(elf.elfType), ELFmachine(elf.machine),
+                                files::sizeText(static_cast<std::uint64_t>(file.size()))};
+    const RowColours faint{QColor(0x60, 0x60, 0x60), QColor(0xE4, 0xE4, 0xE4)};
+    for (const section_header &section : elf.sections) {
+        DetailRow row{{QString::number(section.index), QString::fromStdString(section.name),
+                       secType(section.sectionType), addressText(section.sectionAddress),
+                       files::sizeText(section.sectionSize),
+                       secFlag(static_cast<unsigned long>(section.sectionFlags))},
+                      std::nullopt,
+                      whyNotOffered(section)};
+        if (!row.why.isEmpty()) {
+            row.colours = faint;
+        }
+        contents.details.rows.push_back(row);
+    }
+    return contents;
+}
+
+PaneContents emptyModule()
+{
+    return {{Qt::Vertical,
+             {QStringLiteral("Original file name"), QStringLiteral("SMI address"),
+              QStringLiteral("Number of files"), QStringLiteral("Last file size")},
+             {}},
+            {QStringLiteral("Values"),
+             {QStringLiteral("Block"), QStringLiteral("Name"), QStringLiteral("Type"),
+              QStringLiteral("Length")},
+             {}}};
+}
+
+PaneContents describeResult(const QString &path, std::uint32_t address, int files,
+                            std::uint64_t lastBytes)
+{
+    return moduleFields(path, address, files, lastBytes);
+}
+
+PaneContents describeSmi(const QString &path, const FileData &record)
+{
+    const auto size = static_cast<std::uint64_t>(QFileInfo(path).size());
+    if (record.segments.empty()) {
+        return moduleFields(path, 0, 1, size);
+    }
+    const SegmentData &segment = record.segments.front();
+    const auto smi = preparation::parseSmi({segment.data, segment.size}, "It");
+    PaneContents contents = moduleFields(path, smi ? smi->loadAddress : 0, 1, size);
+    if (!smi) {
+        contents.details.title = QString::fromStdString(smi.error().text);
+    }
+    return contents;
+}
+
+PaneContents describeSmu(const QString &path, const FileSMU &record)
+{
+    PaneContents contents = moduleFields(path, record.loadAddress, 1,
+                                         static_cast<std::uint64_t>(QFileInfo(path).size()));
+    for (const TLV &entry : record.protectedTlvs) {
+        contents.details.rows.push_back({tlvRow(entry, tr("protected")), std::nullopt});
+    }
+    for (const TLV &entry : record.tlvs) {
+        contents.details.rows.push_back({tlvRow(entry, tr("plain")), std::nullopt});
+    }
+    return contents;
+}
+
+QStringList moduleNames(const QString &output, int count, const QStringList &inputs)
+{
+    if (count == 1) {
+        return {output};
+    }
+    const QFileInfo file(output);
+    QStringList names;
+    for (int index = 0; names.size() < count; ++index) {
+        const QString name = file.absolutePath() + '/' + file.completeBaseName() +
+                             QString::number(index) + '.' + file.suffix();
+        if (outputOverInput({name}, inputs).isEmpty()) {
+            names << name;
+        }
+    }
+    return names;
+}
+
+PlacementFindings findingsOf(const Preparation &preparation)
+{
+    PlacementFindings findings;
+    if (preparation.misalignedStart) {
+        findings.warnings << kMisalignedStart;
+    }
+    if (preparation.singleWord) {
+        findings.warnings << kSingleWord;
+    }
+    if (preparation.misalignedEnd) {
+        findings.warnings << kMisalignedEnd;
+    }
+    if (preparation.nextInLastWord) {
+        findings.error = kNextInLastWord;
+    }
+    return findings;
+}
+
+}  // namespace workbench

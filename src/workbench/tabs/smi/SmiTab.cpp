@@ -1,0 +1,392 @@
+#include "workbench/tabs/smi/SmiTab.h"
+
+#include "crypto/service/Crypto.h"
+#include "files/FileManager.h"
+#include "workbench/forms/PackageForm.h"
+#include "workbench/tabs/smi/SmiSections.h"
+#include "workbench/tabs/smi/SmiTabs.h"
+#include "workbench/widgets/Boxes.h"
+#include "workbench/widgets/BusyCursor.h"
+
+#include <QFileDialog>
+#include <QFileInfo>
+
+#include <cstdlib>
+
+namespace workbench
+{
+
+namespace
+{
+
+const QString kElf = QStringLiteral("elf");
+const QString kKey = QStringLiteral("key");
+const QString kNonce = QStringLiteral("nonce");
+const QString kVersion = QStringLiteral("securityVersion");
+const QString kSection = QStringLiteral("section");
+const QString kPlacement = QStringLiteral("placement");
+const QString kHash = QStringLiteral("hash");
+const QString kOutput = QStringLiteral("output");
+const QString kClearElf = QStringLiteral("clearElf");
+
+constexpr int kKeyBytes = 16;
+constexpr int kNonceBytes = 12;
+constexpr int kVersionBytes = 16;
+
+const std::pair<const char *, QString> kSaved[] = {{"ELF file", kElf},
+                                                   {"Encryption key file", kKey},
+                                                   {"Nonce file", kNonce},
+                                                   {"Security version file", kVersion}};
+
+QList<FormRow> rowsOf()
+{
+    const auto tr = [](const char *text) { return SmiTab::tr(text); };
+    const QString binary = tr("Binary files (*.bin)");
+    const RowButton make{QStringLiteral("generate"), tr("Generate"), {}};
+    FormRow key = inputRow("key", tr("Encryption &key file"), tr("encryption key"), binary,
+                           tr("Select an encryption key file.\nbin file with a size of 16 bytes"));
+    key.buttons.append(make);
+    key.randomFile = RandomFile::Key;
+    FormRow nonce = inputRow("nonce", tr("&Nonce file"), tr("nonce"), binary,
+                             tr("Select a nonce file.\nbin file with a size of 12 bytes"));
+    nonce.buttons.append(make);
+    nonce.randomFile = RandomFile::Nonce;
+    FormRow version =
+        inputRow("securityVersion", tr("Security &version file"), tr("security version"), binary,
+                 tr("Select a security version file.\nbin file with a size of 16 bytes"));
+    version.buttons.append(make);
+    FormRow section;
+    section.name = kSection;
+    section.kind = RowKind::Choice;
+    section.label = tr("&Section to encrypt");
+    section.noun = tr("a section");
+    section.toolTip = tr("The section that becomes the module");
+    FormRow placement;
+    placement.name = kPlacement;
+    placement.kind = RowKind::Note;
+    FormRow hash;
+    hash.name = kHash;
+    hash.kind = RowKind::Check;
+    hash.label = tr("&Generate Hash");
+    hash.toolTip = tr("Adds a check block that shows damage without a key");
+    return {inputRow("elf", tr("&ELF file"), tr("ELF file"),
+                     tr("ELF files (*.elf *.axf *.o *.so *.out)"),
+                     tr("Select an ELF file.\nelf, axf, o, so or out file")),
+            key,
+            nonce,
+            version,
+            section,
+            placement,
+            hash,
+            outputRow("output", tr("&Output SMI file"), tr("output SMI file"),
+                      QStringLiteral("out.smi"), tr("The module; its name ends in .smi")),
+            outputRow("clearElf", tr("Output &clear ELF file"), tr("output clear ELF file"),
+                      QStringLiteral("clear.elf"),
+                      tr("The ELF file without the module, to link against or to flash"))};
+}
+
+}  // namespace
+
+Tab *makeSmiTab(const TabName &name, QWidget *page, FormContext &context)
+{
+    return new SmiTab(name, page, context);
+}
+
+SmiTab::SmiTab(const TabName &name, QWidget *page, FormContext &context)
+    : FormTab(name, page, context)
+{
+    form()->addRows(rowsOf());
+    form()->addGenerate(tr("Generate S&MI"));
+    const QString elfTitle = tr("ELF information");
+    const QString imageTitle = tr("SMI information");
+    m_elfInfo = new InfoPane(QStringLiteral("smi_elfInfo"), elfTitle, emptyElf(), page);
+    m_imageInfo = new InfoPane(QStringLiteral("smi_imageInfo"), imageTitle, emptyModule(), page);
+    m_panes = new InfoTabs(QStringLiteral("smi_info_tabs"), m_elfInfo, elfTitle, m_imageInfo,
+                           imageTitle, page);
+    layFormPage(page, form(), m_panes);
+    form()->setMissing([this] {
+        QList<MissingInput> missing;
+        for (const QString &row : {kElf, kKey, kNonce, kVersion, kOutput, kClearElf}) {
+            if (form()->text(row).isEmpty()) {
+                missing.append({row, true});
+            }
+        }
+        if (form()->choice(kSection)->count() == 0) {
+            missing.append({kSection, true});
+        }
+        return missing;
+    });
+    connect(form(), &RowForm::edited, this, [this](const QString &row) {
+        if (row == kSection) {
+            showPlacement();
+        } else if (row == kElf && !m_isRestoring && !form()->edit(kElf)->isModified()) {
+            parseElf();  // chosen or dropped; a typed name is read when it is complete
+        }
+    });
+    connect(form()->edit(kElf), &QLineEdit::editingFinished, this, [this] {
+        if (form()->edit(kElf)->isModified()) {
+            form()->edit(kElf)->setModified(false);
+            parseElf();
+        }
+    });
+    connect(form()->generateButton(), &QPushButton::clicked, this, &SmiTab::generate);
+}
+
+void SmiTab::press(const QString &row, const QString &role)
+{
+    if (row == kVersion && role == QLatin1String("generate")) {
+        makeVersionFile();
+    } else {
+        FormTab::press(row, role);
+    }
+}
+
+void SmiTab::makeVersionFile()
+{
+    const QString path =
+        QFileDialog::getSaveFileName(context().boxParent, tr("Select file name"),
+                                     context().lastOutputFolder, tr("bin files (*.bin)"));
+    if (path.isEmpty()) {
+        return;
+    }
+    if (Crypto().generateEncryptionandNonce(path, kVersionBytes) != 0) {
+        showBox(context().boxParent, BoxKind::Error, tr("Security version file can't be made"));
+        return;
+    }
+    context().lastOutputFolder = QFileInfo(path).absolutePath();
+    form()->setText(kVersion, path);
+    showBox(context().boxParent, BoxKind::Success,
+            tr("Security version file successfully created"));
+}
+
+void SmiTab::forgetElf()
+{
+    m_elf.reset();
+    const QSignalBlocker blocker(form()->choice(kSection));
+    form()->choice(kSection)->clear();
+    m_elfInfo->reset();
+    form()->setText(kPlacement, {});
+    form()->updateGenerate();
+}
+
+void SmiTab::parseElf()
+{
+    const QString chosen = form()->text(kSection);
+    const QString path = form()->text(kElf);
+    forgetElf();
+    if (path.isEmpty()) {
+        return;
+    }
+    const auto refuse = [this](const QString &text) {
+        showBox(context().boxParent, BoxKind::Error, text);
+        const QSignalBlocker blocker(form()->edit(kElf));
+        form()->setText(kElf, {});
+        form()->updateGenerate();
+    };
+    auto record = openPackageInput(context().fileManager, path);
+    if (!record) {
+        refuse(QStringLiteral("Failure to open ELF file"));
+        return;
+    }
+    if (record->type != file_type::kElf) {
+        refuse(QStringLiteral("SMI images can only be created from ELF format"));
+        return;
+    }
+    m_elf.reset(static_cast<FileELF *>(record.release()));
+    m_elfInfo->show(describeElf(path, *m_elf));
+    m_panes->setCurrentIndex(InfoTabs::kFirst);
+    offerSections(chosen);
+}
+
+void SmiTab::offerSections(const QString &chosen)
+{
+    QComboBox *box = form()->choice(kSection);
+    {
+        const QSignalBlocker blocker(box);
+        box->addItems(offeredSections(*m_elf));
+        // One that is gone leaves no entry chosen, so that another isn't taken unseen.
+        if (!chosen.isEmpty()) {
+            box->setCurrentIndex(box->findText(chosen));
+        }
+    }
+    showPlacement();
+    form()->updateGenerate();
+}
+
+void SmiTab::showPlacement()
+{
+    form()->setText(kPlacement, m_elf ? placementText(*m_elf, form()->text(kSection)) : QString());
+}
+
+QStringList SmiTab::inputs() const
+{
+    return {form()->text(kElf), form()->text(kKey), form()->text(kNonce), form()->text(kVersion)};
+}
+
+bool SmiTab::mayStart() const
+{
+    const QString output = form()->text(kOutput);
+    const QString clearElf = form()->text(kClearElf);
+    QString refusal;
+    if (!output.endsWith(QLatin1String(".smi"))) {
+        refusal = QStringLiteral("SMI file must have the .smi extension");
+    } else if (isSameFile(output, clearElf)) {
+        refusal = tr("The SMI file and the clear ELF file can't be the same file");
+    } else if (const QString both = outputOverInput({output, clearElf}, inputs());
+               !both.isEmpty()) {
+        refusal = tr("The output file %1 is one of the inputs").arg(QFileInfo(both).fileName());
+    }
+    if (!refusal.isEmpty()) {
+        showBox(context().boxParent, BoxKind::Error, refusal);
+    }
+    return refusal.isEmpty();
+}
+
+void SmiTab::generate()
+{
+    if (!mayStart()) {
+        return;
+    }
+    const BusyCursor busy;
+    const QString section = form()->text(kSection);
+    parseElf();
+    if (!m_elf || !build(section)) {
+        return;
+    }
+    showBox(context().boxParent, BoxKind::Information, QStringLiteral("SMI successfully created"));
+}
+
+bool SmiTab::build(const QString &section)
+{
+    QWidget *parent = context().boxParent;
+    KeyInput key;
+    KeyInput nonce;
+    KeyInput version;
+    if (!key.read(parent, form()->text(kKey), kKeyBytes) ||
+        !nonce.read(parent, form()->text(kNonce), kNonceBytes) ||
+        !version.read(parent, form()->text(kVersion), kVersionBytes)) {
+        return false;
+    }
+    const std::string path = form()->text(kElf).toStdString();
+    const std::string name = section.toStdString();
+    unsigned char *raw = nullptr;
+    const int length = context().fileManager.GetDataFromSection(path, name, &raw);
+    const files::MallocArray<unsigned char> bytes(raw);
+    if (length <= 0) {
+        if (length < 0 || raw != nullptr) {
+            showBox(parent, BoxKind::Error,
+                    length < 0 ? QStringLiteral("Error while extracting section data")
+                               : tr("The section %1 has no bytes").arg(section));
+        }
+        return false;
+    }
+    Preparation &builder = context().preparation;
+    const QList<QByteArray> modules = builder.SMIPreparation(
+        path, m_elf.get(), bytes.get(), form()->check(kHash)->isChecked(),
+        static_cast<unsigned>(length), name, key.bytes(), nonce.bytes(), version.bytes());
+    files::wipe(bytes.get(), static_cast<std::size_t>(length));
+    if (modules.isEmpty()) {
+        m_imageInfo->clearContents();
+        showBox(parent, BoxKind::Error,
+                QStringLiteral("Error occured when preparing an SMI image"));
+        return false;
+    }
+    const PlacementFindings findings = findingsOf(builder);
+    for (const QString &warning : findings.warnings) {
+        showBox(parent, BoxKind::Warning, warning);
+    }
+    if (!findings.error.isEmpty()) {
+        showBox(parent, BoxKind::Error, findings.error);
+        return false;
+    }
+    if (!writeModules(modules) || !writeClearElf()) {
+        return false;
+    }
+    m_imageInfo->show(describeResult(form()->text(kOutput), builder.smiAddress, modules.size(),
+                                     static_cast<std::uint64_t>(modules.last().size())));
+    m_panes->setCurrentIndex(InfoTabs::kSecond);
+    return true;
+}
+
+bool SmiTab::writeModules(const QList<QByteArray> &modules)
+{
+    const QStringList names = moduleNames(form()->text(kOutput), modules.size(), inputs());
+    for (int i = 0; i < modules.size(); ++i) {
+        if (!confirmOverwrite(context().boxParent, names[i])) {
+            return false;
+        }
+        if (!writePackage(names[i], modules[i])) {
+            showBox(context().boxParent, BoxKind::Error,
+                    QStringLiteral("Failure to create SMI file"));
+            return false;
+        }
+    }
+    return true;
+}
+
+/// A refused clear ELF file doesn't take the module back.
+bool SmiTab::writeClearElf()
+{
+    const QString path = form()->text(kClearElf);
+    if (!confirmOverwrite(context().boxParent, path)) {
+        showBox(context().boxParent, BoxKind::Warning,
+                QStringLiteral("Clear ELF file not created"));
+        return true;
+    }
+    if (!writePackage(path, context().preparation.clearElf)) {
+        showBox(context().boxParent, BoxKind::Error, QStringLiteral("Failure to create ELF file"));
+        return false;
+    }
+    return true;
+}
+
+bool SmiTab::showChecked(const QString &path, const FileType &record)
+{
+    if (record.type == file_type::kSmi) {
+        m_imageInfo->show(describeSmi(path, static_cast<const FileData &>(record)));
+    } else if (record.type == file_type::kSmu) {
+        m_imageInfo->show(describeSmu(path, static_cast<const FileSMU &>(record)));
+    } else {
+        return false;
+    }
+    m_panes->setCurrentIndex(InfoTabs::kSecond);
+    return true;
+}
+
+void SmiTab::clear()
+{
+    FormTab::clear();
+    forgetElf();
+    m_imageInfo->reset();
+}
+
+void SmiTab::clearPanes()
+{
+    m_imageInfo->reset();
+}
+
+void SmiTab::save(SavedGroup &group) const
+{
+    for (const auto &[key, row] : kSaved) {
+        group.set(QLatin1String(key), form()->text(row));
+    }
+}
+
+void SmiTab::restore(const SavedGroup &group)
+{
+    m_isRestoring = true;
+    for (const auto &[key, row] : kSaved) {
+        form()->setText(row, group.text(QLatin1String(key)));
+    }
+    m_isRestoring = false;
+}
+
+void SmiTab::restoreFiles(const SavedGroup &)
+{
+    // One that has gone keeps its name; Generate says what is wrong.
+    if (QFileInfo(form()->text(kElf)).isFile()) {
+        parseElf();
+    }
+}
+
+}  // namespace workbench

@@ -1,0 +1,57 @@
+#pragma once
+#include "files/base/Records.h"
+#include "workbench/forms/FormTab.h"
+#include "workbench/widgets/InfoPane.h"
+#include "workbench/widgets/InfoTabs.h"
+
+#include <QStringList>
+
+namespace workbench
+{
+
+class KeyInput;
+
+/// The SMI tab: one section of an ELF file becomes a secure module image, and a clear ELF file is
+/// left without it.
+class SmiTab : public FormTab
+{
+    Q_OBJECT
+
+public:
+    SmiTab(const TabName &name, QWidget *page, FormContext &context);
+
+    void clear() override;
+    void clearPanes() override;
+    bool showChecked(const QString &path, const FileType &record) override;
+    [[nodiscard]] QString settingsGroup() const override { return QStringLiteral("SMI"); }
+    void save(SavedGroup &group) const override;
+    void restore(const SavedGroup &group) override;
+    void restoreFiles(const SavedGroup &group) override;
+
+    /// Reads the chosen ELF file and fills the tab; a section that was chosen and is still there
+    /// stays chosen. A file that can't be used is told, and the field emptied.
+    void parseElf();
+    void generate();
+
+protected:
+    void press(const QString &row, const QString &role) override;
+
+private:
+    void forgetElf();
+    void offerSections(const QString &chosen);
+    void showPlacement();
+    [[nodiscard]] bool mayStart() const;  ///< @return false after a box
+    bool build(const QString &section);
+    bool writeModules(const QList<QByteArray> &modules);
+    bool writeClearElf();
+    void makeVersionFile();
+    [[nodiscard]] QStringList inputs() const;
+
+    InfoPane *m_elfInfo = nullptr;
+    InfoPane *m_imageInfo = nullptr;
+    InfoTabs *m_panes = nullptr;
+    files::RecordOwner<FileELF> m_elf;
+    bool m_isRestoring = false;
+};
+
+}  // namespace workbench
