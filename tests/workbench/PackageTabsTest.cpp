@@ -1,0 +1,309 @@
+#include "preparation/PackageInputs.h"
+#include "workbench/SfiFixture.h"
+#include "workbench/tabs/sign/SignFooter.h"
+#include "workbench/tabs/ssp/SspTab.h"
+
+#include <QSpinBox>
+
+namespace
+{
+
+class SmiTabTest : public SfiFixture
+{
+protected:
+    SmiTabTest() : SfiFixture("smi")
+    {
+        edit("elf")->setText(elf);
+        edit("key")->setText(folder.file("key.bin", std::string(16, 'k')));
+        edit("nonce")->setText(folder.file("nonce.bin", std::string(12, 'n')));
+        edit("securityVersion")->setText(folder.file("version.bin", std::string(16, 'v')));
+        edit("output")->setText(folder.path("o.smi"));
+        edit("clearElf")->setText(folder.path("clear.elf"));
+    }
+    QComboBox *sections() { return widget<QComboBox>("section_combo"); }
+    QString note() { return widget<QLabel>("placement_note")->text(); }
+
+    const QString elf = folder.file(
+        "a.elf", elfOf({0x08004000,
+                        {{".text", Bytes(64, 1)}, {".module", ramp(1, 3, 40)}, {".last", {7}}}}));
+    const QString warned = "Warning|The section does not end on a Flash word boundary";
+};
+
+TEST_F(SmiTabTest, MakesTheModuleAndTheClearFile)
+{
+    EXPECT_EQ(sections()->count(), 3);
+    EXPECT_EQ(cells("elfInfo_table"), (QStringList{"a.elf", "Executable", "ARM", "628 B"}));
+    EXPECT_EQ(cells("elfInfo_segments")[4].section('|', 1, 2), "symbols|SYMTAB");
+    EXPECT_FALSE(widget<QTableWidget>("elfInfo_segments")->item(4, 1)->toolTip().isEmpty());
+    EXPECT_EQ(note(), "");
+    sections()->setCurrentText(".last");
+    EXPECT_TRUE(note().startsWith("Address of the section is not aligned")) << note().toStdString();
+    ASSERT_TRUE(canGenerate());
+    DialogAnswers boxes({QMessageBox::Ok, QMessageBox::Ok, QMessageBox::Ok, QMessageBox::Ok});
+    click("generate_ok");
+    EXPECT_EQ(boxes.texts().last(), "Information|SMI successfully created");
+    EXPECT_EQ(boxes.texts()[2], warned);
+    EXPECT_EQ(sections()->currentText(), ".last");
+    EXPECT_EQ(cells("imageInfo_table"), (QStringList{"o.smi", "0x8004068", "1", "128 B"}));
+    EXPECT_EQ(ScratchFolder::contents(folder.path("o.smi")).substr(0, 8), "SMIMAGIC");
+    EXPECT_EQ(ScratchFolder::contents(folder.path("clear.elf")).substr(1, 3), "ELF");
+}
+
+TEST_F(SmiTabTest, TheNextSectionInTheLastWordStopsTheWork)
+{
+    sections()->setCurrentText(".module");
+    DialogAnswers boxes({QMessageBox::Ok, QMessageBox::Ok});
+    click("generate_ok");
+    EXPECT_EQ(boxes.texts(),
+              (QStringList{warned, "Error|The section immediately following the PCROP area starts "
+                                   "in the last Flash word of the PCROP section"}));
+    EXPECT_FALSE(QFile::exists(folder.path("o.smi")));
+}
+
+TEST_F(SmiTabTest, RefusalsLeaveTheOldFiles)
+{
+    folder.file("o.smi", "old");
+    {
+        DialogAnswers boxes({QMessageBox::No});
+        click("generate_ok");
+        EXPECT_EQ(boxes.seen()[0].title, "File exists");
+    }
+    EXPECT_EQ(ScratchFolder::contents(folder.path("o.smi")), "old");
+    EXPECT_FALSE(QFile::exists(folder.path("clear.elf")));
+    folder.file("clear.elf", "old");
+    DialogAnswers boxes({QMessageBox::Yes, QMessageBox::No, QMessageBox::Ok, QMessageBox::Ok});
+    click("generate_ok");
+    EXPECT_EQ(boxes.texts().mid(2), (QStringList{"Warning|Clear ELF file not created",
+                                                 "Information|SMI successfully created"}));
+    EXPECT_EQ(ScratchFolder::contents(folder.path("clear.elf")), "old");
+}
+
+TEST_F(SmiTabTest, ChecksComeBeforeAnythingIsBuilt)
+{
+    const QString other = folder.file("b.elf", elfOf({0x08004000, {{".text", Bytes(64, 1)}}}));
+    const struct {
+        const char *row;
+        QString text;
+        QString box;
+    } cases[] = {
+        {"output", folder.path("o.SMI"), "SMI file must have the .smi extension"},
+        {"clearElf", folder.path("./o.smi"),
+         "The SMI file and the clear ELF file can't be the same file"},
+        {"clearElf", folder.path("a.elf"), "The output file a.elf is one of the inputs"},
+        {"key", folder.file("k", std::string(15, 'k')), "Size of k is expected to be 16 bytes"},
+    };
+    for (const auto &[row, text, box] : cases) {
+        const QString old = edit(row)->text();
+        edit(row)->setText(text);
+        DialogAnswers boxes({QMessageBox::Ok});
+        click("generate_ok");
+        EXPECT_EQ(boxes.texts(), QStringList("Error|" + box));
+        edit(row)->setText(old);
+    }
+    sections()->setCurrentText(".last");
+    QFile::remove(elf);
+    QFile::copy(other, elf);  // the chosen section is gone
+    DialogAnswers boxes({QMessageBox::Ok, QMessageBox::Ok});
+    click("generate_ok");
+    EXPECT_EQ(boxes.texts().last(), "Error|Error while extracting section data");
+    EXPECT_FALSE(QFile::exists(folder.path("o.smi")));
+}
+
+class SspTabTest : public SfiFixture
+{
+protected:
+    SspTabTest() : SfiFixture("ssp")
+    {
+        edit("rmaUnlock")->setText("0X7FFF");
+        edit("rmaRelock")->setText("0x1");
+        edit("secrets")->setText(folder.file("secrets.bin", std::string(148, 's')));
+        edit("key")->setText(folder.file("key.bin", std::string(16, 'k')));
+        edit("nonce")->setText(folder.file("nonce.bin", std::string(16, 'n')));
+        edit("oemKey")->setText(folder.file("\u00e9.bin", std::string(32, 'h')));
+        edit("output")->setText(folder.path("o.ssp"));
+        widget<QComboBox>("device_combo")->setCurrentIndex(1);
+    }
+    ~SspTabTest() override { sspDeviceIndex = 0; }
+};
+
+TEST_F(SspTabTest, MakesAnImageAndShowsIt)
+{
+    EXPECT_TRUE(edit("rmaRelock")->isHidden() && widget<QLabel>("rmaRelock_label")->isHidden());
+    EXPECT_EQ(edit("rmaUnlock")->echoMode(), QLineEdit::Password);
+    DialogAnswers boxes({QMessageBox::Ok});
+    click("generate_ok");
+    EXPECT_EQ(boxes.texts(), QStringList("Success|SSP successfully created"));
+    EXPECT_EQ(cells("imageInfo_table"), (QStringList{"o.ssp", "SSP", "232 B"}));
+}
+
+TEST_F(SspTabTest, PasswordsAreJudgedInOrder)
+{
+    const struct {
+        int device;
+        const char *unlock, *relock, *box;
+    } cases[] = {
+        {0, "7FFF", "", "Invalid RMA unlock value, it must start with \"0x\" "},
+        {0, "0xZ", "", "Invalid RMA unlock value"},
+        {0, "0x8000", "", "Invalid RMA unlock value, RMA unlock < 0x7FFF"},
+        {0, "0x0", "1", "Invalid RMA relock value, it must start with \"0x\" "},
+        {0, "0x0", "0x8000", "Invalid RMA relock value, RMA relock < 0x7FFF"},
+        {0, "0X7FFF", "0x7fff", "Size of \u00e9.bin is expected to be 178 bytes"},
+        {1, "0x0", "", "Invalid RMA unlock value, not allowed zero value "},
+        {1, "0x100000000", "", "Invalid RMA unlock value"},
+    };
+    for (const auto &[device, unlock, relock, box] : cases) {
+        widget<QComboBox>("device_combo")->setCurrentIndex(device);
+        edit("rmaUnlock")->setText(unlock);
+        edit("rmaRelock")->setText(relock);
+        DialogAnswers boxes({QMessageBox::Ok});
+        click("generate_ok");
+        EXPECT_EQ(boxes.texts(), QStringList("Error|" + QString(box))) << unlock;
+    }
+    EXPECT_FALSE(QFile::exists(folder.path("o.ssp")));
+}
+
+TEST_F(SspTabTest, AnOldKeyIsNotReplacedUnasked)
+{
+    {
+        DialogAnswers boxes({QMessageBox::No});
+        click("key_generate");
+    }
+    EXPECT_EQ(ScratchFolder::contents(folder.path("key.bin")), std::string(16, 'k'));
+    edit("nonce")->setText(folder.path("n.BIN"));
+    DialogAnswers boxes({QMessageBox::Yes, QMessageBox::Ok, QMessageBox::Ok});
+    click("key_generate");
+    click("nonce_generate");
+    EXPECT_EQ(boxes.texts().mid(1),
+              (QStringList{"Success|SSP encryption key successfully created",
+                           "Error|SSP nonce file must have the .bin extension"}));
+    EXPECT_NE(ScratchFolder::contents(folder.path("key.bin")), std::string(16, 'k'));
+}
+
+class SignTabTest : public SfiFixture
+{
+protected:
+    SignTabTest() : SfiFixture("sign")
+    {
+        edit("key")->setText(folder.file("key.pem", privatePem(ramp(9, 3, 32), true)));
+        edit("output")->setText(folder.path("signed.bin"));
+        setImage(std::string(100, 'x') + "\x91\x29\x37\x23" + "tail");
+    }
+    void setImage(const std::string &bytes)
+    {
+        edit("input")->setText({});
+        edit("input")->setText(folder.file("image.bin", bytes));
+    }
+    QStringList generate(std::initializer_list<DialogAnswer> answers)
+    {
+        DialogAnswers boxes(answers);
+        click("generate_ok");
+        return boxes.texts();
+    }
+};
+
+TEST_F(SignTabTest, ShowsWhatStandsInTheFileThatWasWritten)
+{
+    widget<QSpinBox>("version_spin")->findChild<QLineEdit *>()->setText("0x10");
+    EXPECT_EQ(generate({QMessageBox::Ok}), QStringList("Success|signature successfully created"));
+    const QStringList rows = cells("imageInfo_segments");
+    EXPECT_TRUE(rows.contains("Image version|16") && rows.contains("Curve|brainpoolP256t1") &&
+                rows.contains("Signed size|104 B") && rows.contains("Signature|verified"))
+        << rows.join(' ').toStdString();
+    EXPECT_EQ(cells("imageInfo_table"), (QStringList{"signed.bin", "sign", "236 B"}));
+    const std::string old = ScratchFolder::contents(folder.path("signed.bin"));
+    widget<QSpinBox>("version_spin")->setValue(3);
+    EXPECT_TRUE(generate({QMessageBox::No})[0].startsWith("File exists|"));
+    EXPECT_EQ(ScratchFolder::contents(folder.path("signed.bin")), old);
+}
+
+TEST_F(SignTabTest, TypedVersionsReachTheirMessages)
+{
+    for (const char *text : {"256", "0x100"}) {
+        auto *spin = widget<QSpinBox>("version_spin");
+        spin->setFocus();
+        spin->selectAll();
+        QTest::keyClicks(spin, text);
+        EXPECT_EQ(generate({QMessageBox::Ok}),
+                  QStringList("Error|Image version must be between 0 and 255"));
+    }
+}
+
+TEST_F(SignTabTest, FootersAreFoundAndCut)
+{
+    const QString unknown = "Information|Input image is of type : Unknown VD image\n";
+    const QString failed = "Error|failed to extract Image and footer for signature!";
+    setImage("x");
+    EXPECT_EQ(generate({QMessageBox::Ok, QMessageBox::Ok}), (QStringList{unknown, failed}));
+    setImage(std::string(27, 'x') + "\x21\x92\x27\x32");
+    const QStringList early = generate({QMessageBox::Ok, QMessageBox::Ok, QMessageBox::Ok});
+    EXPECT_TRUE(early[0].startsWith("Warning|")) << early[0].toStdString();
+    EXPECT_EQ(early.mid(1), (QStringList{unknown, failed}));
+    setImage(std::string(28, 'x') + "\x21\x92\x27\x32");
+    EXPECT_EQ(generate({QMessageBox::Ok, QMessageBox::Ok}).first(),
+              "Information|This signature will work only when updating from FUS v0.5.3 to "
+              "v1.0.1\n");
+}
+
+TEST(SignFooter, IsTheFirstInFileOrderAtAnyPlace)
+{
+    for (std::size_t at = 0; at < 200; ++at) {
+        Bytes file(at, 0x91);
+        const Bytes magic = {0x11, 0x98, 0x76, 0x42};
+        file.insert(file.end(), magic.begin(), magic.end());
+        file.insert(file.end(), {0x91, 0x29, 0x37, 0x23});
+        const auto footer = workbench::findFooter(file);
+        ASSERT_TRUE(footer);
+        EXPECT_EQ(footer->at, at);
+        EXPECT_EQ(footer->kind, workbench::FooterKind::OtherImage);
+        file.resize(at + 3);
+        EXPECT_FALSE(workbench::findFooter(file));
+    }
+}
+
+class SfuTabTest : public SfiFixture
+{
+protected:
+    SfuTabTest() : SfiFixture("sfu")
+    {
+        edit("firmware")->setText(folder.file("f.bin", std::string(5000, 'f')));
+        edit("key")->setText(folder.file("key.bin", std::string(16, 'k')));
+        edit("nonce")->setText(folder.file("nonce.bin", std::string(12, 'n')));
+        edit("header")->setText(folder.path("o.sfuh"));
+        edit("output")->setText(folder.path("o.sfu"));
+    }
+};
+
+TEST_F(SfuTabTest, WritesBothFilesAndSaysWhichIsNew)
+{
+    EXPECT_EQ(cells("firmwareInfo_table"),
+              (QStringList{"f.bin", "Binary", "4.88 KB", "0x0", "4.88 KB"}));
+    {
+        DialogAnswers boxes({QMessageBox::Ok});
+        click("generate_ok");
+        EXPECT_EQ(boxes.texts(), QStringList("Success|SFU successfully created"));
+    }
+    EXPECT_EQ(cells("imageInfo_table"), (QStringList{"o.sfu", "o.sfuh", "4.91 KB", "1", "4096"}));
+    EXPECT_EQ(ScratchFolder::contents(folder.path("o.sfuh")).size(), 64U);
+    edit("output")->setText(folder.path("no/o.sfu"));
+    DialogAnswers boxes({QMessageBox::Yes, QMessageBox::Ok});
+    click("generate_ok");
+    EXPECT_EQ(boxes.texts().last(),
+              "Error|Failure to create SFU file\nThe header file o.sfuh is new already.");
+}
+
+TEST_F(SfuTabTest, NamesAndFirmwareAreChecked)
+{
+    edit("header")->setText(folder.path("o.sfu"));
+    edit("output")->setText(folder.path("o.sfuh"));
+    DialogAnswers boxes({QMessageBox::Ok, QMessageBox::Ok, QMessageBox::Ok});
+    click("generate_ok");
+    edit("header")->setText(folder.path("o.sfuh"));
+    click("generate_ok");
+    EXPECT_EQ(boxes.texts(), (QStringList{"Error|An SFU header file must have the .sfuh extension",
+                                          "Error|An SFU file must have the .sfu extension"}));
+    edit("firmware")->setText(folder.file("two.s19", "S1040000AA51\nS1042000AA31\n"));
+    EXPECT_EQ(boxes.texts().last(), "Error|The firmware file contains more than one segment");
+    EXPECT_EQ(edit("firmware")->text(), "");
+}
+
+}  // namespace
