@@ -170,10 +170,10 @@ TEST_F(SspTabTest, AnOldKeyIsNotReplacedUnasked)
     }
     EXPECT_EQ(ScratchFolder::contents(folder.path("key.bin")), std::string(16, 'k'));
     edit("nonce")->setText(folder.path("n.BIN"));
-    DialogAnswers boxes({QMessageBox::Yes, QMessageBox::Ok, QMessageBox::Ok});
+    DialogAnswers boxes({QMessageBox::Yes, QMessageBox::Ok, QMessageBox::Ok, QMessageBox::Ok});
     click("key_generate");
     click("nonce_generate");
-    EXPECT_EQ(boxes.texts().mid(1),
+    EXPECT_EQ(boxes.texts().mid(2),
               (QStringList{"Success|SSP encryption key successfully created",
                            "Error|SSP nonce file must have the .bin extension"}));
     EXPECT_NE(ScratchFolder::contents(folder.path("key.bin")), std::string(16, 'k'));

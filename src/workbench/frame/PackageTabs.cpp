@@ -1,9 +1,12 @@
 // What the form is asked about the SMI, SSP, signed image and SFU tabs; the tabs themselves do it.
 #include "workbench/frame/CentralWidget.h"
+#include "workbench/tabs/sfi/SfiTab.h"
 #include "workbench/tabs/sfu/SfuTab.h"
 #include "workbench/tabs/sign/SignTab.h"
 #include "workbench/tabs/smi/SmiTab.h"
 #include "workbench/tabs/ssp/SspTab.h"
+#include "workbench/widgets/Boxes.h"
+#include "workbench/widgets/FileChoice.h"
 
 namespace
 {
@@ -53,7 +56,16 @@ void CentralWidget::GenerateSmiEnabled()
 
 void CentralWidget::ParseSmis()
 {
-    AddSmis();
+    const QStringList paths =
+        workbench::chooseFiles(this, lastFolder, QStringLiteral("SMI files (*.smi)"));
+    for (const QString &path : paths) {
+        const QString refusal = smi(*this)->refuseModule(path);
+        if (refusal.isEmpty()) {
+            tabOf<workbench::SfiTab>(*this, "sfi")->addFiles(workbench::sfi_row::kSmi, {path});
+        } else {
+            workbench::showBox(this, workbench::BoxKind::Error, refusal);
+        }
+    }
 }
 
 void CentralWidget::GenerateSsp()

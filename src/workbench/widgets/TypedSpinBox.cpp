@@ -7,7 +7,10 @@
 namespace workbench
 {
 
-TypedSpinBox::TypedSpinBox(QWidget *parent) : QSpinBox(parent) {}
+TypedSpinBox::TypedSpinBox(QWidget *parent) : QSpinBox(parent)
+{
+    reset(0);  // or the text would be empty until the box is shown
+}
 
 QValidator::State TypedSpinBox::validate(QString &, int &) const
 {

@@ -126,14 +126,15 @@ bool SfuTab::parseFirmware()
         return false;
     }
     auto record = openPackageInput(context().fileManager, path);
-    if (asFirmware(record.get()) == nullptr) {
+    // Rows and lists are no firmware; whether other kinds are, the builder decides.
+    if (!record || record->type == file_type::kTsv || record->type == file_type::kMcsv) {
         showBox(context().boxParent, BoxKind::Error,
                 QStringLiteral("Unable to create an SFU image from the format of : ") +
                     QFileInfo(path).fileName());
         return false;
     }
     m_firmware.reset(static_cast<FileData *>(record.release()));
-    if (m_firmware->segmentCount != 1) {
+    if (m_firmware->segmentCount != 1 || m_firmware->segments.size() != 1) {
         m_firmware.reset();
         showBox(context().boxParent, BoxKind::Error,
                 QStringLiteral("The firmware file contains more than one segment"));
@@ -145,9 +146,10 @@ bool SfuTab::parseFirmware()
     const SegmentData &segment = m_firmware->segments.front();
     PaneContents contents = emptyFirmware();
     const QFileInfo file(path);
-    contents.overview.values = QStringList{file.fileName(), firmwareWord(m_firmware->type),
-                                files::sizeText(static_cast<std::uint64_t>(file.size())),
-                                addressText(segment.address), files::sizeText(segment.size)};
+    contents.overview.values =
+        QStringList{file.fileName(), firmwareWord(m_firmware->type),
+                    files::sizeText(static_cast<std::uint64_t>(file.size())),
+                    addressText(segment.address), files::sizeText(segment.size)};
     m_firmwareInfo->show(contents);
     m_panes->setCurrentIndex(InfoTabs::kFirst);
     return true;
@@ -225,10 +227,10 @@ void SfuTab::show(const QByteArray &header, const QByteArray &body)
 {
     PaneContents contents = emptyUpdate();
     contents.overview.values = QStringList{QFileInfo(form()->text(kOutput)).fileName(),
-                                QFileInfo(form()->text(kHeader)).fileName(),
-                                files::sizeText(static_cast<std::uint64_t>(body.size())),
-                                QString::number(headerField(header, kProtocolAt)),
-                                QString::number(headerField(header, kPieceAt))};
+                                           QFileInfo(form()->text(kHeader)).fileName(),
+                                           files::sizeText(static_cast<std::uint64_t>(body.size())),
+                                           QString::number(headerField(header, kProtocolAt)),
+                                           QString::number(headerField(header, kPieceAt))};
     m_imageInfo->show(contents);
     m_panes->setCurrentIndex(InfoTabs::kSecond);
 }

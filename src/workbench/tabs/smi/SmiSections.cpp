@@ -43,7 +43,7 @@ PaneContents moduleFields(const QString &path, std::uint32_t address, int count,
 {
     PaneContents contents = emptyModule();
     contents.overview.values = QStringList{QFileInfo(path).fileName(), addressText(address),
-                                QString::number(count), files::sizeText(lastBytes)};
+                                           QString::number(count), files::sizeText(lastBytes)};
     return contents;
 }
 
@@ -115,8 +115,9 @@ PaneContents describeElf(const QString &path, const FileELF &elf)
 {
     PaneContents contents = emptyElf();
     const QFileInfo file(path);
-    contents.overview.values = QStringList{file.fileName(), ELFtype(elf.elfType), ELFmachine(elf.machine),
-                                files::sizeText(static_cast<std::uint64_t>(file.size()))};
+    contents.overview.values =
+        QStringList{file.fileName(), ELFtype(elf.elfType), ELFmachine(elf.machine),
+                    files::sizeText(static_cast<std::uint64_t>(file.size()))};
     const RowColours faint{QColor(0x60, 0x60, 0x60), QColor(0xE4, 0xE4, 0xE4)};
     for (const section_header &section : elf.sections) {
         DetailRow row{{QString::number(section.index), QString::fromStdString(section.name),

@@ -340,6 +340,17 @@ bool SmiTab::writeClearElf()
     return true;
 }
 
+QString SmiTab::refuseModule(const QString &path) const
+{
+    const QString name = QFileInfo(path).fileName();
+    const auto record = openPackageInput(context().fileManager, path);
+    if (!record) {
+        return QStringLiteral("Failure to open SMI file : ") + name;
+    }
+    return record->type == file_type::kSmi ? QString()
+                                           : name + QStringLiteral(" : is not an SMI file");
+}
+
 bool SmiTab::showChecked(const QString &path, const FileType &record)
 {
     if (record.type == file_type::kSmi) {

@@ -33,6 +33,9 @@ public:
     void parseElf();
     void generate();
 
+    /// Why a file can't go into a list of modules, as a sentence; empty for one that can.
+    [[nodiscard]] QString refuseModule(const QString &path) const;
+
 protected:
     void press(const QString &row, const QString &role) override;
 
