@@ -41,7 +41,7 @@ QList<FormRow> rowsOf()
     version.label = tr("Image &version");
     version.toolTip = tr("Image version between 0 and 255");
     version.most = 255;
-    return {inputRow("firmware", tr("&Firmware file"), tr("firmware"),
+    return {inputRow("firmware", tr("Fi&rmware file"), tr("firmware"),
                      tr("Firmware files (*.bin *.hex *.srec *.s19 *.elf *.axf *.out)"),
                      tr("Select a firmware of one segment.\nbin, hex, srec or elf file")),
             inputRow("key", tr("Encryption &key file"), tr("encryption key"), binary,
@@ -51,7 +51,7 @@ QList<FormRow> rowsOf()
             version,
             outputRow("header", tr("Output SFU &header file"), tr("output SFU header file"),
                       QStringLiteral("out.sfuh"), tr("The header; its name ends in .sfuh")),
-            outputRow("output", tr("&Output SFU file"), tr("output SFU file"),
+            outputRow("output", tr("O&utput SFU file"), tr("output SFU file"),
                       QStringLiteral("out.sfu"), tr("The update; its name ends in .sfu"))};
 }
 
@@ -104,8 +104,14 @@ SfuTab::SfuTab(const TabName &name, QWidget *page, FormContext &context)
                            m_imageInfo, imageTitle, page);
     layFormPage(page, form(), m_panes);
     connect(form(), &RowForm::edited, this, [this](const QString &row) {
-        if (row == kFirmware && !form()->edit(kFirmware)->isModified()) {
+        if (row != kFirmware || form()->edit(kFirmware)->isModified()) {
+            return;
+        }
+        if (QFileInfo(form()->text(kFirmware)).isFile()) {
             parseFirmware();
+        } else {
+            m_firmware.reset();
+            m_firmwareInfo->reset();
         }
     });
     connect(form()->edit(kFirmware), &QLineEdit::editingFinished, this, [this] {

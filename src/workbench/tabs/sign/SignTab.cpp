@@ -53,13 +53,13 @@ QList<FormRow> rowsOf()
     phrase.name = kPhrase;
     phrase.label = tr("PEM pass &phrase (Optional)");
     phrase.toolTip = tr("Keys behind a pass phrase can't be used in this version");
-    return {inputRow("input", tr("&Input image file"), tr("input image"),
+    return {inputRow("input", tr("I&nput image file"), tr("input image"),
                      tr("Firmware files (*.bin *.hex *.srec *.s19 *.elf *.axf *.out)"),
                      tr("Select the image to sign.\nbin, hex, srec or elf file")),
             inputRow("key", tr("EC private &key file"), tr("EC private key"),
                      tr("PEM files (*.pem)"), tr("EC Private key file Path")),
             version, phrase,
-            outputRow("output", tr("&Output SIGN file"), tr("output file"),
+            outputRow("output", tr("O&utput SIGN file"), tr("output file"),
                       QStringLiteral("signed.bin"), tr("The image with its signature"))};
 }
 
@@ -124,7 +124,8 @@ SignTab::SignTab(const TabName &name, QWidget *page, FormContext &context)
     layFormPage(page, form(), m_panes);
     connect(form(), &RowForm::edited, this, [this](const QString &row) {
         if (row == kInput && !m_isRestoring && !form()->edit(kInput)->isModified()) {
-            displayInput(form()->text(kInput));
+            const QString path = form()->text(kInput);
+            displayInput(QFileInfo(path).isFile() ? path : QString());
         }
     });
     connect(form()->edit(kInput), &QLineEdit::editingFinished, this, [this] {
@@ -293,8 +294,9 @@ bool SignTab::showResult(const QByteArray &keyPem)
         return false;
     }
     PaneContents contents = emptyImage();
-    contents.overview.values = QStringList{QFileInfo(output).fileName(), QStringLiteral("sign"),
-                                files::sizeText(static_cast<std::uint64_t>(written.size()))};
+    contents.overview.values =
+        QStringList{QFileInfo(output).fileName(), QStringLiteral("sign"),
+                    files::sizeText(static_cast<std::uint64_t>(written.size()))};
     contents.details.rows = signatureRows(opened->trailer);
     m_imageInfo->show(contents);
     m_panes->setCurrentIndex(InfoTabs::kSecond);

@@ -67,9 +67,9 @@ QList<FormRow> rowsOf()
     FormRow hash;
     hash.name = kHash;
     hash.kind = RowKind::Check;
-    hash.label = tr("&Generate Hash");
+    hash.label = tr("Generate &Hash");
     hash.toolTip = tr("Adds a check block that shows damage without a key");
-    return {inputRow("elf", tr("&ELF file"), tr("ELF file"),
+    return {inputRow("elf", tr("E&LF file"), tr("ELF file"),
                      tr("ELF files (*.elf *.axf *.o *.so *.out)"),
                      tr("Select an ELF file.\nelf, axf, o, so or out file")),
             key,
@@ -78,7 +78,7 @@ QList<FormRow> rowsOf()
             section,
             placement,
             hash,
-            outputRow("output", tr("&Output SMI file"), tr("output SMI file"),
+            outputRow("output", tr("O&utput SMI file"), tr("output SMI file"),
                       QStringLiteral("out.smi"), tr("The module; its name ends in .smi")),
             outputRow("clearElf", tr("Output &clear ELF file"), tr("output clear ELF file"),
                       QStringLiteral("clear.elf"),
@@ -120,7 +120,7 @@ SmiTab::SmiTab(const TabName &name, QWidget *page, FormContext &context)
         if (row == kSection) {
             showPlacement();
         } else if (row == kElf && !m_isRestoring && !form()->edit(kElf)->isModified()) {
-            parseElf();  // chosen or dropped; a typed name is read when it is complete
+            takeElf();  // chosen or dropped; a typed name is read when it is complete
         }
     });
     connect(form()->edit(kElf), &QLineEdit::editingFinished, this, [this] {
@@ -157,6 +157,15 @@ void SmiTab::makeVersionFile()
     form()->setText(kVersion, path);
     showBox(context().boxParent, BoxKind::Success,
             tr("Security version file successfully created"));
+}
+
+void SmiTab::takeElf()
+{
+    if (QFileInfo(form()->text(kElf)).isFile()) {
+        parseElf();
+    } else {
+        forgetElf();
+    }
 }
 
 void SmiTab::forgetElf()

@@ -40,6 +40,7 @@ protected:
     void press(const QString &row, const QString &role) override;
 
 private:
+    void takeElf();
     void forgetElf();
     void offerSections(const QString &chosen);
     void showPlacement();

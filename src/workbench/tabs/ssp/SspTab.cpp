@@ -47,14 +47,21 @@ const std::pair<const char *, QString> kSaved[] = {{"rmaLock", kUnlock},
                                                    {"Nonce file", kNonce},
                                                    {"ouput SFI file", kOutput}};
 
+QString keyLabel(int device)
+{
+    return SspTab::tr(sspLook(device).keyLabel)
+        .replace(QLatin1String("OEM"), QLatin1String("OE&M"));
+}
+
 QList<FormRow> rowsOf()
 {
     const auto tr = [](const char *text) { return SspTab::tr(text); };
     FormRow device;
     device.name = kDevice;
     device.kind = RowKind::Choice;
-    device.label = tr("&Device :");
-    device.choices = QStringList{QLatin1String(sspLook(kMp15).name), QLatin1String(sspLook(kMp13).name)};
+    device.label = tr("De&vice :");
+    device.choices =
+        QStringList{QLatin1String(sspLook(kMp15).name), QLatin1String(sspLook(kMp13).name)};
     device.toolTip = tr("The device that the image is made for");
     device.width = 200;
     FormRow unlock;
@@ -79,10 +86,10 @@ QList<FormRow> rowsOf()
             inputRow("secrets", tr("&Secrets file"), tr("secrets file"), tr("Binary files (*.bin)"),
                      tr("Select a secrets file.\nbin file with a size of 148 bytes")),
             key,
-            inputRow("oemKey", tr(sspLook(kMp15).keyLabel), tr("OEM key"),
-                     tr("Key files (*.pem *.bin)"), tr(sspLook(kMp15).keyHint)),
+            inputRow("oemKey", keyLabel(kMp15), tr("OEM key"), tr("Key files (*.pem *.bin)"),
+                     tr(sspLook(kMp15).keyHint)),
             nonce,
-            outputRow("output", tr("&Output SSP file"), tr("output SSP file"),
+            outputRow("output", tr("Ou&tput SSP file"), tr("output SSP file"),
                       QStringLiteral("out.ssp"), tr("The image; its name ends in .ssp"))};
 }
 
@@ -112,7 +119,8 @@ SspTab::SspTab(const TabName &name, QWidget *page, FormContext &context)
             &SspTab::changeDevice);
     connect(form(), &RowForm::edited, this, [this](const QString &row) {
         if (row == kSecrets && !m_isRestoring && !form()->edit(kSecrets)->isModified()) {
-            displaySecrets(form()->text(kSecrets));
+            const QString path = form()->text(kSecrets);
+            displaySecrets(QFileInfo(path).isFile() ? path : QString());
         }
     });
     connect(form()->edit(kSecrets), &QLineEdit::editingFinished, this, [this] {
@@ -141,7 +149,7 @@ void SspTab::changeDevice(int index)
         form()->edit(row)->setToolTip(plainToolTip(tr(hint)));
     };
     if (auto *label = page()->findChild<QLabel *>(QStringLiteral("ssp_oemKey_label"))) {
-        label->setText(tr(look.keyLabel));
+        label->setText(keyLabel(index));
     }
     form()->edit(kOemKey)->setAccessibleName(tr(look.keyLabel));
     setHint(kOemKey, look.keyHint);
@@ -293,8 +301,9 @@ bool SspTab::write(const QByteArray &image)
         return false;
     }
     PaneContents contents = emptyInput();
-    contents.overview.values = QStringList{QFileInfo(output).fileName(), QStringLiteral("SSP"),
-                                files::sizeText(static_cast<std::uint64_t>(written.size()))};
+    contents.overview.values =
+        QStringList{QFileInfo(output).fileName(), QStringLiteral("SSP"),
+                    files::sizeText(static_cast<std::uint64_t>(written.size()))};
     m_imageInfo->show(contents);
     m_panes->setCurrentIndex(InfoTabs::kSecond);
     return true;
