@@ -80,7 +80,7 @@ public:
 
 public slots:
     void Check();
-    void Clear();  ///< of filled forms, "Undo" as the next action takes it back
+    void Clear();         ///< of filled forms, "Undo" as the next action takes it back
     void SecureUpdate();  ///< shows the SFU page in a window of its own
     void Log();
     void Settings();

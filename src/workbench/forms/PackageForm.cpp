@@ -160,8 +160,9 @@ PaneContents describeInput(const QString &path, const FileData &record)
 {
     PaneContents contents = emptyInput();
     const QFileInfo file(path);
-    contents.overview.values = QStringList{file.fileName(), firmwareWord(record.type),
-                                files::sizeText(static_cast<std::uint64_t>(file.size()))};
+    contents.overview.values =
+        QStringList{file.fileName(), firmwareWord(record.type),
+                    files::sizeText(static_cast<std::uint64_t>(file.size()))};
     for (const SegmentData &segment : record.segments) {
         contents.details.rows.push_back(
             {{QString::number(contents.details.rows.size() + 1), files::sizeText(segment.size),

@@ -175,8 +175,10 @@ void InfoPane::showDetails(const Details &details)
                 item->setForeground(wanted.colours->text);
                 item->setBackground(wanted.colours->background);
             }
-            item->setToolTip(wanted.why.isEmpty() ? QString() : plainToolTip(wanted.why));
-            item->setData(Qt::AccessibleDescriptionRole, wanted.why);
+            if (!wanted.why.isEmpty()) {
+                item->setToolTip(plainToolTip(wanted.why));
+                item->setData(Qt::AccessibleDescriptionRole, wanted.why);
+            }
             m_details->setItem(row, column, item);
         }
         ++row;

@@ -97,7 +97,9 @@ std::vector<DetailRow> signatureRows(const preparation::SignTrailer &trailer)
     };
     std::vector<DetailRow> rows;
     for (const auto &[name, value] : fields) {
-        rows.push_back({{name, value}, std::nullopt, value});
+        DetailRow &row = rows.emplace_back();
+        row.cells = QStringList{name, value};
+        row.why = value;  // the cell cuts a long identifier
     }
     return rows;
 }

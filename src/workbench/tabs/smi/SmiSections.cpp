@@ -120,12 +120,15 @@ PaneContents describeElf(const QString &path, const FileELF &elf)
                     files::sizeText(static_cast<std::uint64_t>(file.size()))};
     const RowColours faint{QColor(0x60, 0x60, 0x60), QColor(0xE4, 0xE4, 0xE4)};
     for (const section_header &section : elf.sections) {
-        DetailRow row{{QString::number(section.index), QString::fromStdString(section.name),
-                       secType(section.sectionType), addressText(section.sectionAddress),
-                       files::sizeText(section.sectionSize),
-                       secFlag(static_cast<unsigned long>(section.sectionFlags))},
-                      std::nullopt,
-                      whyNotOffered(section)};
+        DetailRow row;
+        row.cells = QStringList{QString::number(section.index),
+                                QString::fromStdString(section.name),
+                                secType(section.sectionType),
+                                addressText(section.sectionAddress),
+                                files::sizeText(section.sectionSize),
+                                secFlag(static_cast<unsigned long>(section.sectionFlags))};
+        row.why = whyNotOffered(section);
+        row.bytes = section.sectionSize;
         if (!row.why.isEmpty()) {
             row.colours = faint;
         }
