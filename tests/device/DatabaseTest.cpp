@@ -6,6 +6,8 @@
 #include "support/MessageLog.h"
 #include "support/ScratchFolder.h"
 
+#include <QRegularExpression>
+
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
@@ -69,6 +71,12 @@ void checkField(const obField &field, std::uint32_t &taken)
 
 TEST_P(Database, RegistersAreWellFormed)
 {
+    DataGateWay gateway(entry().id, entry().core);
+    const auto peripherals = gateway.GetConfigeDevice(1, 0).peripherals;
+    EXPECT_EQ(std::count_if(
+                  peripherals.begin(), peripherals.end(),
+                  [](const CPeripheral &found) { return found.type == StorageType::OptionBytes; }),
+              1);
     const std::vector<std::string> order = {"Access",       "Start-up",     "Supply",   "Watchdog",
                                             "Sector locks", "Private code", "Isolation"};
     const OptionBytes bytes = bytesOf(entry());
@@ -96,6 +104,24 @@ TEST_P(Database, RegistersAreWellFormed)
     const double share = used / (32.0 * static_cast<double>(bytes.registers.size()));
     EXPECT_GE(share, 0.3);
     EXPECT_LE(share, 0.7);
+}
+
+// Defaults of expanded bits rise by one, which only two bits that begin with 0 can bear.
+TEST_P(Database, ExpandedBitsThatCanBeEditedAreTwo)
+{
+    const QString text = QString::fromUtf8(fileText());
+    static const QRegularExpression bitElement("<Bit[ >].*?</Bit>",
+                                               QRegularExpression::DotMatchesEverythingOption);
+    int elements = 0;
+    for (auto bits = bitElement.globalMatch(text); bits.hasNext(); ++elements) {
+        const QString one = bits.next().captured();
+        if (one.contains("ByBit=\"true\"") && !one.contains("<Access>R</Access>")) {
+            EXPECT_TRUE(one.contains("<BitWidth>0x2</BitWidth>", Qt::CaseInsensitive) &&
+                        one.contains("<DefaultVal>0x0</DefaultVal>"))
+                << one.toStdString();
+        }
+    }
+    EXPECT_GT(elements, 20);
 }
 
 TEST_P(Database, FileBeginsAsTheReaderWantsIt)

@@ -193,6 +193,27 @@ TEST_F(ObTabTest, BitTableShowsBothHalvesAndReservedBits)
     EXPECT_EQ(reserved->text(), "1");
     EXPECT_FALSE(reserved->isEnabled());
     EXPECT_EQ(bits->handle().buttons.at(0).name, "Reserved.");
+    const QImage sheet = bits->viewport()->grab().toImage();
+    for (const int row : {2, 4}) {
+        const int y = bits->rowViewportPosition(row) + bits->rowHeight(row) - 1;
+        EXPECT_EQ(sheet.pixelColor(sheet.width() / 4, y), QColor(0xC3, 0xCB, 0xD3))
+            << "no line below the joined cells of row " << row;
+    }
+}
+
+TEST_F(ObTabTest, WithoutADeviceEverySlotIsHarmless)
+{
+    find<QLineEdit>("ob_path_edit")->setText(folder.path("none.csv"));
+    for (const int index : {0, 13}) {
+        form.changeSfiobElements(index);
+        EXPECT_EQ(find<QPushButton>("ob_upload_open")->isEnabled(), index == 13);
+        DialogAnswers boxes({folder.file("any.csv", "ACCLVL,1\n")});
+        form.uploadSFIOB();
+        form.GenerateSfiOb();
+        form.sfiObModifyBit();
+        EXPECT_EQ(boxes.texts().mid(1), QStringList());
+    }
+    EXPECT_FALSE(QFile::exists(folder.path("none.csv")));
 }
 
 TEST_F(ObTabTest, ArrowsWalkSpaceFlipsEnterOpens)

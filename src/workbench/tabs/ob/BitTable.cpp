@@ -7,6 +7,7 @@
 #include <QHeaderView>
 #include <QKeyEvent>
 #include <QLineEdit>
+#include <QPainter>
 #include <QPushButton>
 #include <QSignalBlocker>
 #include <QStyle>
@@ -29,6 +30,7 @@ constexpr int kCellPoints = 7;
 const QColor kReservedColour(0xF4, 0xF4, 0xF4);
 const QColor kReservedText(0x5F, 0x6B, 0x77);
 const QColor kPrint(0x1C, 0x27, 0x33);
+const QColor kGrid(0xC3, 0xCB, 0xD3);
 
 // A light sheet in every theme: the red and black of a text box and the grey of reserved bits are
 // fixed, and only on light ground can all of them be read.
@@ -367,6 +369,18 @@ bool BitTable::walk(QWidget *from, int key)
         best->setFocus(Qt::TabFocusReason);
     }
     return true;  // a box at the edge must not change by the key
+}
+
+/// Qt leaves out some grid lines beside joined cells; every row has its line here.
+void BitTable::paintEvent(QPaintEvent *event)
+{
+    QTableWidget::paintEvent(event);
+    QPainter painter(viewport());
+    painter.setPen(kGrid);
+    for (int row = 0; row < rowCount(); ++row) {
+        const int y = rowViewportPosition(row) + rowHeight(row) - 1;
+        painter.drawLine(0, y, viewport()->width(), y);
+    }
 }
 
 void BitTable::resizeEvent(QResizeEvent *event)

@@ -35,6 +35,7 @@ signals:
     void focused(device::FieldId id);
 
 protected:
+    void paintEvent(QPaintEvent *event) override;
     void resizeEvent(QResizeEvent *event) override;
 
 private:

@@ -215,6 +215,9 @@ void ObForm::refresh(device::FieldId id)
 
 void ObForm::refreshAll()
 {
+    if (m_editor == nullptr) {
+        return;
+    }
     for (std::size_t reg = 0; reg < m_editor->registers().size(); ++reg) {
         for (std::size_t field = 0; field < m_editor->reg(reg).fields.size(); ++field) {
             tree->refresh({reg, field});

@@ -116,6 +116,7 @@ void ObTab::loadDevice(unsigned int id, int core)
     const auto number = static_cast<unsigned short>(id);
     m_form->showDevice(nullptr);
     m_editor = {};
+    setWritten({});
     parser = std::make_unique<DataGateWay>(number, core);
     std::string reason = parser->failure();
     if (parser->CheckDataState() == DataGateWay::Loaded) {
