@@ -322,6 +322,27 @@ TEST_F(ObTabTest, WrittenFileGoesToTheSfiTabsUntilAnEdit)
     EXPECT_EQ(value("ACCLVL"), "0x000001aa");
 }
 
+TEST_F(ObTabTest, PanelThatLocksTheDeviceLosesNoEdit)
+{
+    choose(8);
+    QTest::mouseClick(field("ACCLVL", "REGRESS"), Qt::LeftButton);
+    const QString path = generate("8.csv");
+    form.displayH5_Tabs();
+    EXPECT_EQ(value("ACCLVL"), "0x000101aa") << "another device";
+    field<QComboBox>("ACCLVL", "LEVEL")->setCurrentText("0x72");
+    form.displaySFI_Tabs();
+    EXPECT_EQ(value("ACCLVL"), "0x000001aa");
+    EXPECT_EQ(find<QLineEdit>("ob_path_edit")->text(), path);
+    EXPECT_TRUE(find<QPushButton>("ob_useInSfi_ok")->isEnabled());
+    QTest::mouseClick(field("ACCLVL", "REGRESS"), Qt::LeftButton);
+    EXPECT_EQ(value("ACCLVL"), "0x000101aa") << "the tables look at the old device";
+    choose(3);
+    form.displayH5_Tabs();
+    EXPECT_EQ(value("ACCLVL"), "0x00010172");
+    form.displaySFI_Tabs();
+    EXPECT_EQ(find<QComboBox>("ob_mcu_combo")->currentIndex(), 3);
+}
+
 TEST_F(ObTabTest, BadDeviceFilesLeaveAnEmptyTabAndTellWhy)
 {
     using namespace device_xml;

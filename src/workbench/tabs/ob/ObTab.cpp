@@ -84,7 +84,25 @@ void ObTab::lockDevice(bool lock)
     const auto h5 =
         std::find_if(device::kObEntries.begin(), device::kObEntries.end(),
                      [](const device::ObEntry &entry) { return entry.id == kH5Device; });
+    const Held leaving = {index(), m_editor, m_form->path->path(), m_writtenPath};
     m_lock.set(m_form->mcuBox, static_cast<int>(h5 - device::kObEntries.begin()), lock);
+    if (index() == leaving.index) {
+        return;
+    }
+    if (index() == m_otherPanel.index && !m_editor.registers().empty() &&
+        !m_otherPanel.editor.registers().empty()) {
+        show(m_otherPanel);
+    }
+    m_otherPanel = leaving;
+}
+
+void ObTab::show(const Held &held)
+{
+    m_form->showDevice(nullptr);  // the tables look at the editor
+    m_editor = held.editor;
+    m_form->showDevice(&m_editor);
+    m_form->path->setPath(held.path);
+    setWritten(held.writtenPath);
 }
 
 int ObTab::index() const

@@ -23,6 +23,8 @@ public:
     ObTab(const TabName &name, QWidget *page, FormContext &context);
     ~ObTab() override;
 
+    /// A change of device by the lock keeps what was set for the device before, until the box
+    /// returns to it.
     void lockDevice(bool lock) override;
 
     [[nodiscard]] ObForm *form() const { return m_form; }
@@ -41,7 +43,16 @@ public:
     void useInSfi();
 
 private:
+    /// What the tab held for an entry of the box.
+    struct Held {
+        int index = 0;
+        device::ObEditor editor;
+        QString path;
+        QString writtenPath;
+    };
+
     [[nodiscard]] int index() const;
+    void show(const Held &held);
     void writeCsv(const device::ObOutput &output);
     void loadCsv(const QByteArray &content);
     void reportLeftFields(const device::UploadPlan &plan) const;
@@ -49,6 +60,7 @@ private:
 
     QPointer<ObForm> m_form;
     DeviceLock m_lock;
+    Held m_otherPanel;                    ///< left behind when the lock changed the device
     std::unique_ptr<DataGateWay> parser;  ///< of the loaded device
     device::ObEditor m_editor;
     QString m_proposedPath;
