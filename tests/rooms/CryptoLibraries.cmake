@@ -3,7 +3,7 @@ file(GLOB_RECURSE sources ${SOURCE_DIR}/src/*.h ${SOURCE_DIR}/src/*.cpp ${SOURCE
     ${SOURCE_DIR}/tools/*.cpp)
 set(seen 0)
 foreach(source ${sources})
-    file(STRINGS ${source} includes REGEX "#include <(openssl|botan)/")
+    file(STRINGS ${source} includes REGEX "#include <(openssl|botan|p11-kit)/")
     if(includes AND source MATCHES "/src/crypto/")
         math(EXPR seen "${seen} + 1")
     elseif(includes)

@@ -1,0 +1,100 @@
+// A PKCS#11 module that hands every call to SoftHSM, but for those that a test wants to fail.
+#include "support/FaultyModule.h"
+
+#include <dlfcn.h>
+#include <p11-kit/pkcs11.h>
+
+namespace
+{
+
+CK_FUNCTION_LIST *softHsm()
+{
+    static CK_FUNCTION_LIST *const list = [] {
+        CK_FUNCTION_LIST *found = nullptr;
+        void *const library = dlopen(SOFTHSM_MODULE, RTLD_NOW | RTLD_LOCAL);
+        const auto get =
+            library == nullptr
+                ? nullptr
+                : reinterpret_cast<CK_C_GetFunctionList>(dlsym(library, "C_GetFunctionList"));
+        return get != nullptr && get(&found) == CKR_OK ? found : nullptr;
+    }();
+    return list;
+}
+
+unsigned long faultOf(const char *call)
+{
+    const auto &before = tokenFaults()->before;
+    return before ? before(call) : CKR_OK;
+}
+
+// Plain functions, as the list holds no others.
+template <auto Member, typename... Arguments>
+CK_RV pass(const char *name, Arguments... arguments)
+{
+    const unsigned long fault = faultOf(name);
+    return fault != CKR_OK ? fault : (softHsm()->*Member)(arguments...);
+}
+
+CK_RV createObject(CK_SESSION_HANDLE s, CK_ATTRIBUTE *a, CK_ULONG n, CK_OBJECT_HANDLE *o)
+{
+    return pass<&CK_FUNCTION_LIST::C_CreateObject>("C_CreateObject", s, a, n, o);
+}
+CK_RV destroyObject(CK_SESSION_HANDLE s, CK_OBJECT_HANDLE o)
+{
+    return pass<&CK_FUNCTION_LIST::C_DestroyObject>("C_DestroyObject", s, o);
+}
+CK_RV findObjectsInit(CK_SESSION_HANDLE s, CK_ATTRIBUTE *a, CK_ULONG n)
+{
+    return pass<&CK_FUNCTION_LIST::C_FindObjectsInit>("C_FindObjectsInit", s, a, n);
+}
+CK_RV generatePair(CK_SESSION_HANDLE s, CK_MECHANISM *m, CK_ATTRIBUTE *a, CK_ULONG n,
+                   CK_ATTRIBUTE *b, CK_ULONG k, CK_OBJECT_HANDLE *o, CK_OBJECT_HANDLE *p)
+{
+    return pass<&CK_FUNCTION_LIST::C_GenerateKeyPair>("C_GenerateKeyPair", s, m, a, n, b, k, o, p);
+}
+CK_RV wrapKey(CK_SESSION_HANDLE s, CK_MECHANISM *m, CK_OBJECT_HANDLE w, CK_OBJECT_HANDLE k,
+              CK_BYTE *b, CK_ULONG *n)
+{
+    return pass<&CK_FUNCTION_LIST::C_WrapKey>("C_WrapKey", s, m, w, k, b, n);
+}
+CK_RV sign(CK_SESSION_HANDLE s, CK_BYTE *d, CK_ULONG n, CK_BYTE *b, CK_ULONG *k)
+{
+    return pass<&CK_FUNCTION_LIST::C_Sign>("C_Sign", s, d, n, b, k);
+}
+CK_RV tokenInfo(CK_SLOT_ID slot, CK_TOKEN_INFO *info)
+{
+    const CK_RV code = pass<&CK_FUNCTION_LIST::C_GetTokenInfo>("C_GetTokenInfo", slot, info);
+    if (code == CKR_OK) {
+        info->flags |= tokenFaults()->tokenFlags;
+    }
+    return code;
+}
+
+}  // namespace
+
+extern "C" {
+
+TokenFaults *tokenFaults()
+{
+    static TokenFaults faults;
+    return &faults;
+}
+
+CK_RV C_GetFunctionList(CK_FUNCTION_LIST **out)
+{
+    static CK_FUNCTION_LIST list;
+    if (softHsm() == nullptr) {
+        return CKR_GENERAL_ERROR;
+    }
+    list = *softHsm();
+    list.C_CreateObject = createObject;
+    list.C_DestroyObject = destroyObject;
+    list.C_FindObjectsInit = findObjectsInit;
+    list.C_GenerateKeyPair = generatePair;
+    list.C_WrapKey = wrapKey;
+    list.C_Sign = sign;
+    list.C_GetTokenInfo = tokenInfo;
+    *out = &list;
+    return CKR_OK;
+}
+}
