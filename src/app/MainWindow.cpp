@@ -9,7 +9,6 @@
 #include <QCloseEvent>
 #include <QComboBox>
 #include <QCoreApplication>
-#include <QDialog>
 #include <QFileInfo>
 #include <QGroupBox>
 #include <QPushButton>

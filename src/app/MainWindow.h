@@ -12,7 +12,6 @@
 
 class CentralWidget;
 class QAction;
-class QDialog;
 class QMenu;
 class QMenuBar;
 class QToolBar;
@@ -116,7 +115,7 @@ private:
     void takeTemplatePath(const QString &path);
     int statusOnClose() const;
 
-    QDialog *m_updateWindow = nullptr;  ///< null until it is asked for
+    QWidget *m_updateWindow = nullptr;  ///< null until it is asked for
 
     void restoreForms(const app::SavedState &state);
     /// Tabs that keep something, in the order of their groups in the settings file.

@@ -1,8 +1,9 @@
 // What the menus and the tool bar start.
 #include "app/LogDialog.h"
 #include "app/MainWindow.h"
+#include "app/OtherPackage.h"
+#include "app/UpdateWindow.h"
 #include "files/FileManager.h"
-#include "workbench/forms/Tab.h"
 #include "workbench/frame/CentralWidget.h"
 #include "workbench/widgets/Boxes.h"
 #include "workbench/widgets/BusyCursor.h"
@@ -10,11 +11,9 @@
 
 #include <QApplication>
 #include <QDesktopServices>
-#include <QDialog>
 #include <QFileInfo>
 #include <QKeyEvent>
 #include <QUrl>
-#include <QVBoxLayout>
 
 using workbench::BoxKind;
 using workbench::showBox;
@@ -39,8 +38,10 @@ void postKeyToFocus(int key, Qt::KeyboardModifiers modifiers)
 
 void MainWindow::Check()
 {
-    const QString path = workbench::chooseFile(this, centralWidget->lastFolder,
-                                               QStringLiteral("Secure firmwares (*.sfi *.smi)"));
+    const QString path = workbench::chooseFile(
+        this, centralWidget->lastFolder,
+        QStringLiteral("Secure firmwares (*.sfi *.smi);;Other packages (*.smu *.sfuh *.ssp "
+                       "*.ssfi *.sfix);;All files (*)"));
     if (path.isEmpty()) {
         return;
     }
@@ -49,7 +50,9 @@ void MainWindow::Check()
         path.endsWith(QLatin1String(".smu"))) {
         checkImage(path);
     } else {
-        showBox(this, BoxKind::Error, tr("It is neither an SFI nor an SMI file"));
+        const workbench::BusyCursor busy;
+        showBox(this, BoxKind::Error, tr("It is neither an SFI nor an SMI file"),
+                app::describePackage(path));
     }
 }
 
@@ -85,16 +88,7 @@ void MainWindow::Clear()
 void MainWindow::SecureUpdate()
 {
     if (m_updateWindow == nullptr) {
-        m_updateWindow = new QDialog(this);
-        m_updateWindow->setObjectName(QStringLiteral("update_window"));
-        m_updateWindow->setWindowTitle(tr("Secure update (SFU)"));
-        m_updateWindow->setWindowFlag(Qt::WindowMaximizeButtonHint);
-        QWidget *page = centralWidget->tab(QStringLiteral("sfu"))->page();
-        auto *layout = new QVBoxLayout(m_updateWindow);
-        layout->setContentsMargins(0, 0, 0, 0);
-        layout->addWidget(page);
-        page->show();
-        m_updateWindow->resize(1100, 480);
+        m_updateWindow = app::makeUpdateWindow(*centralWidget, this);
     }
     m_updateWindow->show();
     m_updateWindow->raise();

@@ -202,7 +202,7 @@ TEST_F(CheckImage, EndingsAreComparedWithCase)
     ASSERT_EQ(boxes.seen().size(), 2u);
     EXPECT_EQ(boxes.seen()[0].title, "Open file");
     EXPECT_EQ(boxes.seen()[0].folder, folder.path(""));
-    EXPECT_EQ(boxes.seen()[0].nameFilters, QStringList("Secure firmwares (*.sfi *.smi)"));
+    EXPECT_EQ(boxes.seen()[0].nameFilters[0], "Secure firmwares (*.sfi *.smi)");
     EXPECT_EQ(boxes.texts()[1], "Error|It is neither an SFI nor an SMI file");
     EXPECT_EQ(window.form().lastFolder, path);
 }
@@ -252,6 +252,55 @@ TEST_F(CheckImage, ValidImageFillsThePaneAndClearEmptiesIt)
     EXPECT_EQ(key->text(), "");
     EXPECT_EQ(window->findChild<QComboBox *>("sfi_mcu_combo")->currentIndex(), 3);
     EXPECT_FALSE(window->findChild<QPushButton *>("sfi_generate_ok")->isEnabled());
+}
+
+TEST_F(CheckImage, OtherPackagesAreTold)
+{
+    std::string ssp("SSPIMAGE\1\0\2\0\x98\0\0\0", 16);
+    ssp.resize(232);
+    for (const auto &[path, told] :
+         {std::pair(folder.file("a.ssp", ssp), "Kind: SSP\nFormat version: 1\nOEM key kind: 2\n"),
+          std::pair(folder.file("a.sfuh", "SFUH"), "It is no known package: the body of this"),
+          std::pair(folder.file("a.txt", "text"), "It is no known package: no SFI, ")}) {
+        QString more;
+        const DialogAnswer read([&more](QDialog &box) {
+            more = static_cast<QMessageBox &>(box).informativeText();
+            box.accept();
+        });
+        const DialogAnswers boxes({path, read});
+        window->Check();
+        EXPECT_EQ(boxes.texts().last(), "Error|It is neither an SFI nor an SMI file");
+        EXPECT_TRUE(more.startsWith(told)) << more.toStdString();
+    }
+}
+
+TEST_F(CheckImage, ModuleImagesOfBothKindsGoToTheSmiTab)
+{
+    // Head of 28 bytes, 4 bytes of image, one block with one value.
+    std::string smu(48, '\0');
+    smu.replace(8, 1, "\x1C").replace(12, 1, "\4").replace(32, 2, "\x07\x69");
+    smu.replace(34, 1, "\x0A").replace(36, 1, "\x50").replace(38, 1, "\2");
+    DialogAnswers boxes({folder.file("a.smu", smu), QMessageBox::Ok});
+    window->Check();
+    EXPECT_EQ(boxes.texts()[1], "Information|Valid SMU file");
+    const auto *values = window->findChild<QTableWidget *>("smi_imageInfo_segments");
+    ASSERT_EQ(values->rowCount(), 1);
+    EXPECT_EQ(values->item(0, 1)->text() + values->item(0, 3)->text(), "SEC_CNT2");
+}
+
+TEST(UpdateWindow, IsOneAndGoesWithTheMainWindow)
+{
+    const WindowUnderTest window;
+    window->updateAction->trigger();
+    window->updateAction->trigger();
+    const auto found = window->findChildren<QWidget *>("update_window");
+    ASSERT_EQ(found.size(), 1);
+    EXPECT_TRUE(found[0]->isWindow() && found[0]->isVisible());
+    EXPECT_FALSE(found[0]->isModal());
+    DialogAnswers noBoxes;
+    QTest::keyClick(found[0]->findChild<QLineEdit *>("sfu_key_edit"), Qt::Key_Return);
+    window->close();
+    EXPECT_FALSE(found[0]->isVisible());
 }
 
 TEST_F(CheckImage, CancelDoesNothing)

@@ -237,7 +237,22 @@ INSTANTIATE_TEST_SUITE_P(
     ::testing::Values(Form{"sfi", SFI_NAMES "firmware_list firmware_add firmware_remove smi_list "
                                             "smi_add smi_remove"},
                       Form{"sfix", SFI_NAMES "internal_list internal_add internal_remove "
-                                             "external_list external_add external_remove"}),
+                                             "external_list external_add external_remove"},
+                      Form{"smi", "elf_edit elf_open key_edit key_open key_generate nonce_edit "
+                                  "nonce_open nonce_generate securityVersion_edit "
+                                  "securityVersion_open securityVersion_generate section_combo "
+                                  "hash_check output_edit output_folder clearElf_edit "
+                                  "clearElf_folder generate_ok info_tabs elfInfo_table "
+                                  "elfInfo_segments imageInfo_table imageInfo_segments"},
+                      Form{"ssp", "device_combo rmaUnlock_edit rmaRelock_edit secrets_edit "
+                                  "secrets_open key_edit key_open key_generate oemKey_edit "
+                                  "oemKey_open nonce_edit nonce_open nonce_generate output_edit "
+                                  "output_folder generate_ok info_tabs secretsInfo_table "
+                                  "secretsInfo_segments imageInfo_table imageInfo_segments"},
+                      Form{"sign", "input_edit input_open key_edit key_open version_spin "
+                                   "passPhrase_edit output_edit output_folder generate_ok "
+                                   "info_tabs firmwareInfo_table firmwareInfo_segments "
+                                   "imageInfo_table imageInfo_segments"}),
     [](const auto &row) { return std::string(row.param.key); });
 
 /// A form that is made of runtime words, as templates make them.

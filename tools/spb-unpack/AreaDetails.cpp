@@ -1,8 +1,7 @@
 #include "AreaDetails.h"
 
-#include "PackageReport.h"
-
 #include "files/base/ByteCursor.h"
+#include "preparation/listing/PackageReport.h"
 
 #include <algorithm>
 

@@ -1,7 +1,7 @@
 #include "AreaTable.h"
 
 #include "AreaDetails.h"
-#include "PackageReport.h"
+#include "preparation/listing/PackageReport.h"
 #include "tools/console/Table.h"
 
 #include <QJsonArray>

@@ -9,6 +9,7 @@ using console::Option;
 using files::ErrorCode;
 using files::fail;
 using files::Result;
+using preparation::PackageKind;
 
 std::vector<Option> optionTable(Options &out)
 {
@@ -66,25 +67,27 @@ Result<void> checkTogether(const Options &options, const console::Arguments &ima
     return {};
 }
 
-Result<void> checkForKind(const Options &options, Kind kind)
+Result<void> checkForKind(const Options &options, PackageKind kind)
 {
     const std::string what = std::string("a package of the kind ") + kindName(kind);
-    const bool hasKey = kind != Kind::Signed && kind != Kind::Ssfi && kind != Kind::Smu;
+    const bool hasKey =
+        kind != PackageKind::Signed && kind != PackageKind::Ssfi && kind != PackageKind::Smu;
     if (options.key && !hasKey) {
         return fail(ErrorCode::BadValue,
-                    what + (kind == Kind::Signed ? " is checked with --public-key, not with --key"
-                                                 : " has nothing that a key could open"));
+                    what + (kind == PackageKind::Signed
+                                ? " is checked with --public-key, not with --key"
+                                : " has nothing that a key could open"));
     }
-    if (options.publicKey && kind != Kind::Signed) {
+    if (options.publicKey && kind != PackageKind::Signed) {
         return fail(ErrorCode::BadValue, what + " has no signature, --public-key is for another");
     }
-    if (options.body && kind != Kind::Sfu) {
+    if (options.body && kind != PackageKind::Sfu) {
         return fail(ErrorCode::BadValue, what + " has no body, --body is for another");
     }
-    if (options.area && kind != Kind::Sfi) {
+    if (options.area && kind != PackageKind::Sfi) {
         return fail(ErrorCode::BadValue, what + " has no areas to write, --area is for another");
     }
-    if (kind == Kind::Sfi && options.out && !options.area && !isFirmwareName(*options.out)) {
+    if (kind == PackageKind::Sfi && options.out && !options.area && !isFirmwareName(*options.out)) {
         return fail(ErrorCode::BadValue,
                     "the name after --out must end in .bin, .hex, .srec or .s19");
     }

@@ -1,6 +1,6 @@
 #pragma once
-#include "PackageKinds.h"
 #include "files/base/Result.h"
+#include "preparation/listing/PackageKinds.h"
 #include "tools/console/Program.h"
 
 #include <cstdint>
@@ -28,7 +28,7 @@ std::vector<console::Option> optionTable(Options &out);
 files::Result<void> checkTogether(const Options &options, const console::Arguments &images);
 
 /// Whether the options make sense for a package of that kind. @return as above
-files::Result<void> checkForKind(const Options &options, Kind kind);
+files::Result<void> checkForKind(const Options &options, preparation::PackageKind kind);
 
 /// The text of `--help`.
 const char *helpText();

@@ -1,11 +1,12 @@
 // spb-unpack: shows, checks and unpacks protected images.
 #include "AreaExtract.h"
 #include "AreaTable.h"
-#include "PackageKinds.h"
+#include "PackageTable.h"
 #include "UnpackOptions.h"
 #include "files/base/FileReader.h"
 #include "files/base/KeyFile.h"
 #include "files/base/SafeWriter.h"
+#include "preparation/listing/PackageKinds.h"
 #include "tools/console/Program.h"
 
 namespace
@@ -15,7 +16,7 @@ using files::Result;
 using preparation::OpenedImage;
 
 using console::complain;
-using unpack::ByteView;
+using preparation::ByteView;
 
 Result<files::ByteBuffer> readImage(const std::string &path)
 {
@@ -51,7 +52,7 @@ int show(const OpenedImage &image, const std::string &name, const unpack::Option
 }
 
 int showSfi(ByteView bytes, const std::string &name, const unpack::Options &options,
-            const unpack::Keys &keys)
+            const preparation::PackageKeys &keys)
 {
     const auto image = preparation::openImage(bytes, keys.key);
     if (!image) {
@@ -66,10 +67,8 @@ Result<files::ByteBuffer> readBody(const std::string &name, const unpack::Option
     if (options.body) {
         return readImage(*options.body);
     }
-    const QString header = QFile::decodeName(name.c_str());
-    if (!header.endsWith(QLatin1String(".sfuh"), Qt::CaseInsensitive)) {
-        return files::fail(files::ErrorCode::Missing,
-                           "its body isn't known, as its name doesn't end in .sfuh: use --body");
+    if (const auto beside = preparation::bodyBeside(QFile::decodeName(name.c_str())); !beside) {
+        return files::fail(beside.error().code, beside.error().text + ": use --body");
     }
     auto body = readImage(name.substr(0, name.size() - 1));
     if (!body) {
@@ -78,24 +77,24 @@ Result<files::ByteBuffer> readBody(const std::string &name, const unpack::Option
     return body;
 }
 
-int showPackage(unpack::Kind kind, ByteView bytes, const std::string &name,
-                const unpack::Options &options, const unpack::Keys &keys)
+int showPackage(preparation::PackageKind kind, ByteView bytes, const std::string &name,
+                const unpack::Options &options, const preparation::PackageKeys &keys)
 {
     files::ByteBuffer body;
-    if (kind == unpack::Kind::Sfu) {
+    if (kind == preparation::PackageKind::Sfu) {
         auto read = readBody(name, options);
         if (!read) {
             return complain(console::kNotReadable, name + ": " + read.error().text);
         }
         body = std::move(*read);
     }
-    const auto report = unpack::openPackage(kind, bytes, body.span(), keys);
+    const auto report = preparation::openPackage(kind, bytes, body.span(), keys);
     if (!report) {
         return complain(console::kNotReadable, name + " is not a package of the kind " +
-                                                   unpack::kindName(kind) + ": " +
+                                                   preparation::kindName(kind) + ": " +
                                                    report.error().text);
     }
-    if (!console::print(options.json ? report->json() : report->table())) {
+    if (!console::print(options.json ? report->json() : unpack::reportTable(*report))) {
         return complain(console::kOutputFailed, "standard output can't be written");
     }
     if (report->isDamaged() || ((options.key || options.publicKey) && !report->isAuthentic())) {
@@ -151,18 +150,19 @@ int run(const unpack::Options &options, const std::string &name)
     if (!bytes) {
         return complain(console::kNotReadable, name + ": " + bytes.error().text);
     }
-    const auto kind = unpack::kindOf(bytes->span());
+    const auto kind = preparation::kindOf(bytes->span());
     if (!kind) {
         return complain(console::kNotReadable, name + " is no known package: " + kind.error().text);
     }
     if (const auto fits = unpack::checkForKind(options, *kind); !fits) {
         return complain(console::kUsage, fits.error().text);
     }
-    unpack::Keys keys;
+    preparation::PackageKeys keys;
     keys.key = options.key ? std::optional(owned->key.span()) : std::nullopt;
     keys.publicKey = owned->publicKey ? &*owned->publicKey : nullptr;
-    return *kind == unpack::Kind::Sfi ? showSfi(bytes->span(), name, options, keys)
-                                      : showPackage(*kind, bytes->span(), name, options, keys);
+    return *kind == preparation::PackageKind::Sfi
+               ? showSfi(bytes->span(), name, options, keys)
+               : showPackage(*kind, bytes->span(), name, options, keys);
 }
 
 }  // namespace

@@ -119,10 +119,16 @@ const FileData *asFirmware(const FileType *record)
     }
 }
 
-bool writePackage(const QString &path, const QByteArray &bytes)
+bool writePackage(QWidget *boxParent, const QString &path, const QByteArray &bytes,
+                  const char *failure)
 {
     const auto *data = reinterpret_cast<const std::uint8_t *>(bytes.constData());
-    return files::writeWhole(path, {data, static_cast<std::size_t>(bytes.size())}).has_value();
+    const auto written = files::writeWhole(path, {data, static_cast<std::size_t>(bytes.size())});
+    if (!written) {
+        showBox(boxParent, BoxKind::Error,
+                QLatin1String(failure) + '\n' + QString::fromStdString(written.error().text));
+    }
+    return written.has_value();
 }
 
 QString firmwareWord(std::uint32_t type)
@@ -215,6 +221,7 @@ FormRow outputRow(const char *name, const QString &label, const QString &noun,
     row.noun = noun;
     row.defaultName = defaultName;
     row.toolTip = toolTip;
+    row.hint = tr("Path of the %1").arg(toolTip.section('\n', 1));
     row.needed = true;
     row.buttons = {{QStringLiteral("folder"), tr("Select folder"), {}}};
     return row;

@@ -46,8 +46,11 @@ void wipeSegments(FileType *record);
 /// A record as firmware; null when it is of another kind. The record keeps its bytes.
 const FileData *asFirmware(const FileType *record);
 
-/// Writes a file whole or not at all. @return false when it couldn't be written
-bool writePackage(const QString &path, const QByteArray &bytes);
+/// Writes a file whole or not at all.
+/// @param failure  the box's first line; the reason follows on a second one
+/// @return false after a box
+bool writePackage(QWidget *boxParent, const QString &path, const QByteArray &bytes,
+                  const char *failure);
 
 /// "Binary", "Intel Hex", "S-Record", "ELF", "Not supported".
 QString firmwareWord(std::uint32_t type);
@@ -68,7 +71,8 @@ bool isSameFile(const QString &one, const QString &other);
 /// A row for a path with "Open", needed before "Generate".
 FormRow inputRow(const char *name, const QString &label, const QString &noun, const QString &filter,
                  const QString &toolTip);
-/// A row for an output path with "Select folder".
+/// A row for an output path with "Select folder". The tool tip's second line, such as "smi file",
+/// stands in the empty field, too.
 FormRow outputRow(const char *name, const QString &label, const QString &noun,
                   const QString &defaultName, const QString &toolTip);
 

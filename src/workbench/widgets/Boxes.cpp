@@ -94,10 +94,14 @@ void fitToScreen(QMessageBox &box)
     grid->addWidget(area, row, column, rows, columns);
 }
 
-void showBox(QWidget *parent, BoxKind kind, const QString &text)
+void showBox(QWidget *parent, BoxKind kind, const QString &text, const QString &more)
 {
     QMessageBox box(iconOf(kind), titleOf(kind), text, QMessageBox::Ok, parent);
     box.setTextFormat(Qt::PlainText);
+    box.setInformativeText(more);
+    if (auto *label = box.findChild<QLabel *>(QStringLiteral("qt_msgbox_informativelabel"))) {
+        label->setTextFormat(Qt::PlainText);
+    }
     fitToScreen(box);
     box.exec();
 }

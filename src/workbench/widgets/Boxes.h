@@ -22,7 +22,8 @@ void fitToScreen(QMessageBox &box);
 
 /// Shows a modal box with the one button Ok and returns when it is closed. The text is shown as
 /// written: a file called `<b>x</b>.bin` is no markup.
-void showBox(QWidget *parent, BoxKind kind, const QString &text);
+/// @param more  a smaller text below, or none
+void showBox(QWidget *parent, BoxKind kind, const QString &text, const QString &more = {});
 
 /// A modal question with the buttons Yes and No. No is the default, and Esc means No.
 /// @param kind  Warning for its icon; any other kind shows the question mark

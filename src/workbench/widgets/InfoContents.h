@@ -31,7 +31,7 @@ struct DetailRow {
     QString why = {};                                   ///< tool tip of the row
 };
 
-/// The long table below it.
+/// The long table below it; without columns it isn't there.
 struct Details {
     QString title;
     QStringList columns;

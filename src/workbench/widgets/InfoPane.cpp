@@ -70,6 +70,7 @@ InfoPane::InfoPane(const QString &name, const QString &title, const PaneContents
     layout->addWidget(m_title);
     layout->addWidget(m_details, 1);
     layout->addWidget(m_map);
+    layout->addStretch();  // holds the overview at the top while there is no long table
     connectMap();
     reset();
 }
@@ -150,6 +151,8 @@ void InfoPane::fitOverview()
 void InfoPane::showDetails(const Details &details)
 {
     m_title->setText(details.title);
+    m_title->setVisible(!details.columns.isEmpty());
+    m_details->setVisible(!details.columns.isEmpty());
     m_details->setAccessibleName(m_spokenTitle + ' ' + details.title);
     m_details->setUpdatesEnabled(false);
     m_details->clear();

@@ -50,9 +50,9 @@ QList<FormRow> rowsOf()
                      tr("Select a nonce file.\nbin file with a size of 12 bytes")),
             version,
             outputRow("header", tr("Output SFU &header file"), tr("output SFU header file"),
-                      QStringLiteral("out.sfuh"), tr("The header; its name ends in .sfuh")),
+                      QStringLiteral("out.sfuh"), tr("Where the header goes.\nsfuh file")),
             outputRow("output", tr("O&utput SFU file"), tr("output SFU file"),
-                      QStringLiteral("out.sfu"), tr("The update; its name ends in .sfu"))};
+                      QStringLiteral("out.sfu"), tr("Where the update goes.\nsfu file"))};
 }
 
 PaneContents emptyFirmware()
@@ -212,21 +212,20 @@ bool SfuTab::writeFile(const QString &path, const QByteArray &bytes, const char 
     if (!confirmOverwrite(parent, path)) {
         return false;
     }
+    const auto refuse = [&](const char *text, const files::Error &error) {
+        showBox(parent, BoxKind::Error,
+                QLatin1String(text) + QLatin1String(which) + QStringLiteral("file\n") +
+                    QString::fromStdString(error.text) + newFile);
+        return false;
+    };
     auto writer = files::SafeWriter::open(path);
     if (!writer) {
-        showBox(parent, BoxKind::Error,
-                QStringLiteral("Failure to create SFU ") + QLatin1String(which) +
-                    QStringLiteral("file") + newFile);
-        return false;
+        return refuse("Failure to create SFU ", writer.error());
     }
     const auto *data = reinterpret_cast<const std::uint8_t *>(bytes.constData());
-    if (!writer->write({data, static_cast<std::size_t>(bytes.size())}) || !writer->commit()) {
-        showBox(parent, BoxKind::Error,
-                QStringLiteral("Error while writing in the sfu ") + QLatin1String(which) +
-                    QStringLiteral("file") + newFile);
-        return false;
-    }
-    return true;
+    const auto written = writer->write({data, static_cast<std::size_t>(bytes.size())});
+    const auto committed = written ? writer->commit() : written;
+    return committed.has_value() || refuse("Error while writing in the sfu ", committed.error());
 }
 
 void SfuTab::show(const QByteArray &header, const QByteArray &body)

@@ -53,14 +53,15 @@ QList<FormRow> rowsOf()
     phrase.name = kPhrase;
     phrase.label = tr("PEM pass &phrase (Optional)");
     phrase.toolTip = tr("Keys behind a pass phrase can't be used in this version");
+    FormRow key = inputRow("key", tr("EC private &key file"), tr("EC private key"),
+                           tr("PEM files (*.pem)"), tr("EC Private key file Path"));
+    key.hint = tr("PEM file, P-256 or brainpoolP256t1, without a pass phrase");
     return {inputRow("input", tr("I&nput image file"), tr("input image"),
                      tr("Firmware files (*.bin *.hex *.srec *.s19 *.elf *.axf *.out)"),
                      tr("Select the image to sign.\nbin, hex, srec or elf file")),
-            inputRow("key", tr("EC private &key file"), tr("EC private key"),
-                     tr("PEM files (*.pem)"), tr("EC Private key file Path")),
-            version, phrase,
+            key, version, phrase,
             outputRow("output", tr("O&utput SIGN file"), tr("output file"),
-                      QStringLiteral("signed.bin"), tr("The image with its signature"))};
+                      QStringLiteral("signed.bin"), tr("The image with its signature.\nbin file"))};
 }
 
 PaneContents emptyImage()
@@ -115,7 +116,7 @@ SignTab::SignTab(const TabName &name, QWidget *page, FormContext &context)
     : FormTab(name, page, context)
 {
     form()->addRows(rowsOf());
-    form()->addGenerate(tr("&Generate signed image"));
+    form()->addGenerate(tr("&Generate SIGN"));
     hidePassword(form()->edit(kPhrase), tr("PEM pass phrase"));
     const QString inputTitle = tr("Firmware information");
     const QString imageTitle = tr("SIGN information");

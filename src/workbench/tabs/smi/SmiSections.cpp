@@ -7,6 +7,8 @@
 
 #include <QCoreApplication>
 #include <QFileInfo>
+#include <QGuiApplication>
+#include <QPalette>
 
 #include <elf.h>
 
@@ -36,6 +38,52 @@ QStringList tlvRow(const TLV &entry, const QString &block)
 {
     return {block, QString::fromLatin1(entry.name), addressText(entry.tlvType),
             QString::number(entry.length)};
+}
+
+QColor mixed(const QColor &one, const QColor &other, int percentOfOther)
+{
+    const auto part = [percentOfOther](int a, int b) { return a + (b - a) * percentOfOther / 100; };
+    return {part(one.red(), other.red()), part(one.green(), other.green()),
+            part(one.blue(), other.blue())};
+}
+
+/// Of rows that can't be chosen, on light and dark desktops.
+RowColours faintColours()
+{
+    constexpr int kText = 40;
+    constexpr int kGround = 8;
+    const QPalette palette = QGuiApplication::palette();
+    const QColor text = palette.color(QPalette::Text);
+    const QColor base = palette.color(QPalette::Base);
+    return {mixed(text, base, kText), mixed(base, text, kGround)};
+}
+
+QString hexText(std::span<const std::uint8_t> bytes)
+{
+    const QByteArray raw(reinterpret_cast<const char *>(bytes.data()),
+                         static_cast<int>(bytes.size()));
+    return QString::fromLatin1(raw.toHex());
+}
+
+/// What a module's head says, or why it can't be read.
+Details moduleHead(const files::Result<preparation::ParsedSmi> &smi)
+{
+    Details details{
+        QStringLiteral("Module"), {QStringLiteral("Field"), QStringLiteral("Value")}, {}};
+    const auto add = [&details](const QString &field, const QString &value) {
+        DetailRow &row = details.rows.emplace_back();
+        row.cells = QStringList{field, value};
+        row.why = value;  // the cell may cut it
+    };
+    if (!smi) {
+        add(tr("Fault"), QString::fromStdString(smi.error().text));
+        return details;
+    }
+    add(tr("Module size"), files::sizeText(smi->plainSize));
+    add(tr("Security version"), hexText(smi->securityVersion));
+    add(tr("Nonce"), hexText(smi->nonce));
+    add(tr("Check block"), smi->hasCheck() ? hexText(smi->check) : tr("none"));
+    return details;
 }
 
 PaneContents moduleFields(const QString &path, std::uint32_t address, int count,
@@ -118,7 +166,7 @@ PaneContents describeElf(const QString &path, const FileELF &elf)
     contents.overview.values =
         QStringList{file.fileName(), ELFtype(elf.elfType), ELFmachine(elf.machine),
                     files::sizeText(static_cast<std::uint64_t>(file.size()))};
-    const RowColours faint{QColor(0x60, 0x60, 0x60), QColor(0xE4, 0xE4, 0xE4)};
+    const RowColours faint = faintColours();
     for (const section_header &section : elf.sections) {
         DetailRow row;
         row.cells = QStringList{QString::number(section.index),
@@ -143,16 +191,17 @@ PaneContents emptyModule()
              {QStringLiteral("Original file name"), QStringLiteral("SMI address"),
               QStringLiteral("Number of files"), QStringLiteral("Last file size")},
              {}},
-            {QStringLiteral("Values"),
-             {QStringLiteral("Block"), QStringLiteral("Name"), QStringLiteral("Type"),
-              QStringLiteral("Length")},
-             {}}};
+            {}};
 }
 
 PaneContents describeResult(const QString &path, std::uint32_t address, int files,
-                            std::uint64_t lastBytes)
+                            const QByteArray &last)
 {
-    return moduleFields(path, address, files, lastBytes);
+    const auto size = static_cast<std::size_t>(last.size());
+    PaneContents contents = moduleFields(path, address, files, size);
+    contents.details = moduleHead(preparation::parseSmi(
+        {reinterpret_cast<const std::uint8_t *>(last.constData()), size}, "It"));
+    return contents;
 }
 
 PaneContents describeSmi(const QString &path, const FileData &record)
@@ -164,9 +213,7 @@ PaneContents describeSmi(const QString &path, const FileData &record)
     const SegmentData &segment = record.segments.front();
     const auto smi = preparation::parseSmi({segment.data, segment.size}, "It");
     PaneContents contents = moduleFields(path, smi ? smi->loadAddress : 0, 1, size);
-    if (!smi) {
-        contents.details.title = QString::fromStdString(smi.error().text);
-    }
+    contents.details = moduleHead(smi);
     return contents;
 }
 
@@ -174,6 +221,10 @@ PaneContents describeSmu(const QString &path, const FileSMU &record)
 {
     PaneContents contents = moduleFields(path, record.loadAddress, 1,
                                          static_cast<std::uint64_t>(QFileInfo(path).size()));
+    contents.details = {QStringLiteral("Values"),
+                        {QStringLiteral("Block"), QStringLiteral("Name"), QStringLiteral("Type"),
+                         QStringLiteral("Length")},
+                        {}};
     for (const TLV &entry : record.protectedTlvs) {
         contents.details.rows.push_back({tlvRow(entry, tr("protected")), std::nullopt});
     }

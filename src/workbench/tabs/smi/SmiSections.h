@@ -3,6 +3,7 @@
 #include "preparation/Preparation.h"
 #include "workbench/widgets/InfoContents.h"
 
+#include <QByteArray>
 #include <QStringList>
 
 #include <vector>
@@ -29,13 +30,14 @@ PaneContents describeElf(const QString &path, const FileELF &elf);
 /// The modules made last.
 PaneContents emptyModule();
 PaneContents describeResult(const QString &path, std::uint32_t address, int files,
-                            std::uint64_t lastBytes);
+                            const QByteArray &last);
 
 /// A module file: SMI or SMU.
 PaneContents describeSmi(const QString &path, const FileData &record);
 PaneContents describeSmu(const QString &path, const FileSMU &record);
 
-/// Names for several modules: "base" and a number before the suffix, none of them an input.
+/// Names for several modules: "base" and a number before the suffix, none of them a file of the
+/// form.
 QStringList moduleNames(const QString &output, int count, const QStringList &inputs);
 
 /// What the builder found wrong with the section's place, in the order in which it is told. The

@@ -79,10 +79,11 @@ QList<FormRow> rowsOf()
             placement,
             hash,
             outputRow("output", tr("O&utput SMI file"), tr("output SMI file"),
-                      QStringLiteral("out.smi"), tr("The module; its name ends in .smi")),
+                      QStringLiteral("out.smi"), tr("Where the module goes.\nsmi file")),
             outputRow("clearElf", tr("Output &clear ELF file"), tr("output clear ELF file"),
                       QStringLiteral("clear.elf"),
-                      tr("The ELF file without the module, to link against or to flash"))};
+                      tr("Where the ELF file without the module goes, to link against or to "
+                         "flash.\nELF file"))};
 }
 
 }  // namespace
@@ -106,13 +107,14 @@ SmiTab::SmiTab(const TabName &name, QWidget *page, FormContext &context)
     layFormPage(page, form(), m_panes);
     form()->setMissing([this] {
         QList<MissingInput> missing;
-        for (const QString &row : {kElf, kKey, kNonce, kVersion, kOutput, kClearElf}) {
-            if (form()->text(row).isEmpty()) {
+        for (const QString &row : {kElf, kKey, kNonce, kVersion, kSection, kOutput, kClearElf}) {
+            // Sections come with the ELF file; without one nobody can choose any.
+            const bool isMissing =
+                row == kSection ? form()->choice(row)->count() == 0 && !form()->text(kElf).isEmpty()
+                                : form()->text(row).isEmpty();
+            if (isMissing) {
                 missing.append({row, true});
             }
-        }
-        if (form()->choice(kSection)->count() == 0) {
-            missing.append({kSection, true});
         }
         return missing;
     });
@@ -311,22 +313,22 @@ bool SmiTab::build(const QString &section)
     if (!writeModules(modules) || !writeClearElf()) {
         return false;
     }
-    m_imageInfo->show(describeResult(form()->text(kOutput), builder.smiAddress, modules.size(),
-                                     static_cast<std::uint64_t>(modules.last().size())));
+    m_imageInfo->show(
+        describeResult(form()->text(kOutput), builder.smiAddress, modules.size(), modules.last()));
     m_panes->setCurrentIndex(InfoTabs::kSecond);
     return true;
 }
 
 bool SmiTab::writeModules(const QList<QByteArray> &modules)
 {
-    const QStringList names = moduleNames(form()->text(kOutput), modules.size(), inputs());
+    const QStringList names =
+        moduleNames(form()->text(kOutput), modules.size(), inputs() << form()->text(kClearElf));
     for (int i = 0; i < modules.size(); ++i) {
         if (!confirmOverwrite(context().boxParent, names[i])) {
             return false;
         }
-        if (!writePackage(names[i], modules[i])) {
-            showBox(context().boxParent, BoxKind::Error,
-                    QStringLiteral("Failure to create SMI file"));
+        if (!writePackage(context().boxParent, names[i], modules[i],
+                          "Failure to create SMI file")) {
             return false;
         }
     }
@@ -342,11 +344,8 @@ bool SmiTab::writeClearElf()
                 QStringLiteral("Clear ELF file not created"));
         return true;
     }
-    if (!writePackage(path, context().preparation.clearElf)) {
-        showBox(context().boxParent, BoxKind::Error, QStringLiteral("Failure to create ELF file"));
-        return false;
-    }
-    return true;
+    return writePackage(context().boxParent, path, context().preparation.clearElf,
+                        "Failure to create ELF file");
 }
 
 QString SmiTab::refuseModule(const QString &path) const

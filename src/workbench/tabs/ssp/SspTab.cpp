@@ -90,7 +90,7 @@ QList<FormRow> rowsOf()
                      tr(sspLook(kMp15).keyHint)),
             nonce,
             outputRow("output", tr("Ou&tput SSP file"), tr("output SSP file"),
-                      QStringLiteral("out.ssp"), tr("The image; its name ends in .ssp"))};
+                      QStringLiteral("out.ssp"), tr("Where the image goes.\nssp file"))};
 }
 
 }  // namespace
@@ -254,25 +254,30 @@ void SspTab::generate()
         return;
     }
     const BusyCursor busy;
-    std::uint32_t word = 0;
-    if (!passwordWord(&word)) {
+    struct Secrets {
+        std::uint32_t word = 0;
+        QByteArray payload;
+        ~Secrets()
+        {
+            files::wipe(&word, sizeof word);
+            files::wipe(payload);
+        }
+    } secrets;
+    if (!passwordWord(&secrets.word)) {
         return;
     }
-    struct Payload {
-        QByteArray bytes;
-        ~Payload() { files::wipe(bytes); }
-    } payload;
     KeyInput key;
     KeyInput oemKey;
     KeyInput nonce;
-    if (!readPayload(word, payload.bytes) || !key.read(parent, form()->text(kKey), kKeyBytes) ||
+    if (!readPayload(secrets.word, secrets.payload) ||
+        !key.read(parent, form()->text(kKey), kKeyBytes) ||
         !oemKey.read(parent, form()->text(kOemKey), sspLook(sspDeviceIndex).oemBytes) ||
         !nonce.read(parent, form()->text(kNonce), kNonceBytes)) {
         return;
     }
     QByteArray oemPath = QFile::encodeName(form()->text(kOemKey));
     const QByteArray image = context().preparation.SSPPayloadPreparation(
-        payload.bytes, key.bytes(), nonce.bytes(),
+        secrets.payload, key.bytes(), nonce.bytes(),
         reinterpret_cast<unsigned char *>(oemPath.data()), kPayloadBytes);
     if (image.isEmpty()) {
         showBox(parent, BoxKind::Error,
@@ -291,8 +296,7 @@ bool SspTab::write(const QByteArray &image)
     if (!confirmOverwrite(parent, output)) {
         return false;
     }
-    if (!writePackage(output, image)) {
-        showBox(parent, BoxKind::Error, QStringLiteral("Failure to create SSP file"));
+    if (!writePackage(parent, output, image, "Failure to create SSP file")) {
         return false;
     }
     QByteArray written;

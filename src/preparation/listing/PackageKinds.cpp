@@ -1,4 +1,4 @@
-#include "PackageKinds.h"
+#include "preparation/listing/PackageKinds.h"
 
 #include "files/base/ByteCursor.h"
 #include "files/containers/SfiReader.h"
@@ -11,17 +11,15 @@
 
 #include <algorithm>
 
-namespace unpack
+namespace preparation
 {
 
 namespace
 {
 
-using console::Row;
 using files::ErrorCode;
 using files::fail;
 using files::Result;
-using namespace preparation;
 
 /// In front of the values of an SMU file, without and with protection.
 constexpr std::uint16_t kBlockMagics[] = {0x6907, 0x6908};
@@ -163,7 +161,7 @@ void addTlvs(PackageReport &report, const char *name, const char *heading,
              const std::vector<TLV> &list)
 {
     QJsonArray objects;
-    std::vector<Row> rows = {{"Name", "Type", "Length", "Value"}};
+    std::vector<TextRow> rows = {{"Name", "Type", "Length", "Value"}};
     for (const TLV &entry : list) {
         const std::string value = hexOf({entry.value, entry.length});
         objects.append(QJsonObject{{"name", entry.name},
@@ -206,7 +204,7 @@ PackageReport reportSsfi(const FileSFI &image)
     report.add("count", "Areas", static_cast<std::uint32_t>(image.areas.size()));
     report.add("nonce", "Nonce", ByteView(image.nonce, image.nonceSize));
     QJsonArray objects;
-    std::vector<Row> rows = {{"Index", "Type", "Label", "Address", "Size"}};
+    std::vector<TextRow> rows = {{"Index", "Type", "Label", "Address", "Size"}};
     for (const SegmentSFI &area : image.areas) {
         const std::string letter(1, static_cast<char>(area.areaType));
         objects.append(QJsonObject{{"index", objects.size() + 1},
@@ -222,6 +220,20 @@ PackageReport reportSsfi(const FileSFI &image)
     return report;
 }
 
+PackageReport reportSfi(const OpenedImage &image)
+{
+    PackageReport report("SFI");
+    report.add("version", "Format version", image.parsed.version);
+    report.add("count", "Areas", static_cast<std::uint32_t>(image.parsed.areas.size()));
+    const bool damaged =
+        std::ranges::find(image.verdicts, Verdict::Damaged) != image.verdicts.end();
+    report.conclude(verdictText(image.authentic ? Verdict::Authentic
+                                : damaged       ? Verdict::Damaged
+                                                : Verdict::NotChecked),
+                    image.authentic, damaged);
+    return report;
+}
+
 /// Turns an opener's result into a report.
 template <typename Opened, typename Report>
 Result<PackageReport> reported(Result<Opened> opened, Report report)
@@ -234,76 +246,86 @@ Result<PackageReport> reported(Result<Opened> opened, Report report)
 
 }  // namespace
 
-const char *kindName(Kind kind)
+const char *kindName(PackageKind kind)
 {
     switch (kind) {
-    case Kind::Signed:
+    case PackageKind::Signed:
         return "signed image";
-    case Kind::Sfi:
+    case PackageKind::Sfi:
         return "SFI";
-    case Kind::Ssfi:
+    case PackageKind::Ssfi:
         return "SSFI";
-    case Kind::Smi:
+    case PackageKind::Smi:
         return "SMI";
-    case Kind::Sfu:
+    case PackageKind::Sfu:
         return "SFU";
-    case Kind::Ssp:
+    case PackageKind::Ssp:
         return "SSP";
-    case Kind::Smu:
+    case PackageKind::Smu:
         return "SMU";
     }
     return "";
 }
 
-Result<Kind> kindOf(ByteView file)
+Result<PackageKind> kindOf(ByteView file)
 {
     // A signed image may be any other kind in front of its trailer.
     if (parseSignTrailer(file)) {
-        return Kind::Signed;
+        return PackageKind::Signed;
     }
     if (beginsWith(file, kSfiMagic)) {
         // Both kinds begin alike; only one of the two structures holds.
-        return !parseImage(file) && files::readSsfi(file) ? Kind::Ssfi : Kind::Sfi;
+        return !parseImage(file) && files::readSsfi(file) ? PackageKind::Ssfi : PackageKind::Sfi;
     }
-    const std::pair<std::string_view, Kind> magics[] = {
-        {kSmiMagic, Kind::Smi}, {kSfuMagic, Kind::Sfu}, {kSspMagic, Kind::Ssp}};
+    const std::pair<std::string_view, PackageKind> magics[] = {{kSmiMagic, PackageKind::Smi},
+                                                               {kSfuMagic, PackageKind::Sfu},
+                                                               {kSspMagic, PackageKind::Ssp}};
     for (const auto &[magic, kind] : magics) {
         if (beginsWith(file, magic)) {
             return kind;
         }
     }
     if (isSmu(file)) {
-        return Kind::Smu;
+        return PackageKind::Smu;
     }
     return fail(ErrorCode::BadMagic,
                 "no SFI, SSFI, SMI, SFU, SSP, SMU and no signed image. The nearest is " +
                     nearestKind(file));
 }
 
-Result<PackageReport> openPackage(Kind kind, ByteView file, ByteView body, const Keys &keys)
+Result<PackageReport> openPackage(PackageKind kind, ByteView file, ByteView body,
+                                  const PackageKeys &keys)
 {
     switch (kind) {
-    case Kind::Smi:
+    case PackageKind::Smi:
         return reported(openSmi(file, keys.key), reportSmi);
-    case Kind::Sfu:
+    case PackageKind::Sfu:
         return reported(openSfu(file, body, keys.key), reportSfu);
-    case Kind::Ssp:
+    case PackageKind::Ssp:
         return reported(openSsp(file, keys.key), reportSsp);
-    case Kind::Signed:
+    case PackageKind::Signed:
         return reported(openSigned(file, keys.publicKey), reportSigned);
-    case Kind::Smu: {
+    case PackageKind::Smu: {
         bool protectedMissing = false;
         auto image = files::readSmu(file, &protectedMissing);
         return reported(std::move(image),
                         [&](const auto &record) { return reportSmu(*record, protectedMissing); });
     }
-    case Kind::Ssfi:
+    case PackageKind::Ssfi:
         return reported(files::readSsfi(file),
                         [](const auto &record) { return reportSsfi(*record); });
-    case Kind::Sfi:
+    case PackageKind::Sfi:
         break;
     }
-    return fail(ErrorCode::Refused, "an SFI image has areas");
+    return reported(openImage(file, keys.key), reportSfi);
 }
 
-}  // namespace unpack
+Result<QString> bodyBeside(const QString &headerPath)
+{
+    if (!headerPath.endsWith(QLatin1String(".sfuh"), Qt::CaseInsensitive)) {
+        return fail(ErrorCode::Missing, "its body isn't known, as its name doesn't end in .sfuh");
+    }
+    return headerPath.chopped(1);
+}
+
+}  // namespace preparation

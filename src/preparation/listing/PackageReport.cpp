@@ -1,10 +1,10 @@
-#include "PackageReport.h"
+#include "preparation/listing/PackageReport.h"
 
 #include <QJsonDocument>
 
 #include <cstdio>
 
-namespace unpack
+namespace preparation
 {
 
 std::string hexOf(ByteView bytes)
@@ -50,11 +50,11 @@ void PackageReport::add(const char *name, const char *title, const std::string &
 }
 
 void PackageReport::addList(const char *name, const std::string &heading, const QJsonArray &objects,
-                            std::vector<console::Row> rows)
+                            std::vector<TextRow> rows)
 {
     m_object.insert(name, objects);
     if (rows.size() > 1) {
-        m_lists += "\n" + heading + "\n" + console::alignedTable(rows);
+        m_lists.push_back({heading, std::move(rows)});
     }
 }
 
@@ -66,14 +66,9 @@ void PackageReport::conclude(const std::string &verdict, bool authentic, bool da
     m_object.insert("authentic", authentic);
 }
 
-std::string PackageReport::table() const
-{
-    return m_kind + "\n" + console::alignedTable(m_rows) + m_lists;
-}
-
 std::string PackageReport::json() const
 {
     return QJsonDocument(m_object).toJson().toStdString();
 }
 
-}  // namespace unpack
+}  // namespace preparation

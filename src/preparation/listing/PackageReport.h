@@ -1,18 +1,19 @@
 #pragma once
 #include "files/base/Wipe.h"
-#include "tools/console/Table.h"
+#include "preparation/sealing/SealCipher.h"
 
 #include <QJsonArray>
 #include <QJsonObject>
 
 #include <optional>
-#include <span>
 #include <string>
+#include <vector>
 
-namespace unpack
+namespace preparation
 {
 
-using ByteView = std::span<const std::uint8_t>;
+/// Cells of a table's row, UTF-8.
+using TextRow = std::vector<std::string>;
 
 /// Lower-case hexadecimal digits.
 std::string hexOf(ByteView bytes);
@@ -20,11 +21,17 @@ std::string hexOf(ByteView bytes);
 /// "0x" and at least `digits` upper-case digits.
 std::string hexNumber(std::uint32_t value, int digits);
 
-/// What is told about a package of any kind but SFI, which has tables of its own.
+/// What is told about a package, to people and to programs.
 class PackageReport
 {
 public:
-    /// @param kind  "SMI"; also the title of the table
+    /// A list below the fields; its first row has the titles.
+    struct List {
+        std::string heading;
+        std::vector<TextRow> rows;
+    };
+
+    /// @param kind  "SMI"
     explicit PackageReport(std::string kind);
 
     void add(const char *name, const char *title, std::uint32_t number);
@@ -32,15 +39,17 @@ public:
     void add(const char *name, const char *title, ByteView bytes);
     void add(const char *name, const char *title, const std::string &text);
 
-    /// A list: an array of objects in JSON, a table of its own for people, its first row the
-    /// titles.
+    /// A list: an array of objects in JSON; for people one of `lists` when it has rows.
+    /// @param rows  the titles first
     void addList(const char *name, const std::string &heading, const QJsonArray &objects,
-                 std::vector<console::Row> rows);
+                 std::vector<TextRow> rows);
 
     /// @param authentic  whether all is well under the key that was given
     void conclude(const std::string &verdict, bool authentic, bool damaged);
 
-    [[nodiscard]] std::string table() const;
+    [[nodiscard]] const std::string &kind() const { return m_kind; }
+    [[nodiscard]] const std::vector<TextRow> &fields() const { return m_rows; }  ///< title, value
+    [[nodiscard]] const std::vector<List> &lists() const { return m_lists; }
     [[nodiscard]] std::string json() const;
     [[nodiscard]] bool isAuthentic() const { return m_authentic; }
     [[nodiscard]] bool isDamaged() const { return m_damaged; }
@@ -52,10 +61,10 @@ public:
 private:
     std::string m_kind;
     QJsonObject m_object;
-    std::vector<console::Row> m_rows;
-    std::string m_lists;
+    std::vector<TextRow> m_rows;
+    std::vector<List> m_lists;
     bool m_authentic = false;
     bool m_damaged = false;
 };
 
-}  // namespace unpack
+}  // namespace preparation
