@@ -140,19 +140,21 @@ void RowForm::place(Line &line, bool isFirstOfPair)
 {
     const bool tall = isTall(line.spec);
     const Qt::Alignment labelAlignment = tall ? Qt::AlignTop : Qt::AlignVCenter;
+    const Qt::Alignment inputAlignment =
+        line.spec.kind == RowKind::Check ? Qt::AlignLeft : Qt::Alignment();
     if (tall) {
         line.label->setContentsMargins(0, kTopLabelGap, 0, 0);  // level with the list's first row
     }
     if (line.spec.besideThePrevious) {
         line.gridLine = m_grid->rowCount() - 1;
         m_grid->addWidget(line.label, line.gridLine, kSecondPair, labelAlignment);
-        m_grid->addWidget(line.input, line.gridLine, kSecondPair + 1,
-                          line.spec.kind == RowKind::Check ? Qt::AlignLeft : Qt::Alignment());
+        m_grid->addWidget(line.input, line.gridLine, kSecondPair + 1, inputAlignment);
         return;
     }
     line.gridLine = m_grid->rowCount();
     m_grid->addWidget(line.label, line.gridLine, 0, labelAlignment);
-    m_grid->addWidget(line.input, line.gridLine, 1, 1, isFirstOfPair ? 1 : kColumns - 1);
+    m_grid->addWidget(line.input, line.gridLine, 1, 1, isFirstOfPair ? 1 : kColumns - 1,
+                      inputAlignment);
     if (line.spec.kind == RowKind::List) {
         line.grip = new ListGrip(line.input, m_page);
         m_grid->addWidget(line.grip, line.gridLine + 1, 1, 1, kColumns - 1);
