@@ -191,7 +191,8 @@ Result<FileBytes> readFileItem(const ObDataItem &item, const QString &path, bool
         const bool isOpen =
             code == files::ErrorCode::ReadFailed || code == files::ErrorCode::TooLarge ||
             code == files::ErrorCode::NoMemory || code == files::ErrorCode::WrongSize;
-        tell(isOpen ? "Error while reading Input File" : "Unable to open the file: ", path);
+        tell(isOpen ? "Error while reading Input File" : "Unable to open the file: ",
+             isOpen ? QString() : path);
         return refuse(isOpen ? QStringLiteral("Cannot Read Input File \n")
                              : QStringLiteral("Cannot Open Input File \n"));
     }

@@ -114,9 +114,12 @@ public:
 
     // Generation
 
-    /// Makes the files' bytes, see obk::generate. @param hasForm  the fields come from the form
+    /// Makes the files' bytes, see obk::generate.
+    /// @param hasForm   the fields come from the form
+    /// @param whenDone  runs before a refusal is reported, and after success
     std::optional<obk::Product> generate(std::vector<std::optional<QString>> fields, bool hasForm,
-                                         const obk::KeyTools &tools);
+                                         const obk::KeyTools &tools,
+                                         const std::function<void()> &whenDone = {});
     /// Writes the password file, with its message, and then the .obk file; keeps the values.
     bool writeProduct(const obk::Product &product);
     /// Writes the values of all items into the template file. Failures don't undo anything; a file

@@ -48,16 +48,18 @@ files::Result<void> writeTemplate(const QString &path, const QByteArray &text, b
 }  // namespace
 
 std::optional<obk::Product> Obkey::generate(std::vector<std::optional<QString>> fields,
-                                            bool hasForm, const obk::KeyTools &tools)
+                                            bool hasForm, const obk::KeyTools &tools,
+                                            const std::function<void()> &whenDone)
 {
-    if (!isLoaded) {
-        tell(Level::Error, QStringLiteral("Upload a valid input XML File"));
-        return std::nullopt;
-    }
     if (model.globalAlign == 0) {
         model.globalAlign = 1;
     }
-    auto product = obk::generate({model, templatePath, std::move(fields), hasForm}, tools);
+    auto product = isLoaded
+                       ? obk::generate({model, templatePath, std::move(fields), hasForm}, tools)
+                       : obk::refuse(QStringLiteral("Upload a valid input XML File"));
+    if (whenDone) {
+        whenDone();
+    }
     if (!obk::isGood(product)) {
         return std::nullopt;
     }

@@ -9,6 +9,7 @@
 
 #include <QCoreApplication>
 #include <QDebug>
+#include <QFile>
 #include <QFileInfo>
 
 using obk::isGood;
@@ -63,9 +64,29 @@ bool isDeclarationAlone(const QByteArray &line, const QByteArray &declaration)
     return rest.remove(rest.indexOf(declaration), declaration.size()).trimmed().isEmpty();
 }
 
+void reportUnreadable(const QString &path, const files::Error &error)
+{
+    tell(Level::Error,
+         QStringLiteral("XML document is invalid! The file \"%1\" can't be read: ").arg(path) +
+             QString::fromStdString(error.text));
+}
+
+/// The file's bytes, before anything is known about them.
+files::Result<QByteArray> readBytes(const QString &path)
+{
+    QFile file;
+    if (auto opened = files::openForReading(file, path); !opened) {
+        return tl::unexpected<files::Error>(std::move(opened).error());
+    }
+    return files::readAll(file, xml::Limits().bytes).map([](const files::ByteBuffer &whole) {
+        return QByteArray(reinterpret_cast<const char *>(whole.span().data()),
+                          static_cast<int>(whole.size()));
+    });
+}
+
 /// Validates what stands behind the first line. When that fails only because the first line holds
 /// more than the declaration, the whole file is what counts.
-bool isValid(const QByteArray &bytes, const xml::Schema &schema)
+bool isValid(const QString &path, const QByteArray &bytes, const xml::Schema &schema)
 {
     const int lineFeed = bytes.indexOf('\n');
     const QByteArray line = lineFeed < 0 ? bytes : bytes.left(lineFeed);
@@ -73,6 +94,10 @@ bool isValid(const QByteArray &bytes, const xml::Schema &schema)
     if (declaration.isEmpty()) {
         tell(Level::Error,
              QStringLiteral("XML document is invalid! xml version is wrong or missing"));
+        return false;
+    }
+    if (const auto bounded = xml::checkBounds(bytes); !bounded) {
+        reportUnreadable(path, bounded.error());
         return false;
     }
     auto valid = schema.validate(lineFeed < 0 ? QByteArray() : bytes.mid(lineFeed + 1));
@@ -85,13 +110,6 @@ bool isValid(const QByteArray &bytes, const xml::Schema &schema)
         tell(Level::Error, faultText(valid.error(), lineOffset) + QLatin1Char(' '));
     }
     return valid.has_value();
-}
-
-void reportUnreadable(const QString &path, const files::Error &error)
-{
-    tell(Level::Error,
-         QStringLiteral("XML document is invalid! The file \"%1\" can't be read: ").arg(path) +
-             QString::fromStdString(error.text));
 }
 
 }  // namespace
@@ -118,12 +136,12 @@ bool Obkey::xmlValid(const QString &xmlPath, const QString &schemaPath)
                  .arg(schemaPath));
         return false;
     }
-    const auto bytes = xml::readBounded(path);
+    const auto bytes = readBytes(path);
     if (!bytes) {
         reportUnreadable(path, bytes.error());
         return false;
     }
-    return isValid(*bytes, *schema);
+    return isValid(path, *bytes, *schema);
 }
 
 bool Obkey::parseTemplateXML(const QString &path)

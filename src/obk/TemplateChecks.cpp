@@ -3,6 +3,7 @@
 #include "obk/Choices.h"
 #include "obk/Slots.h"
 
+#include <QDebug>
 #include <QHash>
 
 namespace obk
@@ -93,6 +94,7 @@ Result<void> uniqueName(const QStringList &entries, const QString &tag)
         if (seen.value(entry) < 2) {
             continue;
         }
+        qDebug() << "duplicate name problem in " << entry;
         if (entries.contains(QLatin1String("duplicateElementCheck"))) {
             return refuse(QStringLiteral(
                               "XML document is invalid! \"%1\" Element is duplicated under %2 tag.")

@@ -28,7 +28,8 @@ const QString kNoImagePath = "Error|Error: Please Check input XML Imgtool";
 
 QString noObk(const QString &path)
 {
-    return "Error|Error: OBkey templates can't be opened in this version: " + path;
+    return "Error|Error: XML document is invalid! The file \"" + path +
+           "\" can't be read: " + path.section('/', -1) + ": No such file or directory";
 }
 QString noImage(const QString &path)
 {

@@ -5,6 +5,7 @@
 #include <string>
 
 class FileManager;
+class Obkey;
 class Preparation;
 class QWidget;
 
@@ -32,6 +33,9 @@ struct FormContext {
     /// Another tab by its key; null while it isn't built. Tabs of one folder know one another's
     /// kind, all others ask for what `Tab` offers.
     std::function<Tab *(const QString &key)> tab;
+
+    /// The template engine, which lives as long as the form.
+    std::function<Obkey &()> obkey = {};
 };
 
 }  // namespace workbench

@@ -73,6 +73,10 @@ void CentralWidget::lendContext()
         }
     };
     m_context->tab = [this](const QString &key) { return tab(key); };
+    m_context->obkey = [this]() -> Obkey & {
+        ensureObkey();
+        return *obkey;
+    };
 }
 
 void CentralWidget::createPages()

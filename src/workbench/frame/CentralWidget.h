@@ -147,7 +147,6 @@ public:
     QScrollArea *obkeyScrollArea = nullptr;
     std::uint8_t obkeyTabIndex = 0;
     void InitOBkeyTab();
-    void OpenOBkeyKey();
     void ensureObkey();  ///< creates `obkey` if there is none
 
     // Image-generation tabs (ImageGenTab.cpp)
@@ -194,6 +193,16 @@ public slots:
     void OpenOb();
     void GenerateEncryptionKey();
     void GenerateNonceKey();
+
+    // OBkey tab (OBkeyTab.cpp). Those of a row take its item's name.
+    void OpenOBkeyKey();
+    void OpenDirectory();
+    void refreshOBkeyBool();
+    void OpenOBkeyFile(const QString &item);
+    void OBkListLink(const QString &item);
+    void OBkCBLink(const QString &item);
+    void GenerateKeys(const QString &item);
+    void generateOBkey();
 
     // SFIx tab (SfixTab.cpp)
     void changeSfixElements(int index);

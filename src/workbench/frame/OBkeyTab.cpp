@@ -1,5 +1,15 @@
-#include "report/DisplayMng.h"
 #include "workbench/frame/CentralWidget.h"
+#include "workbench/tabs/obk/ObkTab.h"
+
+namespace
+{
+
+workbench::ObkTab *obkTab(const CentralWidget &form)
+{
+    return qobject_cast<workbench::ObkTab *>(form.tab(QStringLiteral("obk")));
+}
+
+}  // namespace
 
 void CentralWidget::InitOBkeyTab()
 {
@@ -8,7 +18,40 @@ void CentralWidget::InitOBkeyTab()
 
 void CentralWidget::OpenOBkeyKey()
 {
-    DisplayMng::getInstance().logMessage(
-        5, L"OBkey templates can't be opened in this version: %ls",
-        QString::fromStdString(templatePath).toStdWString().c_str());
+    obkTab(*this)->openTemplate();
+}
+
+void CentralWidget::OpenDirectory()
+{
+    obkTab(*this)->chooseOutput();
+}
+
+void CentralWidget::refreshOBkeyBool()
+{
+    obkTab(*this)->refresh();
+}
+
+void CentralWidget::OpenOBkeyFile(const QString &item)
+{
+    obkTab(*this)->chooseFile(item);
+}
+
+void CentralWidget::OBkListLink(const QString &item)
+{
+    obkTab(*this)->followSelector(item);
+}
+
+void CentralWidget::OBkCBLink(const QString &item)
+{
+    obkTab(*this)->followSelector(item);
+}
+
+void CentralWidget::GenerateKeys(const QString &item)
+{
+    obkTab(*this)->regenerateKey(item);
+}
+
+void CentralWidget::generateOBkey()
+{
+    obkTab(*this)->generate();
 }

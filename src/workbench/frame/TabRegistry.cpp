@@ -2,6 +2,7 @@
 
 #include "workbench/forms/PlaceholderTab.h"
 #include "workbench/tabs/ob/ObTabs.h"
+#include "workbench/tabs/obk/ObkTabs.h"
 #include "workbench/tabs/sfi/SfiTabs.h"
 #include "workbench/tabs/sfu/SfuTabs.h"
 #include "workbench/tabs/sign/SignTabs.h"
@@ -40,11 +41,7 @@ constexpr TabEntry kTabs[] = {
      nullptr,
      "This tab makes and chains certificates for debug authentication; its form isn't part of "
      "this version."},
-    {{"obk", "OBkey"},
-     Built::LaterOnce,
-     nullptr,
-     "This tab makes provisioning files (OBK) from XML templates; its form isn't part of this "
-     "version."},
+    {{"obk", "OBkey"}, Built::LaterOnce, makeObkTab, nullptr},
     {{"img", "Image Gen"},
      Built::ManyTimes,
      nullptr,

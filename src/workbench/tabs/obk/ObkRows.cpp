@@ -1,0 +1,358 @@
+#include "workbench/tabs/obk/ObkRows.h"
+
+#include "obk/Choices.h"
+#include "obk/Generation.h"
+#include "workbench/widgets/FieldNames.h"
+#include "workbench/widgets/PermissionTable.h"
+
+#include <QCheckBox>
+#include <QComboBox>
+#include <QGridLayout>
+#include <QLabel>
+#include <QLineEdit>
+#include <QPushButton>
+#include <QToolButton>
+#include <QVBoxLayout>
+
+namespace workbench
+{
+
+namespace
+{
+
+enum Column { kLabel, kField, kUnit, kNote };
+
+std::vector<PermissionBit> permissionBits()
+{
+    std::vector<PermissionBit> bits;
+    for (int bit = 0; bit < 16; ++bit) {
+        const bool isUsable = (obk::kPermissionMask >> bit & 1) != 0;
+        bits.push_back({ObkRows::tr("Bit %1").arg(bit),
+                        isUsable ? ObkRows::tr("Adds 0x%1 to the permissions")
+                                       .arg(1 << bit, 4, 16, QLatin1Char('0'))
+                                 : ObkRows::tr("The file has no place for this bit"),
+                        isUsable});
+    }
+    return bits;
+}
+
+/// Between text and background, in every colour scheme.
+QPalette muted(QPalette palette)
+{
+    const QColor text = palette.color(QPalette::WindowText);
+    const QColor back = palette.color(QPalette::Window);
+    const auto mix = [](int a, int b) { return (3 * a + 2 * b) / 5; };
+    palette.setColor(QPalette::WindowText,
+                     QColor(mix(text.red(), back.red()), mix(text.green(), back.green()),
+                            mix(text.blue(), back.blue())));
+    return palette;
+}
+
+}  // namespace
+
+ObkRows::ObkRows(QWidget *parent) : QScrollArea(parent)
+{
+    setObjectName(QStringLiteral("obk_rows_area"));
+    setAccessibleName(tr("Fields of the template"));
+    setWidgetResizable(true);
+    setFrameShape(QFrame::NoFrame);
+    setFocusPolicy(Qt::NoFocus);
+}
+
+void ObkRows::build(const obk::Template &model)
+{
+    m_rows.clear();
+    m_model = model;
+    // Filled before it is shown, so that everything is laid out once.
+    m_page = new QWidget;
+    m_grid = new QGridLayout(m_page);
+    m_grid->setContentsMargins(0, 4, 8, 4);
+    m_grid->setHorizontalSpacing(10);
+    m_grid->setColumnStretch(kField, 3);
+    m_grid->setColumnStretch(kNote, 2);
+    m_rows.reserve(model.items.size());
+    for (std::size_t at = 0; at < model.items.size(); ++at) {
+        const ObDataItem &item = model.items[at];
+        const bool isShown = !item.hidden && item.kind != obk::ItemKind::Output &&
+                             !(item.kind == obk::ItemKind::Data && item.reserved);
+        if (isShown) {
+            addRow(item, static_cast<int>(at));
+        }
+    }
+    m_grid->setRowStretch(m_grid->rowCount(), 1);
+    setWidget(m_page);  // destroys the one before
+    for (std::size_t at = 0; at < m_rows.size(); ++at) {
+        check(at);
+    }
+}
+
+QString ObkRows::objectName(const ObDataItem &item, const char *role) const
+{
+    return QStringLiteral("obk_%1_%2").arg(nameInObjects(item.nameText()), QLatin1String(role));
+}
+
+void ObkRows::addRow(const ObDataItem &item, int index)
+{
+    ObkRow row;
+    row.item = index;
+    row.field = new QWidget(m_page);
+    auto *const column = new QVBoxLayout(row.field);
+    column->setContentsMargins(0, 0, 0, 0);
+    switch (item.kind) {
+    case obk::ItemKind::Bool:
+        addBool(row, item);
+        break;
+    case obk::ItemKind::List:
+        addList(row, item);
+        break;
+    case obk::ItemKind::File:
+        addFile(row, item);
+        break;
+    case obk::ItemKind::Permission:
+        addPermission(row, item);
+        break;
+    default:
+        addText(row, item);
+        break;
+    }
+    place(row, item);
+    m_rows.push_back(row);
+}
+
+void ObkRows::addText(ObkRow &row, const ObDataItem &item)
+{
+    row.edit = new QLineEdit(item.text(), row.field);
+    nameWidget(row.edit, objectName(item, "edit"), item.nameText());
+    row.field->layout()->addWidget(row.edit);
+    const std::size_t at = m_rows.size();
+    connect(row.edit, &QLineEdit::textChanged, this, [this, at] { check(at); });
+}
+
+void ObkRows::addPermission(ObkRow &row, const ObDataItem &item)
+{
+    addText(row, item);
+    if (!m_model.daLayout) {
+        return;
+    }
+    row.permissions = new PermissionTable(QLatin1String("obk_") + nameInObjects(item.nameText()),
+                                          permissionBits(), m_page);
+    row.permissions->setMask(obk::lowWord(item.text()));
+    auto *const edit = row.edit;
+    auto *const table = row.permissions;
+    connect(table, &PermissionTable::changed, edit, [edit, table] {
+        const auto word = static_cast<std::uint32_t>(table->mask());
+        if ((obk::lowWord(edit->text()) & obk::kPermissionMask) != word) {
+            edit->setText(obk::permissionText(word));
+        }
+    });
+    connect(edit, &QLineEdit::textEdited, table,
+            [table](const QString &text) { table->setMask(obk::lowWord(text)); });
+}
+
+void ObkRows::addBool(ObkRow &row, const ObDataItem &item)
+{
+    row.check = new QCheckBox(row.field);
+    nameWidget(row.check, item.nameText(), item.nameText());
+    row.check->setChecked(obk::isChecked(item).value_or(false));
+    row.field->layout()->addWidget(row.check);
+    connect(row.check, &QCheckBox::stateChanged, this,
+            [this, name = item.nameText()] { emit selectorChanged(name); });
+}
+
+void ObkRows::addList(ObkRow &row, const ObDataItem &item)
+{
+    row.combo = new QComboBox(row.field);
+    nameWidget(row.combo, item.nameText(), item.nameText());
+    QStringList entries;
+    for (const QString &entry : item.entries) {
+        entries << obk::listEntry(entry).shown;
+    }
+    row.combo->addItems(entries);
+    row.combo->setSizeAdjustPolicy(QComboBox::AdjustToMinimumContentsLengthWithIcon);
+    row.combo->setMinimumContentsLength(16);
+    row.combo->setCurrentIndex(obk::currentEntry(item));
+    row.field->layout()->addWidget(row.combo);
+    const std::size_t at = m_rows.size();
+    connect(row.combo, qOverload<int>(&QComboBox::currentIndexChanged), this,
+            [this, at, name = item.nameText()] {
+                check(at);
+                emit selectorChanged(name);
+            });
+}
+
+void ObkRows::addFile(ObkRow &row, const ObDataItem &item)
+{
+    const QString name = item.nameText();
+    row.edit = new QLineEdit(item.text(), row.field);
+    nameWidget(row.edit, objectName(item, "edit"), name);
+    row.edit->setEnabled(false);  // a path changes through "Open" alone
+    row.open = new QPushButton(tr("Open"), row.field);
+    nameWidget(row.open, objectName(item, "open"), name + QLatin1String(" Open"));
+    row.regenerate = new QPushButton(tr("Regenerate"), row.field);
+    nameWidget(row.regenerate, name, name + QLatin1String(" Regenerate"));
+    row.regenerate->setToolTip(tr("Makes a new key pair; an old key is kept under another name"));
+    row.keyType = new QComboBox(row.field);
+    nameWidget(row.keyType, objectName(item, "combo"), name + tr(" key type"));
+    row.keyType->addItems(item.keyType.value_or(QString()).split(QLatin1Char(',')));
+    auto *const column = static_cast<QVBoxLayout *>(row.field->layout());
+    column->addWidget(row.edit);
+    auto *const line = new QHBoxLayout;
+    line->addWidget(row.open);
+    line->addWidget(row.keyType, 1);
+    line->addWidget(row.regenerate);
+    column->addLayout(line);
+    connect(row.open, &QPushButton::clicked, this, [this, name] { emit openPressed(name); });
+    connect(row.regenerate, &QPushButton::clicked, this,
+            [this, name] { emit regeneratePressed(name); });
+}
+
+void ObkRows::place(ObkRow &row, const ObDataItem &item)
+{
+    const int line = m_grid->rowCount();
+    auto *const label = new QLabel(m_page);
+    label->setTextFormat(Qt::PlainText);
+    label->setText(item.nameText());
+    label->setWordWrap(true);
+    label->setMinimumWidth(150);
+    auto *const unit = new QLabel(unitText(item), m_page);
+    unit->setTextFormat(Qt::PlainText);
+    unit->setPalette(muted(palette()));
+    row.note = new QLabel(m_page);
+    row.note->setObjectName(objectName(item, "note"));
+    row.note->setTextFormat(Qt::PlainText);
+    row.note->setWordWrap(true);
+    row.note->setMinimumWidth(120);
+    const QString tip = plainToolTip(item.tooltip.value_or(QString()));
+    for (QWidget *const input :
+         {static_cast<QWidget *>(row.edit), static_cast<QWidget *>(row.check),
+          static_cast<QWidget *>(row.combo)}) {
+        if (input != nullptr && item.tooltip) {
+            input->setToolTip(tip);
+        }
+    }
+    const bool isTall = item.kind == obk::ItemKind::File;
+    const auto middle = isTall ? Qt::AlignTop : Qt::AlignVCenter;
+    for (QLabel *const text : {label, unit, row.note}) {
+        text->setContentsMargins(0, isTall ? 6 : 0, 0,
+                                 0);  // level with the first line of the field
+    }
+    m_grid->addWidget(label, line, kLabel, middle);
+    m_grid->addWidget(row.field, line, kField);
+    m_grid->addWidget(unit, line, kUnit, middle);
+    m_grid->addWidget(row.note, line, kNote, middle);
+    if (row.permissions != nullptr) {
+        m_grid->addWidget(row.permissions, line + 1, kField, 1, kNote - kField + 1);
+    }
+}
+
+std::vector<QWidget *> ObkRows::focusOrder() const
+{
+    std::vector<QWidget *> order;
+    for (const ObkRow &row : m_rows) {
+        for (QWidget *const widget :
+             {static_cast<QWidget *>(row.edit), static_cast<QWidget *>(row.check),
+              static_cast<QWidget *>(row.combo), static_cast<QWidget *>(row.open),
+              static_cast<QWidget *>(row.keyType), static_cast<QWidget *>(row.regenerate)}) {
+            if (widget != nullptr) {
+                order.push_back(widget);
+            }
+        }
+        for (int bit = 15; row.permissions != nullptr && bit >= 0; --bit) {
+            order.push_back(row.permissions->button(bit));
+        }
+    }
+    return order;
+}
+
+std::vector<std::optional<QString>> ObkRows::fields() const
+{
+    std::vector<std::optional<QString>> texts(m_model.items.size());
+    for (const ObkRow &row : m_rows) {
+        const auto item = static_cast<std::size_t>(row.item);
+        texts[item] = row.text(m_model.items[item]);
+    }
+    return texts;
+}
+
+ObkRow *ObkRows::row(const QString &name, obk::ItemKind kind)
+{
+    for (const auto sensitivity : {Qt::CaseSensitive, Qt::CaseInsensitive}) {
+        for (ObkRow &row : m_rows) {
+            const ObDataItem &item = m_model.items[static_cast<std::size_t>(row.item)];
+            if (item.kind == kind && item.nameText().compare(name, sensitivity) == 0) {
+                return &row;
+            }
+        }
+    }
+    return nullptr;
+}
+
+void ObkRows::applySelectors(obk::Template &model)
+{
+    // Selectors that have no row keep what the template says.
+    std::vector<ObDataItem> shown = m_model.items;
+    for (const ObkRow &row : m_rows) {
+        const auto item = static_cast<std::size_t>(row.item);
+        shown[item].value = row.text(m_model.items[item]);
+    }
+    const auto selectors = obk::selectorsOf(shown);
+    obk::applyDependencies(model.items, selectors);
+    for (const ObkRow &row : m_rows) {
+        const ObDataItem &item = m_model.items[static_cast<std::size_t>(row.item)];
+        if (item.kind != obk::ItemKind::Data || !item.dependency) {
+            continue;
+        }
+        const auto wanted = obk::condition(*item.dependency);
+        const bool isOn = obk::isSwitchedOn(wanted, selectors);
+        row.edit->setEchoMode(isOn ? QLineEdit::Normal : QLineEdit::NoEcho);
+        row.edit->setEnabled(isOn);
+        row.edit->setToolTip(plainToolTip(isOn ? item.tooltip.value_or(QString())
+                                               : tr("Off. \"%1\" set to \"%2\" switches it on.")
+                                                     .arg(wanted.selector, wanted.value)));
+    }
+}
+
+void ObkRows::check(std::size_t at)
+{
+    if (at >= m_rows.size()) {
+        return;
+    }
+    ObkRow &row = m_rows[at];
+    const ObDataItem &item = m_model.items[static_cast<std::size_t>(row.item)];
+    if (item.kind == obk::ItemKind::File) {
+        return;
+    }
+    const QString text = row.text(item);
+    QString fault;
+    if (const auto good = obk::checkField(item, text); !good) {
+        fault = item.kind == obk::ItemKind::Text
+                    ? tr("%1 bytes, but %2 to %3 are allowed")
+                          .arg(text.toUtf8().size())
+                          .arg(item.minWidth)
+                          .arg(item.width)
+                    : QString::fromStdString(good.error().text).trimmed();
+    } else if (row.permissions != nullptr &&
+               (obk::lowLong(text) & ~std::uint64_t{obk::kPermissionMask}) != 0) {
+        fault = tr("The file has no place for bits 8 to 11 and above 15; they become 0.");
+    }
+    row.note->setText(fault.isEmpty() ? QString() : QString(QChar(0x26A0)) + ' ' + fault);
+}
+
+void ObkRows::setNote(ObkRow &row, const QString &note, bool canRestore)
+{
+    const ObDataItem &item = m_model.items[static_cast<std::size_t>(row.item)];
+    row.note->setText(note);
+    if (canRestore && row.restore == nullptr) {
+        row.restore = new QPushButton(tr("Put it back"), row.field);
+        nameWidget(row.restore, objectName(item, "restore"),
+                   item.nameText() + tr(" put the old key back"));
+        row.field->layout()->addWidget(row.restore);
+        connect(row.restore, &QPushButton::clicked, this,
+                [this, name = item.nameText()] { emit restorePressed(name); });
+    }
+    if (row.restore != nullptr) {
+        row.restore->setVisible(canRestore);
+    }
+}
+
+}  // namespace workbench

@@ -1,0 +1,65 @@
+#pragma once
+#include "obk/Template.h"
+#include "workbench/tabs/obk/ObkRow.h"
+
+#include <QScrollArea>
+
+#include <vector>
+
+class QGridLayout;
+
+namespace workbench
+{
+
+/// The rows that a template builds. It knows widgets and rules of single fields; files, keys and
+/// generation are the tab's.
+class ObkRows : public QScrollArea
+{
+    Q_OBJECT
+
+public:
+    explicit ObkRows(QWidget *parent);
+
+    /// Replaces all rows by those of a template, which has passed all its checks.
+    void build(const obk::Template &model);
+
+    /// What takes the focus, in the order of the rows.
+    [[nodiscard]] std::vector<QWidget *> focusOrder() const;
+
+    /// Text of each item's field by item; absent for items without one.
+    [[nodiscard]] std::vector<std::optional<QString>> fields() const;
+
+    /// The row of an item of that name and kind, by the exact name first; null for none.
+    [[nodiscard]] ObkRow *row(const QString &name, obk::ItemKind kind);
+
+    /// Switches the fields that depend on selectors, by what the selectors show now.
+    /// @param model  the items get the flag by which slots count
+    void applySelectors(obk::Template &model);
+
+    /// Puts a sentence beside a row; an empty one hides it.
+    void setNote(ObkRow &row, const QString &note, bool canRestore);
+
+signals:
+    void selectorChanged(const QString &item);
+    void openPressed(const QString &item);
+    void regeneratePressed(const QString &item);
+    void restorePressed(const QString &item);
+
+private:
+    void addRow(const ObDataItem &item, int index);
+    void addText(ObkRow &row, const ObDataItem &item);
+    void addPermission(ObkRow &row, const ObDataItem &item);
+    void addBool(ObkRow &row, const ObDataItem &item);
+    void addList(ObkRow &row, const ObDataItem &item);
+    void addFile(ObkRow &row, const ObDataItem &item);
+    void place(ObkRow &row, const ObDataItem &item);
+    void check(std::size_t row);
+    [[nodiscard]] QString objectName(const ObDataItem &item, const char *role) const;
+
+    obk::Template m_model;  ///< as built; names, kinds and widths of the rows
+    QWidget *m_page = nullptr;
+    QGridLayout *m_grid = nullptr;
+    std::vector<ObkRow> m_rows;
+};
+
+}  // namespace workbench

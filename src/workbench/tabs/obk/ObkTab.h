@@ -1,0 +1,72 @@
+#pragma once
+#include "obk/Obkey.h"
+#include "workbench/forms/Tab.h"
+
+class QGroupBox;
+class QLabel;
+class QLineEdit;
+class QPushButton;
+
+namespace workbench
+{
+
+class ObkInfoTable;
+class ObkRows;
+class ObkSlotTable;
+
+/// Makes provisioning files from templates: the form is built from the template, and what was used
+/// goes back into it.
+class ObkTab : public Tab
+{
+    Q_OBJECT
+
+public:
+    ObkTab(const TabName &name, QWidget *page, FormContext &context);
+
+    /// Opens the template of the command line; without one the file that the user chooses.
+    void openTemplate();
+    /// Opens the shown template once more; without one nothing happens.
+    void refresh();
+    /// Asks for the output's path.
+    void chooseOutput();
+    void chooseFile(const QString &item);
+    void regenerateKey(const QString &item);
+    void restoreKey(const QString &item);
+    /// Switches the fields that depend on selectors.
+    void followSelector(const QString &item);
+    void generate();
+
+private:
+    void buildLeft(QWidget *left);
+    [[nodiscard]] QWidget *makeFileGroup(QWidget *parent);
+    [[nodiscard]] QWidget *makeOutputGroup(QWidget *parent);
+    void buildRight(QWidget *right);
+    void connectAll();
+    [[nodiscard]] Obkey &obkey() const { return context().obkey(); }
+    [[nodiscard]] bool isFromCommandLine() const { return !context().templatePath.empty(); }
+    [[nodiscard]] QString askForTemplate();
+    void open(const QString &path);
+    void showTemplate();
+    void showOutput();
+    void showEncryption();
+    void showSlots();
+    [[nodiscard]] QString complete(const QString &path) const;
+
+    QLineEdit *m_path = nullptr;
+    QPushButton *m_open = nullptr;
+    QPushButton *m_refresh = nullptr;
+    QLabel *m_title = nullptr;
+    ObkRows *m_rows = nullptr;
+    QGroupBox *m_outputGroup = nullptr;
+    QLabel *m_outputLabel = nullptr;
+    QLineEdit *m_output = nullptr;
+    QPushButton *m_folder = nullptr;
+    QWidget *m_warning = nullptr;
+    QLabel *m_warningText = nullptr;
+    QPushButton *m_generate = nullptr;
+    ObkInfoTable *m_info = nullptr;
+    QLabel *m_slotTitle = nullptr;
+    ObkSlotTable *m_slots = nullptr;
+};
+
+}  // namespace workbench

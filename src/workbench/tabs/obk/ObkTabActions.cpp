@@ -1,0 +1,190 @@
+#include "obk/KeyRegeneration.h"
+#include "obk/SystemTools.h"
+#include "report/Level.h"
+#include "workbench/forms/FormContext.h"
+#include "workbench/tabs/obk/ObkRows.h"
+#include "workbench/tabs/obk/ObkTab.h"
+#include "workbench/tabs/obk/ObkTables.h"
+#include "workbench/widgets/Boxes.h"
+#include "workbench/widgets/FileChoice.h"
+#include "workbench/widgets/ToolProgress.h"
+
+#include <QComboBox>
+#include <QCoreApplication>
+#include <QDir>
+#include <QFileDialog>
+#include <QFileInfo>
+#include <QLineEdit>
+#include <QPushButton>
+#include <QSettings>
+
+namespace workbench
+{
+
+namespace
+{
+
+const QString kFolderKey = QStringLiteral("Directories/OBkey_path");
+
+}  // namespace
+
+QString ObkTab::complete(const QString &path) const
+{
+    return obk::completePath(path, QFileInfo(obkey().templatePath).path());
+}
+
+QString ObkTab::askForTemplate()
+{
+    QSettings folders(QDir::homePath() + QStringLiteral("/.VDR32FlashBench/config.ini"),
+                      QSettings::IniFormat);
+    const QString start = folders
+                              .value(kFolderKey, QCoreApplication::applicationDirPath() +
+                                                     QStringLiteral("/Template/OBkey"))
+                              .toString();
+    const QString path =
+        QFileDialog::getOpenFileName(context().boxParent, QStringLiteral("Open file"), start,
+                                     QStringLiteral("XML files (*.xml)"));
+    if (!path.isEmpty()) {
+        folders.setValue(kFolderKey, QFileInfo(path).path());
+    }
+    return path;
+}
+
+void ObkTab::openTemplate()
+{
+    const QString path =
+        isFromCommandLine() ? QString::fromStdString(context().templatePath) : askForTemplate();
+    if (!path.isEmpty()) {
+        open(path);
+    }
+}
+
+void ObkTab::refresh()
+{
+    if (obkey().isLoaded) {
+        open(obkey().templatePath);
+    }
+}
+
+void ObkTab::open(const QString &path)
+{
+    if (isFromCommandLine()) {
+        m_path->setEnabled(false);
+        m_path->setToolTip(tr("The template that the form shows\nThe command line chose it"));
+        m_open->setEnabled(false);
+    }
+    obkey().runMode = isFromCommandLine() ? 1 : 0;
+    Obkey opened;
+    if (!opened.openTemplate(path)) {
+        return;
+    }
+    obkey().takeTemplate(std::move(opened));
+    showTemplate();
+}
+
+void ObkTab::chooseOutput()
+{
+    const bool isPlain = obkey().headerless;
+    const QString folder =
+        obkey().isLoaded ? QFileInfo(complete(m_output->text())).path() : QDir::homePath();
+    const QString path = QFileDialog::getSaveFileName(
+        context().boxParent, QStringLiteral("Save file"),
+        folder + QLatin1String(isPlain ? "/output.bin" : "/output.obk"),
+        isPlain ? QStringLiteral("(*.bin)") : QStringLiteral("(*.obk)"));
+    if (!path.isEmpty()) {
+        m_output->setText(path);
+    }
+}
+
+void ObkTab::chooseFile(const QString &item)
+{
+    ObkRow *const row = m_rows->row(item, obk::ItemKind::File);
+    if (row == nullptr) {
+        return;
+    }
+    const QString path = workbench::chooseFile(context().boxParent, context().lastFolder,
+                                               QStringLiteral("Binary or PEM files (*.bin *.pem)"));
+    if (!path.isEmpty()) {
+        row->edit->setText(path);
+        m_rows->setNote(*row, {}, false);
+    }
+}
+
+void ObkTab::followSelector(const QString &)
+{
+    if (obkey().isLoaded) {
+        m_rows->applySelectors(obkey().model);
+        obkey().refreshShownSlots();
+        showSlots();
+    }
+}
+
+void ObkTab::regenerateKey(const QString &item)
+{
+    ObkRow *const row = m_rows->row(item, obk::ItemKind::File);
+    if (row == nullptr) {
+        return;
+    }
+    ToolProgress progress(context().boxParent);
+    const auto run = [&progress](const QStringList &arguments) {
+        return process::runTool(Obkey::imageToolPath(), arguments, progress.watch());
+    };
+    const auto done =
+        obk::regenerateKey(complete(row->edit->text()), row->keyType->currentText().trimmed(),
+                           QDateTime::currentDateTime(), run);
+    progress.finish();
+    row->keptAs = done.keptAs;
+    const QString kept =
+        done.keptAs.isEmpty() ? QString() : tr("The old key is in %1").arg(done.keptAs);
+    m_rows->setNote(*row, kept, !done.isMade && !done.keptAs.isEmpty());
+    report::message(done.level, L"%ls", done.message.toStdWString().c_str());
+}
+
+void ObkTab::restoreKey(const QString &item)
+{
+    ObkRow *const row = m_rows->row(item, obk::ItemKind::File);
+    if (row == nullptr || row->keptAs.isEmpty()) {
+        return;
+    }
+    const QString path = complete(row->edit->text());
+    if (!obk::restoreKey(row->keptAs, path)) {
+        showBox(context().boxParent, BoxKind::Error,
+                tr("The old key stays in %1: %2 can't be replaced.").arg(row->keptAs, path));
+        return;
+    }
+    row->keptAs.clear();
+    m_rows->setNote(*row, tr("The old key is back."), false);
+}
+
+void ObkTab::generate()
+{
+    Obkey &loaded = obkey();
+    std::vector<std::optional<QString>> fields = m_rows->fields();
+    for (std::size_t at = 0; at < loaded.model.items.size() && at < fields.size(); ++at) {
+        if (loaded.model.items[at].kind == obk::ItemKind::Output) {
+            fields[at] = m_output->text();
+        }
+    }
+    ToolProgress progress(context().boxParent);
+    const auto product =
+        loaded.generate(std::move(fields), true, obk::systemTools(progress.watch()),
+                        [&progress] { progress.finish(); });
+    if (!product) {
+        return;
+    }
+    m_info->setCell(ObkInfoTable::Size, QString::number(product->payloadSize));
+    m_info->setCell(ObkInfoTable::HeaderSize, QStringLiteral("12"));
+    if (!loaded.writeProduct(*product)) {
+        return;
+    }
+    if (loaded.runMode == 1) {
+        report::message(report::Level::Information, L"SUCCESS OBKey File Generation \n");
+    } else {
+        showBox(context().boxParent, BoxKind::Success, QStringLiteral("OBKey File Generation \n"));
+    }
+    loaded.saveOBKeyConf(&loaded);
+    loaded.refreshShownSlots();
+    showSlots();
+}
+
+}  // namespace workbench

@@ -1,0 +1,87 @@
+#include "workbench/widgets/ToolProgress.h"
+
+#include "workbench/widgets/FieldNames.h"
+
+#include <QCoreApplication>
+#include <QEvent>
+#include <QMessageBox>
+#include <QPushButton>
+
+namespace workbench
+{
+
+namespace
+{
+
+bool isInput(QEvent::Type type)
+{
+    switch (type) {
+    case QEvent::MouseButtonPress:
+    case QEvent::MouseButtonRelease:
+    case QEvent::MouseButtonDblClick:
+    case QEvent::KeyPress:
+    case QEvent::KeyRelease:
+    case QEvent::Shortcut:
+    case QEvent::ShortcutOverride:
+    case QEvent::Wheel:
+    case QEvent::ContextMenu:
+    case QEvent::Drop:
+    case QEvent::Close:
+        return true;
+    default:
+        return false;
+    }
+}
+
+}  // namespace
+
+ToolProgress::ToolProgress(QWidget *parent) : m_box(new QMessageBox(parent))
+{
+    m_box->setObjectName(QStringLiteral("progress_box"));
+    m_box->setWindowTitle(tr("Operation in progress, please wait ..."));
+    m_box->setText(tr("Operation in progress, please wait ..."));
+    m_box->setModal(false);
+    m_box->resize(350, 10);
+    auto *const cancel = m_box->addButton(QMessageBox::Cancel);
+    nameWidget(cancel, QStringLiteral("progress_cancel_button"), tr("Cancel the operation"));
+    connect(cancel, &QPushButton::clicked, this, [this] { m_isCancelled = true; });
+    m_box->show();
+}
+
+ToolProgress::~ToolProgress()
+{
+    delete m_box;
+}
+
+void ToolProgress::finish()
+{
+    m_box->hide();
+}
+
+process::ToolWatch ToolProgress::watch()
+{
+    return {.isCancelled = [this] { return m_isCancelled; }, .idle = [this] { turn(); }};
+}
+
+void ToolProgress::turn()
+{
+    QCoreApplication::instance()->installEventFilter(this);
+    QCoreApplication::processEvents();
+    QCoreApplication::instance()->removeEventFilter(this);
+}
+
+bool ToolProgress::eventFilter(QObject *watched, QEvent *event)
+{
+    if (!watched->isWidgetType() || !isInput(event->type())) {
+        return false;
+    }
+    auto *const widget = static_cast<QWidget *>(watched);
+    if (widget == m_box || m_box->isAncestorOf(widget)) {
+        return false;
+    }
+    // A close event that nobody refuses closes the window, whoever swallows it.
+    event->ignore();
+    return true;
+}
+
+}  // namespace workbench

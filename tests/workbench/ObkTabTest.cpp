@@ -1,0 +1,226 @@
+#include "workbench/tabs/obk/ObkTab.h"
+#include "support/DialogAnswers.h"
+#include "support/ScratchFolder.h"
+#include "workbench/frame/CentralWidget.h"
+
+#include <QCheckBox>
+#include <QComboBox>
+#include <QCoreApplication>
+#include <QDir>
+#include <QElapsedTimer>
+#include <QLabel>
+#include <QLineEdit>
+#include <QPushButton>
+#include <QTableWidget>
+#include <QTest>
+#include <QToolButton>
+
+#include <gtest/gtest.h>
+
+namespace
+{
+
+class ObkTabTest : public ::testing::Test
+{
+protected:
+    ObkTabTest()
+    {
+        // The remembered folder is in the user's home.
+        qputenv("HOME", folder.path("home").toUtf8());
+        form.ensureObkey();
+        form.InitOBkeyTab();
+        form.show();
+        form.addTab(form.obkeyPage, "OBkey");
+        form.tabWidget->setCurrentWidget(form.obkeyPage);
+    }
+
+    ~ObkTabTest() override { qputenv("HOME", home); }
+
+    template <typename Widget>
+    Widget *find(const QString &name)
+    {
+        auto *found = form.findChild<Widget *>(name);
+        EXPECT_NE(found, nullptr) << name.toStdString();
+        return found;
+    }
+    void click(const QString &name) { QTest::mouseClick(find<QPushButton>(name), Qt::LeftButton); }
+    QLineEdit *edit(const QString &name) { return find<QLineEdit>(name); }
+    QString cell(int row) { return find<QTableWidget>("obk_info_table")->item(row, 0)->text(); }
+    QTableWidget *memory() { return find<QTableWidget>("obk_slot_table"); }
+
+    /// A copy of a template that ships.
+    QString shipped(const QString &name)
+    {
+        QFile file(QCoreApplication::applicationDirPath() + "/Template/OBkey/" + name + ".xml");
+        EXPECT_TRUE(file.open(QIODevice::ReadOnly));
+        return folder.file(name + ".xml", file.readAll().toStdString());
+    }
+    void open(const QString &path, const QStringList &boxes = {})
+    {
+        DialogAnswers answers({path});
+        for (int i = 0; i < boxes.size(); ++i) {
+            answers.expect(QMessageBox::Ok);
+        }
+        click("obk_xml_open");
+        EXPECT_EQ(answers.texts().mid(1), boxes);
+        EXPECT_EQ(answers.seen()[0].nameFilters, QStringList("XML files (*.xml)"));
+    }
+
+    const QByteArray home = qgetenv("HOME");
+    ScratchFolder folder;
+    CentralWidget form{1};
+};
+
+TEST_F(ObkTabTest, SelectorsSwitchFieldsAndTheMemoryTable)
+{
+    open(shipped("memory-layout"));
+    QLineEdit *const dependent = edit("obk_nonSecureImageOffset_edit");
+    EXPECT_TRUE(dependent->isEnabled());
+    EXPECT_EQ(memory()->rowCount(), 4);
+    EXPECT_EQ(memory()->item(0, 2)->text(), "0x8020000");
+    find<QComboBox>("Images")->setCurrentIndex(0);
+    EXPECT_FALSE(dependent->isEnabled());
+    EXPECT_EQ(dependent->echoMode(), QLineEdit::NoEcho);
+    EXPECT_TRUE(dependent->toolTip().contains("Images") && dependent->toolTip().contains("0x02"));
+    EXPECT_EQ(memory()->rowCount(), 2);
+    find<QCheckBox>("Data slot")->setChecked(true);
+    EXPECT_EQ(memory()->rowCount(), 3);
+    EXPECT_EQ(find<QLabel>("obk_warning_label")->text(), "Encryption option is disabled!");
+    EXPECT_EQ(cell(0), "disable");
+    EXPECT_EQ(cell(3), "");
+}
+
+TEST_F(ObkTabTest, GeneratesWhatTheFormShowsAndKeepsIt)
+{
+    const QString path = shipped("memory-layout");
+    open(path);
+    edit("obk_secureImageSize_edit")->setText("0x20000");
+    DialogAnswers answers({QMessageBox::Ok});
+    click("obk_generate_ok");
+    EXPECT_EQ(answers.texts(), QStringList("Success|OBKey File Generation \n"));
+    const std::string bytes = ScratchFolder::contents(folder.path("Memory_Layout.obk"));
+    EXPECT_EQ(bytes.size(), 12u + 32u + 48u);
+    EXPECT_EQ(cell(1), "80");
+    EXPECT_EQ(cell(2), "12");
+    EXPECT_EQ(memory()->item(0, 3)->text(), "0x20000");
+    EXPECT_NE(ScratchFolder::contents(path).find("<Value>0x20000</Value>"), std::string::npos);
+    edit("obk_secureImageSize_edit")->setText("0x1");
+    click("OBkeyRefresh");
+    EXPECT_EQ(edit("obk_secureImageSize_edit")->text(), "0x20000");
+}
+
+TEST_F(ObkTabTest, AFaultIsSaidBesideTheFieldAndRefusedLater)
+{
+    open(shipped("headerless-settings"));
+    EXPECT_TRUE(edit("obk_output_edit")->text().endsWith("Settings.bin"));
+    EXPECT_FALSE(find<QLabel>("obk_warning_label")->isVisible());
+    QLabel *const note = find<QLabel>("obk_minimumVersion_note");
+    EXPECT_EQ(note->text(), "");
+    edit("obk_minimumVersion_edit")->setText("65536");
+    const QString fault =
+        "\"65536\" value for \"Minimum version\" is incorrect, max width value is "
+        ": \"2\" Bytes.";
+    EXPECT_TRUE(note->text().endsWith(fault)) << note->text().toStdString();
+    DialogAnswers answers({QMessageBox::Ok});
+    click("obk_generate_ok");
+    EXPECT_EQ(answers.texts(), QStringList("Error|Error:  " + fault));
+    EXPECT_FALSE(QFile::exists(folder.path("Settings.bin")));
+}
+
+TEST_F(ObkTabTest, AFailedOpeningLeavesTheOldTemplate)
+{
+    {
+        DialogAnswers answers({QMessageBox::Ok});
+        click("OBkeyRefresh");  // nothing is loaded
+        click("obk_generate_ok");
+        EXPECT_EQ(answers.texts(), QStringList("Error|Error: Upload a valid input XML File"));
+    }
+    open(shipped("headerless-settings"));
+    open({});
+    open(folder.file("bad.xml", std::string_view("<a/>")),
+         {"Error|Error: XML document is invalid! xml version is wrong or missing"});
+    EXPECT_TRUE(edit("obk_xml_edit")->text().endsWith("headerless-settings.xml"));
+    DialogAnswers answers({QMessageBox::Ok});
+    click("obk_generate_ok");
+    EXPECT_TRUE(QFile::exists(folder.path("Settings.bin")));
+}
+
+TEST_F(ObkTabTest, PermissionsAreSetByBit)
+{
+    open(shipped("debug-authentication-password"));
+    QLineEdit *const word = edit("obk_permissions_edit");
+    const auto bit = [this](int n) {
+        return find<QToolButton>(QString("obk_permissions_bit%1_check").arg(n));
+    };
+    EXPECT_TRUE(bit(14)->isChecked() && bit(0)->isChecked());
+    EXPECT_FALSE(bit(8)->isEnabled() || bit(11)->isEnabled());
+    QTest::mouseClick(bit(15), Qt::LeftButton);
+    EXPECT_EQ(word->text(), "0x0000D077");
+    EXPECT_NE(bit(15)->text(), "15") << "a mark beside the colour";
+    word->clear();
+    QTest::keyClicks(word, "0xF01");
+    EXPECT_TRUE(bit(0)->isChecked());
+    EXPECT_FALSE(bit(9)->isChecked());
+    EXPECT_FALSE(find<QLabel>("obk_permissions_note")->text().isEmpty());
+    DialogAnswers answers({QMessageBox::Ok, QMessageBox::Ok});
+    click("obk_generate_ok");
+    EXPECT_TRUE(answers.texts()[0].startsWith("Information|Password file Generated successfully"));
+    const std::string bytes = ScratchFolder::contents(folder.path("DA_Password.obk"));
+    EXPECT_EQ(bytes.substr(12 + 32, 8), std::string("\x01\0\0\0\0\0\0\0", 8));
+}
+
+TEST_F(ObkTabTest, KeysAreMadeAndAnOldOneComesBack)
+{
+    open(shipped("debug-authentication-certificate"));
+    const auto regenerate = [this](const QString &box) {
+        DialogAnswers answers({QMessageBox::Ok});
+        click("Root key");
+        EXPECT_EQ(answers.texts(), QStringList(box));
+    };
+    regenerate("Information|SUCCESS Key Generation \n");
+    const std::string first = ScratchFolder::contents(folder.path("keys/root_key.pem"));
+    EXPECT_TRUE(QFile::exists(folder.path("keys/root_key_pub.pem")));
+    QComboBox *const type = find<QComboBox>("obk_rootKey_combo");
+    type->setItemText(0, "unknown");
+    regenerate("Error|Error: Fail Key Generation Check Input Param\n");
+    EXPECT_FALSE(QFile::exists(folder.path("keys/root_key.pem")));
+    EXPECT_TRUE(find<QLabel>("obk_rootKey_note")->text().contains(".bak"));
+    click("obk_rootKey_restore");
+    EXPECT_EQ(ScratchFolder::contents(folder.path("keys/root_key.pem")), first);
+    DialogAnswers answers({QMessageBox::Ok});
+    click("obk_generate_ok");
+    EXPECT_EQ(answers.texts(), QStringList("Success|OBKey File Generation \n"));
+}
+
+TEST_F(ObkTabTest, TheCommandLinesTemplateIsOpenedWithoutADialog)
+{
+    form.templatePath = shipped("headerless-settings").toStdString();
+    DialogAnswers answers({QMessageBox::Ok});
+    form.OpenOBkeyKey();
+    EXPECT_FALSE(edit("obk_xml_edit")->isEnabled());
+    form.generateOBkey();
+    EXPECT_EQ(answers.texts(), QStringList("Information|SUCCESS OBKey File Generation \n"));
+}
+
+TEST_F(ObkTabTest, AThousandFieldsAreBuiltAtOnce)
+{
+    std::string text =
+        "<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n<Root><Obdata><Info><GlobalAlign>"
+        "1</GlobalAlign></Info>";
+    for (int i = 0; i < 1000; ++i) {
+        text += "<Data><Name>A" + std::to_string(i) +
+                "</Name><Width>1</Width><Default>1</Default>"
+                "</Data>";
+    }
+    const QString path =
+        folder.file("big.xml", text + "<Output><Default>o.bin</Default></Output></Obdata></Root>");
+    QElapsedTimer clock;
+    clock.start();
+    open(path);
+    QCoreApplication::processEvents();
+    RecordProperty("milliseconds", static_cast<int>(clock.elapsed()));
+    EXPECT_LT(clock.elapsed(), 10000) << "far above the usual, for busy machines";
+    EXPECT_NE(edit("obk_a999_edit"), nullptr);
+}
+
+}  // namespace
