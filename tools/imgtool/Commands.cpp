@@ -12,12 +12,17 @@ constexpr Command kCommands[] = {
     {"keygen", "make a key pair", &keygenProgram},
     {"getpub", "print the public half of a key as a C array", &getpubProgram},
     {"getpriv", "print a private key as a C array", &getprivProgram},
+    {"create", "make a boot image out of firmware", &createProgram},
+    {"sign", "the same", &createProgram},
+    {"verify", "check a boot image", &verifyProgram},
+    {"dumpinfo", "print what a boot image holds", &dumpInfoProgram},
 };
 
 std::string helpText()
 {
-    std::string text = "Usage: imgtool COMMAND [OPTION]...\n"
-                       "Makes keys and prints them for firmware images.\n\nCommands:\n";
+    std::string text =
+        "Usage: imgtool COMMAND [OPTION]...\n"
+        "Makes keys and prints them, makes boot images and checks them.\n\nCommands:\n";
     for (const Command &command : commands()) {
         std::string name = command.name;
         name.resize(10, ' ');
@@ -44,6 +49,13 @@ console::Program ownProgram(const std::string &help)
 std::span<const Command> commands()
 {
     return kCommands;
+}
+
+int printText(const std::string &text)
+{
+    return console::print(text)
+               ? static_cast<int>(console::kFine)
+               : console::complain(console::kOutputFailed, "standard output can't be written");
 }
 
 int runImgtool(int argc, char **argv)

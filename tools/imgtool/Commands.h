@@ -19,6 +19,12 @@ std::span<const Command> commands();
 console::Program keygenProgram();
 console::Program getpubProgram();
 console::Program getprivProgram();
+console::Program createProgram();
+console::Program verifyProgram();
+console::Program dumpInfoProgram();
+
+/// Prints a text. @return the exit status
+int printText(const std::string &text);
 
 /// All of main(): finds the subcommand in the first argument.
 /// @return 0, or 1 after one line on standard error

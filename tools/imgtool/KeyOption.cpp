@@ -40,17 +40,34 @@ checkAll(const console::Arguments &arguments,
     return {};
 }
 
-files::Result<crypto::KeyPair> readKey(const std::string &path)
+namespace
+{
+
+/// Hands a key file's text to a reader. @return a sentence with the file's name
+template <typename Key>
+files::Result<Key> readKeyOf(const std::string &path, files::Result<Key> (*read)(crypto::ByteView))
 {
     const auto pem = files::readKeyFile(QFile::decodeName(path.c_str()), 0);
     if (!pem) {
         return fail(pem.error().code, path + ": " + pem.error().text);
     }
-    auto key = crypto::KeyPair::readPrivate(pem->span());
+    auto key = read(pem->span());
     if (!key) {
         return fail(key.error().code, path + ": " + key.error().text);
     }
     return key;
+}
+
+}  // namespace
+
+files::Result<crypto::KeyPair> readKey(const std::string &path)
+{
+    return readKeyOf(path, &crypto::KeyPair::readPrivate);
+}
+
+files::Result<crypto::PublicKey> readPublicKey(const std::string &path)
+{
+    return readKeyOf(path, &crypto::PublicKey::read);
 }
 
 }  // namespace imgtool

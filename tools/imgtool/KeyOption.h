@@ -23,4 +23,7 @@ checkAll(const console::Arguments &arguments,
 /// Reads the private key of a file. @return a sentence with the file's name
 files::Result<crypto::KeyPair> readKey(const std::string &path);
 
+/// Reads the public key of a file, or the public half of its private one. @return likewise
+files::Result<crypto::PublicKey> readPublicKey(const std::string &path);
+
 }  // namespace imgtool

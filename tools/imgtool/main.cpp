@@ -1,4 +1,4 @@
-// imgtool: makes keys and prints them for firmware images.
+// imgtool: makes keys and boot images.
 #include "Commands.h"
 
 int main(int argc, char **argv)

@@ -1,6 +1,8 @@
 #include "crypto/primitives/KeyPair.h"
 
+#include "crypto/primitives/DeterministicSigner.h"
 #include "crypto/primitives/LibraryFailure.h"
+#include "crypto/primitives/PssContext.h"
 
 #include <openssl/core_names.h>
 #include <openssl/ec.h>
@@ -70,6 +72,62 @@ Result<SecretBytes> encoded(const char *what, const std::function<int(BIO *)> &e
         return libraryFailure(what);
     }
     return bytes;
+}
+
+EvpKey sharedKey(const EvpKey &key)
+{
+    EVP_PKEY_up_ref(key.get());
+    return EvpKey(key.get());
+}
+
+Result<std::vector<std::uint8_t>> ecdsaSignature(const EvpKey &key, const Digest &digest)
+{
+    const auto raw = EcKey::fromKey(sharedKey(key)).and_then([&digest](const EcKey &curveKey) {
+        return signDeterministic(curveKey, digest);
+    });
+    if (!raw) {
+        return tl::unexpected(raw.error());
+    }
+    const std::unique_ptr<ECDSA_SIG, files::FreeWith<&ECDSA_SIG_free>> pair(ECDSA_SIG_new());
+    BIGNUM *const r = BN_bin2bn(raw->data(), kScalarBytes, nullptr);
+    BIGNUM *const s = BN_bin2bn(raw->data() + kScalarBytes, kScalarBytes, nullptr);
+    if (!pair || ECDSA_SIG_set0(pair.get(), r, s) != 1) {
+        BN_free(r);
+        BN_free(s);
+        return libraryFailure("the signature's numbers");
+    }
+    unsigned char *encoded = nullptr;
+    const int size = i2d_ECDSA_SIG(pair.get(), &encoded);
+    const Buffer der(encoded);
+    if (size <= 0) {
+        return libraryFailure("the signature's numbers");
+    }
+    return std::vector<std::uint8_t>(der.get(), der.get() + size);
+}
+
+Result<std::vector<std::uint8_t>> edSignature(const EvpKey &key, const Digest &digest)
+{
+    std::vector<std::uint8_t> signature(2 * kRawBytes);
+    std::size_t size = signature.size();
+    const DigestContext context(EVP_MD_CTX_new());
+    if (!context || EVP_DigestSignInit(context.get(), nullptr, nullptr, nullptr, key.get()) != 1 ||
+        EVP_DigestSign(context.get(), signature.data(), &size, digest.data(), digest.size()) != 1) {
+        return libraryFailure("Ed25519");
+    }
+    return signature;
+}
+
+Result<std::vector<std::uint8_t>> pssSignature(const EvpKey &key, const Digest &digest)
+{
+    std::vector<std::uint8_t> signature(static_cast<std::size_t>(EVP_PKEY_get_size(key.get())));
+    std::size_t size = signature.size();
+    const KeyContext context(EVP_PKEY_CTX_new(key.get(), nullptr));
+    if (!context || EVP_PKEY_sign_init(context.get()) != 1 || !usePss(context.get()) ||
+        EVP_PKEY_sign(context.get(), signature.data(), &size, digest.data(), digest.size()) != 1 ||
+        size != signature.size()) {
+        return libraryFailure("RSASSA-PSS");
+    }
+    return signature;
 }
 
 }  // namespace
@@ -168,6 +226,58 @@ Result<std::vector<std::uint8_t>> KeyPair::publicDer() const
         .map([](const SecretBytes &der) {
             return std::vector<std::uint8_t>(der.span().begin(), der.span().end());
         });
+}
+
+PublicKey KeyPair::publicHalf() const
+{
+    return PublicKey(sharedKey(m_key));
+}
+
+Result<std::vector<std::uint8_t>> KeyPair::signDigest(const Digest &digest) const
+{
+    const PublicKey half = publicHalf();
+    const auto sign = [&]() -> Result<std::vector<std::uint8_t>> {
+        switch (half.kind()) {
+        case KeyKind::EcdsaP256:
+            return ecdsaSignature(m_key, digest);
+        case KeyKind::Ed25519:
+            return edSignature(m_key, digest);
+        case KeyKind::Rsa2048:
+        case KeyKind::Rsa3072:
+            return pssSignature(m_key, digest);
+        default:
+            return fail(ErrorCode::BadValue, std::string("a key of the kind ") +
+                                                 kindName(half.kind()) + " signs no image");
+        }
+    };
+    auto signature = sign();
+    if (!signature) {
+        return signature;
+    }
+    const auto fits = half.verify(digest, *signature);
+    if (!fits) {
+        return tl::unexpected(fits.error());
+    }
+    if (!*fits) {
+        return fail(ErrorCode::Refused, "the signature doesn't fit the key's public half");
+    }
+    return signature;
+}
+
+Result<SecretBytes> KeyPair::agree(const PublicKey &peer) const
+{
+    SecretBytes shared(kRawBytes);
+    std::size_t size = shared.size();
+    const KeyContext context(EVP_PKEY_CTX_new(m_key.get(), nullptr));
+    const bool isAgreed = context && EVP_PKEY_derive_init(context.get()) == 1 &&
+                          EVP_PKEY_derive_set_peer(context.get(), peer.handle()) == 1 &&
+                          EVP_PKEY_derive(context.get(), shared.data(), &size) == 1 &&
+                          size == shared.size();
+    ERR_clear_error();
+    if (!isAgreed) {
+        return fail(ErrorCode::BadValue, "the two keys give no common secret");
+    }
+    return shared;
 }
 
 }  // namespace crypto

@@ -1,6 +1,7 @@
 #pragma once
 #include "crypto/primitives/Bytes.h"
 #include "crypto/primitives/Handles.h"
+#include "crypto/primitives/PublicKey.h"
 #include "files/base/Result.h"
 #include "files/base/Wipe.h"
 
@@ -40,6 +41,19 @@ public:
     /// The public half as `SubjectPublicKeyInfo` (RFC 5280), in PEM text and in DER.
     [[nodiscard]] files::Result<std::string> publicPem() const;
     [[nodiscard]] files::Result<std::vector<std::uint8_t>> publicDer() const;
+
+    [[nodiscard]] PublicKey publicHalf() const;
+
+    /// Signs a SHA-256 digest, see PublicKey::verify, which looks at the signature before it is
+    /// given out. ECDSA and Ed25519 give the same bytes each time (RFC 6979, RFC 8032); the salt of
+    /// RSASSA-PSS is random.
+    /// @return BadValue for a kind that doesn't sign
+    [[nodiscard]] files::Result<std::vector<std::uint8_t>> signDigest(const Digest &digest) const;
+
+    /// The secret that both sides of a Diffie-Hellman exchange get: X25519 (RFC 7748) or the X
+    /// coordinate on P-256, 32 bytes.
+    /// @return BadValue for a peer that gives none, such as one of another kind
+    [[nodiscard]] files::Result<files::SecretBytes> agree(const PublicKey &peer) const;
 
 private:
     explicit KeyPair(EvpKey key) : m_key(std::move(key)) {}

@@ -1,0 +1,281 @@
+#include "files/FileManager.h"
+#include "preparation/boot/BootBuilder.h"
+#include "preparation/boot/BootVerifier.h"
+#include "process/RunTool.h"
+#include "support/ElfBytes.h"
+#include "support/HexLines.h"
+#include "support/ScratchFolder.h"
+
+#include <gtest/gtest.h>
+
+#include <QCoreApplication>
+
+namespace
+{
+
+using namespace preparation;
+using crypto::KeyPair;
+using Bytes = std::vector<std::uint8_t>;
+
+const KeyPair &key(const std::string &type)
+{
+    static std::map<std::string, KeyPair> made;
+    const auto known = made.find(type);
+    return known != made.end() ? known->second
+                               : made.emplace(type, *KeyPair::make(type)).first->second;
+}
+
+BootRequest smallRequest()
+{
+    BootRequest request;
+    request.version = {1, 2, 3, 4};
+    request.padHeader = true;
+    request.slot.size = 2048;
+    request.slot.maxSectors = 4;
+    return request;
+}
+
+struct SealCase {
+    const char *name;
+    const char *signer;
+    const char *recipient;  ///< null for a readable image
+    bool confirm;
+};
+
+class BootSeal : public ::testing::TestWithParam<SealCase>
+{
+};
+
+TEST_P(BootSeal, NoFlippedBitPasses)
+{
+    const SealCase &seal = GetParam();
+    const crypto::PublicKey signer = key(seal.signer).publicHalf();
+    BootRequest request = smallRequest();
+    request.securityCounter = 7;
+    request.dependencies = {{1, {1, 0, 0, 0}}};
+    request.signer = &key(seal.signer);
+    request.confirm = seal.confirm;
+    request.padSignature = seal.confirm;
+    std::optional<crypto::PublicKey> recipient;
+    if (seal.recipient != nullptr) {
+        recipient = key(seal.recipient).publicHalf();
+        request.recipient = &*recipient;
+    }
+    const BootKeys keys = {&signer, seal.recipient != nullptr ? &key(seal.recipient) : nullptr};
+    Bytes image = *buildBootImage(request, patternBytes(40));
+    const auto isGood = [&] {
+        const auto parsed = parseBootImage(image);
+        return parsed && verifyBootImage(*parsed, keys);
+    };
+    ASSERT_TRUE(isGood());
+    std::size_t accepted = 0;
+    for (std::size_t bit = 0; bit < 8 * image.size(); ++bit) {
+        image[bit / 8] ^= static_cast<std::uint8_t>(1U << bit % 8);
+        accepted += isGood() ? 1 : 0;
+        EXPECT_EQ(accepted, 0U) << "bit " << bit;
+        image[bit / 8] ^= static_cast<std::uint8_t>(1U << bit % 8);
+    }
+    image.pop_back();
+    EXPECT_FALSE(isGood());
+    image.insert(image.end(), 2, seal.confirm ? 0x80 : 0xFF);
+    EXPECT_FALSE(isGood()) << "a byte more";
+}
+
+INSTANTIATE_TEST_SUITE_P(Keys, BootSeal,
+                         ::testing::Values(SealCase{"P256", "ecdsa-p256", nullptr, true},
+                                           SealCase{"Rsa2048ForP256", "rsa-2048", "ecdsa-p256",
+                                                    false},
+                                           SealCase{"Rsa3072", "rsa-3072", nullptr, false},
+                                           SealCase{"Ed25519ForX25519", "ed25519", "x25519", true}),
+                         [](const auto &seal) { return seal.param.name; });
+
+TEST(BootVerifier, RefusesWhatAnotherKeyMadeOrNothingProtects)
+{
+    const crypto::PublicKey own = key("ecdsa-p256").publicHalf();
+    const crypto::PublicKey foreign = key("ed25519").publicHalf();
+    BootRequest request = smallRequest();
+    const auto check = [&](BootKeys keys, const Bytes &behind = {}) {
+        Bytes image = *buildBootImage(request, patternBytes(40));
+        image.insert(image.end(), behind.begin(), behind.end());
+        const auto parsed = parseBootImage(image);
+        const auto verdict = verifyBootImage(*parsed, keys);
+        return verdict ? std::string(verdict->isSignatureChecked ? "checked" : "not checked")
+                       : verdict.error().text;
+    };
+    EXPECT_EQ(check({}), "not checked");
+    EXPECT_EQ(check({&own}), "the image isn't signed");
+    request.signer = &key("ecdsa-p256");
+    EXPECT_EQ(check({&own}), "checked");
+    EXPECT_EQ(check({&foreign}), "the image names another key");
+    EXPECT_NE(check({&own}, Bytes(64, 0xFF)), "checked") << "no trailer's magic";
+    const KeyPair another = *KeyPair::make("ecdsa-p256");
+    request.recipient = &own;
+    EXPECT_NE(check({&own}), "checked") << "encrypted, and nobody can look inside";
+    EXPECT_EQ(check({&own, &another}), "the wrapped key isn't for this private key, or is damaged");
+    EXPECT_EQ(check({&own, &key("ecdsa-p256")}), "checked");
+    request.clear = true;
+    EXPECT_EQ(check({&own, &key("ecdsa-p256")}), "checked");
+}
+
+TEST(BootBuilder, RefusesWhatWouldNotBoot)
+{
+    const struct {
+        const char *name;
+        std::function<void(BootRequest &)> change;
+        Bytes firmware = Bytes(100, 1);
+    } cases[] = {
+        {"header of 31 bytes", [](auto &r) { r.headerSize = 31; }},
+        {"code where the header goes", [](auto &r) { r.padHeader = false; }},
+        {"header and nothing else", [](auto &r) { r.padHeader = false; }, Bytes(32)},
+        {"no firmware", [](auto &) {}, {}},
+        {"one byte too much", [](auto &) {}, Bytes(2048 - 4 * 3 - 4 * 8 - 16 - 32 - 40 + 1)},
+        {"alignment of 3", [](auto &r) { r.slot.align = 3; }},
+        {"alignment above the largest", [](auto &r) { r.slot.align = 16; }},
+        {"erased byte of 1", [](auto &r) { r.slot.erased = 1; }},
+        {"X25519 doesn't sign", [](auto &r) { r.signer = &key("x25519"); }},
+        {"block beyond 16 bits",
+         [](auto &r) {
+             r.dependencies.resize(5000);
+             r.slot.size = 1 << 20;
+         }},
+    };
+    for (const auto &[name, change, firmware] : cases) {
+        BootRequest request = smallRequest();
+        change(request);
+        EXPECT_FALSE(buildBootImage(request, firmware)) << name;
+    }
+    EXPECT_TRUE(buildBootImage(smallRequest(), Bytes(2048 - 4 * 3 - 4 * 8 - 16 - 32 - 40)));
+}
+
+TEST(BootVersion, TextsAreReadWhole)
+{
+    const std::pair<const char *, const char *> good[] = {
+        {"1", "1.0.0+0"},
+        {"1.2.3", "1.2.3+0"},
+        {"255.255.65535+4294967295", "255.255.65535+4294967295"}};
+    for (const auto &[text, expected] : good) {
+        EXPECT_EQ(toText(parseBootVersion(text).value()), expected);
+    }
+    for (const char *const bad : {"", "1.", "256", "1.2.65536", "1.2.3+", "1.2.3-4", " 1", "-1"}) {
+        EXPECT_FALSE(parseBootVersion(bad)) << bad;
+    }
+    EXPECT_EQ(parseBootDependencies("").value().size(), 0U);
+    EXPECT_EQ(parseBootDependencies(" (1, 2.3),(4,5.6.7+8) ").value(),
+              (std::vector<BootDependency>{{1, {2, 3, 0, 0}}, {4, {5, 6, 7, 8}}}));
+    for (const char *const bad : {"1, 2.3", "(1 2.3)", "(1, 2.3", "(1, 2.3) x", "(256, 1)", "()"}) {
+        EXPECT_FALSE(parseBootDependencies(bad)) << bad;
+    }
+}
+
+/// The tool as it is installed, run in a folder of its own.
+class BootTool : public ::testing::Test
+{
+protected:
+    BootTool() { run({"keygen", "-k", "key.pem", "-t", "ed25519", "-e", "pub.pem"}); }
+
+    QByteArray run(const QStringList &arguments)
+    {
+        const auto outcome =
+            process::runTool(QCoreApplication::applicationDirPath() + "/Utilities/Linux/imgtool",
+                             arguments, {}, folder.path(""));
+        status = outcome.exitCode;
+        return outcome.output;
+    }
+    QByteArray create(const QString &in, const QString &out, const QStringList &more = {})
+    {
+        return run(QStringList{"create", "--align", "8", "-v", "1.0", "-H", "32", "-S", "0x4000",
+                               "--pad-header", "-k", "key.pem"} +
+                   more + QStringList{in, out});
+    }
+    std::string contents(const char *name) const
+    {
+        return ScratchFolder::contents(folder.path(name));
+    }
+
+    ScratchFolder folder;
+    int status = -1;
+};
+
+TEST_F(BootTool, EveryInputFormGivesTheSameImage)
+{
+    const Bytes code = patternBytes(100);
+    const Bytes first(code.begin(), code.begin() + 40);
+    const Bytes second(code.begin() + 60, code.end());
+    Bytes holed = code;
+    std::fill(holed.begin() + 40, holed.begin() + 60, 0xFF);
+    folder.file("a.bin", holed);
+    folder.file("a.hex", intelLine(4, 0, {0x08, 0x01}) + intelLine(0, 0x40, first) +
+                             intelLine(0, 0x40 + 60, second) + intelLine(1, 0, {}));
+    folder.file("a.s37",
+                srecordLine('3', 0x08010040, first) + srecordLine('3', 0x08010040 + 60, second));
+    ElfPlan elf;
+    elf.segments = {{1, 0x08010040, first}, {1, 0x08010040 + 60, second}};
+    folder.file("a.elf", elfBytes(elf));
+    create("a.bin", "expected");
+    ASSERT_EQ(status, 0);
+    for (const char *const input : {"a.hex", "a.s37", "a.elf"}) {
+        EXPECT_TRUE(create(input, "out.bin").contains("signed (Ed25519)"));
+        EXPECT_EQ(contents("out.bin"), contents("expected")) << input;
+    }
+    create("a.s37", "out.hex");
+    EXPECT_EQ(status, 0);
+    EXPECT_NE(contents("out.hex").find(intelLine(4, 0, {0x08, 0x01})), std::string::npos);
+    EXPECT_NE(contents("out.hex").find(":20002000"), std::string::npos)
+        << "the header stands in front of the firmware's address";
+    EXPECT_TRUE(run({"verify", "-k", "pub.pem", "out.hex"}).contains("it is the key's"));
+    EXPECT_TRUE(run({"verify", "out.hex"}).contains("NOT CHECKED"));
+    EXPECT_TRUE(run({"dumpinfo", "out.hex", "-s", "-o", "info.yml"}).isEmpty());
+    EXPECT_NE(contents("info.yml").find("version: 1.0.0+0"), std::string::npos);
+}
+
+TEST_F(BootTool, FailuresLeaveTheFilesAndSayOneLine)
+{
+    folder.file("in.bin", patternBytes(50));
+    folder.file("old.bin", std::string_view("old"));
+    folder.file("far.hex", intelLine(0, 0, {1}) + intelLine(4, 0, {0xFF, 0xFF}) +
+                               intelLine(0, 0, {1}) + intelLine(1, 0, {}));
+    folder.file("twice.hex", intelLine(0, 0, {1, 2}) + intelLine(0, 1, {3}) + intelLine(1, 0, {}));
+    const std::string pem = contents("key.pem");
+    for (const auto &[in, out, more] : {std::tuple{"in.bin", "in.bin", QStringList{}},
+                                        {"in.bin", "key.pem", {}},
+                                        {"none.bin", "old.bin", {}},
+                                        {"far.hex", "old.bin", {}},
+                                        {"twice.hex", "old.bin", {}},
+                                        {"in.bin", "old.elf", {}},
+                                        {"in.bin", "old.bin", {"-S", "100"}},
+                                        {"in.bin", "old.bin", {"-k", "pub.pem"}},
+                                        {"in.bin", "old.bin", {"-E", "in.bin"}},
+                                        {"in.bin", "old.bin", {"-e", "big"}},
+                                        {"in.bin", "old.bin", {"-s", "more"}},
+                                        {"in.bin", "old.bin", {"-R", "256"}},
+                                        {"in.bin", "no/old.bin", {}}}) {
+        const QByteArray said = create(in, out, more);
+        EXPECT_EQ(status, 1) << in << out << more.join(' ').toStdString();
+        EXPECT_EQ(said.count('\n'), 1) << said.data();
+    }
+    EXPECT_EQ(run({"create", "-v", "1.0", "in.bin", "old.bin"}).count('\n'), 1);
+    EXPECT_EQ(contents("old.bin"), "old");
+    EXPECT_EQ(contents("key.pem"), pem);
+    EXPECT_EQ(contents("in.bin").size(), 50U);
+}
+
+TEST_F(BootTool, ImagesAreReadBackAsModules)
+{
+    folder.file("in.bin", patternBytes(50));
+    create("in.bin", "out.smu", {"-s", "auto", "-d", "(2, 1.0)"});
+    FileType *opened = nullptr;
+    ASSERT_TRUE(FileManager().Open(folder.path("out.smu").toStdWString(), &opened, 0xFF, 0, 0));
+    const files::RecordOwner<FileSMU> image(static_cast<FileSMU *>(opened));
+    EXPECT_EQ(image->magic, kBootMagic);
+    EXPECT_EQ(image->imageSize, 50U);
+    EXPECT_EQ(image->versionMajor, 1);
+    std::string names;
+    for (const auto *list : {&image->protectedTlvs, &image->tlvs}) {
+        for (const TLV &entry : *list) {
+            names += std::string(entry.name) + " " + std::to_string(entry.length) + " ";
+        }
+    }
+    EXPECT_EQ(names, "SEC_CNT 4 DEPENDENCY 12 SHA256 32 KEYHASH 32 ED25519 64 ");
+}
+
+}  // namespace
