@@ -3,10 +3,12 @@
 #include "app/LaunchCheck.h"
 #include "app/MainWindow.h"
 #include "version/Version.h"
+#include "workbench/widgets/Contrast.h"
 
 #include <QApplication>
 #include <QFile>
 #include <QIcon>
+#include <QProxyStyle>
 
 #include <cstdio>
 #include <cstdlib>
@@ -49,6 +51,18 @@ void handleStartMessage(QtMsgType type, const QMessageLogContext &context, const
     }
 }
 
+/// The desktop's own style with texts that can be read; also after the desktop changes its colours.
+class LegibleStyle : public QProxyStyle
+{
+public:
+    using QProxyStyle::polish;
+    void polish(QPalette &palette) override
+    {
+        QProxyStyle::polish(palette);
+        workbench::makeLegible(palette);
+    }
+};
+
 void describeApplication(QApplication &application)
 {
     QApplication::setApplicationName(QStringLiteral("VDR32 Sealed Package Builder"));
@@ -56,6 +70,7 @@ void describeApplication(QApplication &application)
     QApplication::setOrganizationName(QStringLiteral("Vendrelis"));
     QApplication::setDesktopFileName(QStringLiteral("com.vendrelis.SealedPackageBuilder"));
     QApplication::setWindowIcon(QIcon(QStringLiteral(":/appIcon.png")));
+    QApplication::setStyle(new LegibleStyle);
     QFile style(QStringLiteral(":/style.qss"));
     static_cast<void>(style.open(QIODevice::ReadOnly));
     application.setStyleSheet(QString::fromUtf8(style.readAll()));

@@ -141,27 +141,39 @@ TEST_F(SfixTab, RegionsGoWithTheirFiles)
     EXPECT_EQ(cells("firmwareInfo_table").mid(3), (QStringList{"0x50", "1", "6"}));
 }
 
-TEST_F(SfixTab, AddressOfARawBinaryCanBeCorrected)
+TEST_F(SfixTab, WhatWasToldOfAFileCanBeCorrected)
 {
     chooseMcu(kU575);
     add("external", folder.file("e.bin", "1234"), {region("0x90000000", 5, 2, "0x40")});
     add("external", folder.file("e.hex", kHex.toStdString()), {region("", 6, 1, "0x50")});
+    addBinary("internal", folder.file("i.bin", "1234"), "0x8000000");
+    add("external", folder.file("e.srec", kSRecord.toStdString()), {});
     select("external", 0);
-    auto *list = tab().form()->list("external");
-    emit list->view()->doubleClicked(list->view()->model()->index(1, 0));  // tells its own address
-    {
-        DialogAnswers dialogs({DialogAnswer([](QDialog &dialog) {
-            auto *edit = dialog.findChild<QLineEdit *>("address_start_edit");
-            EXPECT_EQ(edit->text(), "0x90000000");
-            edit->setText("0x91000000");
+    const auto edit = [this](const QString &row, int at, const QString &name, const QString &was,
+                             const QString &text) {
+        const DialogAnswers dialogs({DialogAnswer([=](QDialog &dialog) {
+            auto *field = dialog.findChild<QLineEdit *>(name);
+            EXPECT_EQ(field->text(), was);
+            field->setText(text);
             dialog.findChild<QPushButton *>()->setFocus();
             QTest::keyClick(&dialog, Qt::Key_Return);
         })});
-        emit list->view()->doubleClicked(list->view()->model()->index(0, 0));
-    }
+        auto *view = widget<QListView>(row + "_list");
+        emit view->doubleClicked(view->model()->index(at, 0));
+    };
+    edit("internal", 0, "address_start_edit", "0x8000000", "0x8001000");
+    edit("external", 0, "extFir_start_edit", "0x90000000", "0x91000000");
+    edit("external", 1, "extFir_key_edit", "0x50", "0x60");  // its address is the file's
+    auto *list = tab().form()->list("external");
+    emit list->view()->doubleClicked(list->view()->model()->index(2, 0));  // nobody asked of it
     EXPECT_EQ(cells("firmwareInfo_segments"), QStringList{"1|0x91000000|4 B"});
-    EXPECT_EQ(tab().extBinInfos()[0].startAddress, 0x91000000U);
-    EXPECT_EQ(tab().extBinInfos()[0].regionNumber, 5U);
+    const QVector<ExtBinInfo> told = tab().extBinInfos();
+    ASSERT_EQ(told.size(), 2);
+    EXPECT_EQ(told[0].startAddress, 0x91000000U);
+    EXPECT_EQ(told[0].regionNumber, 5U);
+    EXPECT_EQ(told[0].regionMode, 2U);
+    EXPECT_EQ(told[1].regionNumber, 6U);
+    EXPECT_EQ(told[1].keyAddress, 0x60U);
     list->view()->selectAll();
     click("external_remove");
     EXPECT_EQ(rowsOf("external"), 0) << "all selected files leave at once";

@@ -1,3 +1,5 @@
+#include "crypto/service/RandomFiles.h"
+
 #include "crypto/service/Crypto.h"
 #include "crypto/service/KeyFileWriter.h"
 #include "files/base/Wipe.h"
@@ -27,22 +29,24 @@ files::Result<files::SecretBytes> randomBytes(int size)
         for (std::size_t at = 0; at < bytes.size(); ++at) {
             const int byte = randomByte();
             if (byte < 0) {
-                return files::fail(files::ErrorCode::Refused, "random source");
+                return files::fail(files::ErrorCode::Refused, "the random source failed");
             }
             bytes.data()[at] = static_cast<std::uint8_t>(byte);
         }
         return bytes;
     } catch (const std::bad_alloc &) {
-        return files::fail(files::ErrorCode::NoMemory, "random bytes");
+        return files::fail(files::ErrorCode::NoMemory, "there is no memory left");
     }
 }
 
-int writeRandomFile(const QString &path, int size)
+}  // namespace
+
+files::Result<void> crypto::makeRandomFile(const QString &path, int size)
 {
     const auto bytes = randomBytes(size);
     if (!bytes) {
         tell(Level::Error, L"The random source failed, no file was written : %s", path);
-        return -1;
+        return tl::unexpected(bytes.error());
     }
     if (QFile::exists(path)) {
         tell(Level::Warning, L"The file %s already exists, it will be overwritten", path);
@@ -51,16 +55,17 @@ int writeRandomFile(const QString &path, int size)
     auto writer = files::SafeWriter::open(path, files::Secrecy::SecretUnlessLocked);
     if (!writer) {
         tell(Level::Error, L"Failed to create output file : %s", path);
-        return -1;
+        return tl::unexpected(writer.error());
     }
-    if (!writer->write(bytes->span()) || !writer->commit()) {
+    auto written = writer->write(bytes->span());
+    if (written) {
+        written = writer->commit();
+    }
+    if (!written) {
         tell(Level::Error, L"Error while writing in file : %s file", path);
-        return -1;
     }
-    return 0;
+    return written;
 }
-
-}  // namespace
 
 int randomByte()
 {
@@ -70,7 +75,7 @@ int randomByte()
 
 int Crypto::generateSspKey(const QString &path)
 {
-    return writeRandomFile(path, kSspKeyBytes);
+    return crypto::makeRandomFile(path, kSspKeyBytes) ? 0 : -1;
 }
 
 int Crypto::generateSspKey(unsigned char *path)
@@ -80,7 +85,7 @@ int Crypto::generateSspKey(unsigned char *path)
 
 int Crypto::generateEncryptionandNonce(const QString &path, int size)
 {
-    return writeRandomFile(path, size);
+    return crypto::makeRandomFile(path, size) ? 0 : -1;
 }
 
 int Crypto::generateEncryptionandNonce(unsigned char *path, int size)

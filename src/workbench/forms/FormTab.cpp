@@ -1,6 +1,6 @@
 #include "workbench/forms/FormTab.h"
 
-#include "crypto/service/Crypto.h"
+#include "crypto/service/RandomFiles.h"
 #include "workbench/widgets/Boxes.h"
 #include "workbench/widgets/FileChoice.h"
 
@@ -87,8 +87,9 @@ void FormTab::makeRandomFile(const QString &row)
     if (path.isEmpty()) {
         return;
     }
-    if (Crypto().generateEncryptionandNonce(path, texts.bytes) != 0) {
-        showBox(context().boxParent, BoxKind::Error, tr(texts.failed));
+    if (const auto made = crypto::makeRandomFile(path, texts.bytes); !made) {
+        showBox(context().boxParent, BoxKind::Error,
+                tr(texts.failed) + '\n' + QString::fromStdString(made.error().text));
         return;
     }
     context().lastOutputFolder = QFileInfo(path).absolutePath();

@@ -6,8 +6,6 @@
 #include <QAction>
 #include <QDialogButtonBox>
 #include <QHBoxLayout>
-#include <QSplitter>
-#include <QTabBar>
 #include <QVBoxLayout>
 
 #include <algorithm>
@@ -24,9 +22,6 @@ constexpr int kColumns = 4;
 constexpr int kSecondPair = 2;
 constexpr int kMargin = 9;
 constexpr int kTopLabelGap = 5;
-// Shares of form and info panes in the width of a tab.
-constexpr int kFormShare = 11;
-constexpr int kPanesShare = 9;
 
 bool isTall(const FormRow &row)
 {
@@ -99,6 +94,7 @@ void RowForm::addRows(const QList<FormRow> &rows)
     }
     alignColumns();
     showGrips();
+    placeSpare();
     orderFocus();
     m_page->show();
     updateGenerate();
@@ -108,6 +104,9 @@ void RowForm::removeRows()
 {
     m_lines.clear();
     m_index.clear();
+    if (m_spare != nullptr) {
+        m_spare->setParent(this);
+    }
     delete m_scroll->takeWidget();
     buildPage();
     m_page->show();
@@ -156,7 +155,8 @@ void RowForm::place(Line &line, bool isFirstOfPair)
     m_grid->addWidget(line.input, line.gridLine, 1, 1, isFirstOfPair ? 1 : kColumns - 1,
                       inputAlignment);
     if (line.spec.kind == RowKind::List) {
-        line.grip = new ListGrip(line.input, m_page);
+        line.grip = new ListGrip(withoutMnemonic(line.spec.label), line.input, m_page);
+        line.grip->setObjectName(m_key + '_' + line.spec.name + QStringLiteral("_grip"));
         m_grid->addWidget(line.grip, line.gridLine + 1, 1, 1, kColumns - 1);
     }
 }
@@ -175,6 +175,39 @@ void RowForm::showGrips()
             line.grip->setVisible(shown.size() > 1 && shown.contains(&line));
         }
     }
+}
+
+bool RowForm::hasLists() const
+{
+    return std::any_of(m_lines.begin(), m_lines.end(),
+                       [](const Line &line) { return isTall(line.spec); });
+}
+
+void RowForm::fillSpareRoom(QWidget *widget)
+{
+    m_spare = widget;
+    placeSpare();
+    orderFocus();
+}
+
+/// Below the last row, which rows that are added later move down.
+void RowForm::placeSpare()
+{
+    if (m_spare == nullptr) {
+        return;
+    }
+    const int before = m_grid->indexOf(m_spare);
+    if (before >= 0) {
+        int line = 0;
+        int ignored = 0;
+        m_grid->getItemPosition(before, &line, &ignored, &ignored, &ignored);
+        m_grid->setRowStretch(line, 0);
+        delete m_grid->takeAt(before);
+    }
+    const int line = m_grid->rowCount();
+    m_grid->addWidget(m_spare, line, 0, 1, kColumns);
+    m_grid->setRowStretch(line, 1);
+    m_spare->show();
 }
 
 void RowForm::placeSeparator(Line &line)
@@ -446,22 +479,6 @@ void RowForm::clear()
         }
     }
     updateGenerate();
-}
-
-void layFormPage(QWidget *page, RowForm *form, QTabWidget *panes)
-{
-    auto *splitter = new QSplitter(page);
-    splitter->addWidget(form);
-    splitter->addWidget(panes);
-    splitter->setStretchFactor(0, kFormShare);
-    splitter->setStretchFactor(1, kPanesShare);
-    splitter->setSizes({100 * kFormShare, 100 * kPanesShare});
-    splitter->setChildrenCollapsible(false);
-    auto *layout = new QVBoxLayout(page);
-    layout->setContentsMargins(0, 0, 0, 0);
-    layout->addWidget(splitter);
-    // The tab bar was made last, but stands above what it shows.
-    QWidget::setTabOrder(form->generateButton(), panes->tabBar());
 }
 
 }  // namespace workbench

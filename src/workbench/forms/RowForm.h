@@ -76,6 +76,11 @@ public:
     void setRowEnabled(const QString &name, bool enabled, const QString &why);
     void focusRow(const QString &name);
 
+    [[nodiscard]] bool hasLists() const;
+    /// Shows a widget in the room below the rows, which a form without lists has to spare. Takes it
+    /// over.
+    void fillSpareRoom(QWidget *widget);
+
     /// Puts a path into the rows that take it.
     void takeShared(SharedField field, const QString &path);
 
@@ -125,6 +130,7 @@ private:
     void showFault(Line &line);
     void alignColumns();
     void showGrips();
+    void placeSpare();
     void orderFocus();
     void showToolTip(const Line &line, const QString &why);
     void setStretch(const Line &line, bool visible);
@@ -140,12 +146,14 @@ private:
     QWidget *m_foot;
     QLabel *m_missingLine;
     QPushButton *m_generate = nullptr;
+    QWidget *m_spare = nullptr;
     std::vector<Line> m_lines;
     QHash<QString, std::size_t> m_index;
     std::function<QList<MissingInput>()> m_missing;
 };
 
-/// Lays a form and its info panes side by side into a tab's page, with a handle between them.
+/// Lays a form and its info panes side by side into a tab's page, with a handle between them. The
+/// memory map of the pane in front stands below the rows of a form that has no lists.
 void layFormPage(QWidget *page, RowForm *form, QTabWidget *panes);
 
 }  // namespace workbench

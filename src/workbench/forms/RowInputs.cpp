@@ -1,6 +1,7 @@
 // How each kind of row looks.
 #include "workbench/forms/RowForm.h"
 #include "workbench/widgets/FieldNames.h"
+#include "workbench/widgets/SelectedRow.h"
 #include "workbench/widgets/TypedSpinBox.h"
 
 #include <QAction>
@@ -132,6 +133,7 @@ QWidget *RowForm::makeTable(const FormRow &row)
     table->horizontalHeader()->setStretchLastSection(true);
     table->setEditTriggers(QAbstractItemView::NoEditTriggers);
     table->setSelectionBehavior(QAbstractItemView::SelectRows);
+    table->setItemDelegate(new SelectedRowDelegate(table));
     nameWidget(table, nameOf(row, "_table"), withoutMnemonic(row.label));
     return table;
 }

@@ -1,6 +1,7 @@
 #include "workbench/widgets/InfoPane.h"
 
 #include "workbench/widgets/FieldNames.h"
+#include "workbench/widgets/SelectedRow.h"
 #include "workbench/widgets/TableCopy.h"
 
 #include <QFontDatabase>
@@ -27,6 +28,7 @@ QTableWidget *makeTable(const QString &objectName, const QString &accessibleName
     table->horizontalHeader()->setSectionResizeMode(QHeaderView::Stretch);
     table->horizontalHeader()->setHighlightSections(false);
     table->verticalHeader()->setHighlightSections(false);
+    table->setItemDelegate(new SelectedRowDelegate(table));
     makeCopyable(table);
     return table;
 }

@@ -1,5 +1,7 @@
 #include "workbench/widgets/MemoryMapPainter.h"
 
+#include "workbench/widgets/Contrast.h"
+
 #include <QFontMetricsF>
 #include <QPainter>
 #include <QPainterPath>
@@ -35,27 +37,6 @@ const QColor kFocus(0x2C, 0x8A, 0xBF);  // the ring of all fields
 bool isDark(const QPalette &palette)
 {
     return palette.color(QPalette::Base).lightness() < 128;
-}
-
-QColor mixed(const QColor &a, const QColor &b, double share)
-{
-    const auto mix = [share](int x, int y) { return qRound(x + (y - x) * share); };
-    return {mix(a.red(), b.red()), mix(a.green(), b.green()), mix(a.blue(), b.blue())};
-}
-
-double luminance(const QColor &colour)
-{
-    const auto linear = [](double part) {
-        return part <= 0.04045 ? part / 12.92 : std::pow((part + 0.055) / 1.055, 2.4);
-    };
-    return 0.2126 * linear(colour.redF()) + 0.7152 * linear(colour.greenF()) +
-           0.0722 * linear(colour.blueF());
-}
-
-/// Black or white, whichever stands out more; one of them always has 4.5:1.
-QColor inkOn(const QColor &fill)
-{
-    return luminance(fill) > 0.179 ? QColor(Qt::black) : QColor(Qt::white);
 }
 
 QColor faultColour(const QPalette &palette)

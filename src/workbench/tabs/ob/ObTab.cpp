@@ -215,8 +215,10 @@ void ObTab::writeCsv(const device::ObOutput &output)
 {
     const QString path = m_form->path->path();
     const auto *bytes = reinterpret_cast<const std::uint8_t *>(output.csv.data());
-    if (!files::writeWhole(path, {bytes, output.csv.size()})) {
-        report(device::failedCsvLevel(index()), QStringLiteral("file open failed"));
+    if (const auto written = files::writeWhole(path, {bytes, output.csv.size()}); !written) {
+        report(device::failedCsvLevel(index()),
+               QStringLiteral("file open failed\n") +
+                   QString::fromStdString(written.error().text));
         return;
     }
     m_editor.commit(output);

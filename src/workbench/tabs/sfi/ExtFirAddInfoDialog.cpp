@@ -94,6 +94,21 @@ void ExtFirAddInfoDialog::setRegionModeRange(int smallest, int largest)
     m_modeSpin->setRange(smallest, largest);
 }
 
+void ExtFirAddInfoDialog::propose(std::uint32_t start, std::uint32_t region, std::uint32_t mode,
+                                  std::uint32_t key)
+{
+    const auto hex = [](std::uint32_t number) {
+        return QStringLiteral("0x") + QString::number(number, 16);
+    };
+    if (!m_startEdit->isReadOnly()) {
+        m_startEdit->setText(hex(start));
+        m_startEdit->selectAll();
+    }
+    m_regionSpin->setValue(static_cast<int>(region));
+    m_modeSpin->setValue(static_cast<int>(mode));
+    m_keyEdit->setText(hex(key));
+}
+
 const workbench::SeriesChoice *ExtFirAddInfoDialog::addSeries()
 {
     return new workbench::SeriesChoice(QStringLiteral("extFir"), m_buttons, m_rows);

@@ -32,6 +32,9 @@ public:
     void setRegionNumberRange(int smallest, int largest);  ///< 0 to 7 at first
     void setRegionModeRange(int smallest, int largest);    ///< 0 to 3 at first
 
+    /// Fills the fields, within their ranges; a start address that can't be changed stays.
+    void propose(std::uint32_t start, std::uint32_t region, std::uint32_t mode, std::uint32_t key);
+
     /// Says that more files follow. @return what the user chose for those; lives with the dialog
     const workbench::SeriesChoice *addSeries();
 

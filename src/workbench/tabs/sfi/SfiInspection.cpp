@@ -13,6 +13,7 @@ namespace
 {
 
 const QColor kWhite(255, 255, 255);
+const QColor kBlack(0, 0, 0);
 
 QString hexText(std::uint32_t number)
 {
@@ -42,27 +43,27 @@ QString typeLabel(std::uint32_t type)
     }
 }
 
-/// Without: those of the desktop, which are legible.
+/// Without: those of the desktop, which are legible. The grounds are fixed; where white isn't
+/// legible the text is black, but for the firmware's, which is the maker's own pair.
 std::optional<RowColours> areaColours(std::uint8_t letter)
 {
-    const QColor black(0, 0, 0);
     const QColor grey(0xB9, 0xBE, 0xC9);
     switch (letter) {
     case files::letter::kObk:
         return RowColours{kWhite, QColor(0x27, 0x3C, 0x6B)};
     case files::letter::kOptionBytes:
-        return RowColours{kWhite, QColor(0xE2, 0x0D, 0xCD)};
+        return RowColours{kBlack, QColor(0xE2, 0x0D, 0xCD)};
     case files::letter::kFirmware:
         return RowColours{kWhite, QColor(0x3C, 0xA7, 0xDB)};
     case files::letter::kKeyArea:
-        return RowColours{kWhite, QColor(0x81, 0x85, 0x8C)};
+        return RowColours{kBlack, QColor(0x81, 0x85, 0x8C)};
     case files::letter::kExternal:
         return RowColours{kWhite, QColor(0x27, 0x5A, 0x8C)};
     case files::letter::kPause:
     case files::letter::kResume:
-        return RowColours{grey, black};
+        return RowColours{grey, kBlack};
     case files::letter::kSsfi:
-        return RowColours{QColor(0xFF, 0xE8, 0x7F), black};
+        return RowColours{QColor(0xFF, 0xE8, 0x7F), kBlack};
     default:
         return std::nullopt;
     }
@@ -112,7 +113,7 @@ LicenceLook licenceLook(const SegmentDataMCSV &module)
     const QByteArray identifier(reinterpret_cast<const char *>(module.hsmFwId),
                                 static_cast<int>(module.hsmFwIdSize));
     return {QStringLiteral("HSM"), QString::fromUtf8(identifier),
-            RowColours{QColor(0, 0, 0), QColor(255, 232, 127)}};
+            RowColours{kBlack, QColor(255, 232, 127)}};
 }
 
 }  // namespace

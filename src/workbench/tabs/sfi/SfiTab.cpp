@@ -33,6 +33,20 @@ bool accepts(const QString &row, std::uint32_t type)
            type == file_type::kSRecord || type == file_type::kElf;
 }
 
+/// "-1" leaves the start address to the user.
+QString startTextOf(const FileData &record)
+{
+    return record.type == file_type::kBinary
+               ? QStringLiteral("-1")
+               : QStringLiteral("0x") + QString::number(record.segments.front().address, 16);
+}
+
+ExtBinInfo toldBy(const ExtFirAddInfoDialog &dialog)
+{
+    return {dialog.startAddress(), dialog.regionNumber(), dialog.regionMode(),
+            dialog.keyAddress()};
+}
+
 }  // namespace
 
 struct SfiTab::Series {
@@ -107,7 +121,9 @@ void SfiTab::connectLists()
                 });
         list->setEditable([list](int at) {
             const FileData &record = list->rows().record(at);
-            return record.type == file_type::kBinary && !record.segments.empty();
+            const bool isAsked =
+                record.type == file_type::kBinary || list->rows().note(at).isValid();
+            return isAsked && !record.segments.empty();
         });
         connect(list, &FileList::editRequested, this,
                 [this, row](int at) { editAddress(row, at); });
@@ -323,20 +339,12 @@ bool SfiTab::askRegion(const QString &path, FileData &record, Series &series,
             return true;
         }
     }
-    const QString start =
-        isBinary ? QStringLiteral("-1") : QStringLiteral("0x") + QString::number(first.address, 16);
-    ExtFirAddInfoDialog dialog(QFileInfo(path).fileName(), start, context().boxParent);
-    if (device().provisioned) {
-        dialog.setRegionModeRange(1, 2);
-        dialog.setRegionNumberRange(0, 3);
-    } else {
-        dialog.setRegionModeRange(0, 3);
-        dialog.setRegionNumberRange(0, 7);
-    }
+    ExtFirAddInfoDialog dialog(QFileInfo(path).fileName(), startTextOf(record),
+                               context().boxParent);
+    setRegionRanges(dialog);
     const SeriesChoice *choice = series.left > 0 ? dialog.addSeries() : nullptr;
     const bool accepted = dialog.exec() == QDialog::Accepted;
-    const ExtBinInfo told{dialog.startAddress(), dialog.regionNumber(), dialog.regionMode(),
-                          dialog.keyAddress()};
+    const ExtBinInfo told = toldBy(dialog);
     series.note(choice, accepted, told);
     if (!accepted) {
         return false;
@@ -344,6 +352,13 @@ bool SfiTab::askRegion(const QString &path, FileData &record, Series &series,
     first.address = told.startAddress;
     region = told;
     return true;
+}
+
+void SfiTab::setRegionRanges(ExtFirAddInfoDialog &dialog) const
+{
+    const bool isNarrow = device().provisioned;
+    dialog.setRegionModeRange(isNarrow ? 1 : 0, isNarrow ? 2 : 3);
+    dialog.setRegionNumberRange(0, isNarrow ? 3 : 7);
 }
 
 QVector<ExtBinInfo> SfiTab::extBinInfos() const
@@ -369,19 +384,32 @@ void SfiTab::removeSelected(const QString &row)
 void SfiTab::editAddress(const QString &row, int at)
 {
     FileRows &files = form()->list(row)->rows();
-    AddressDialog dialog(QFileInfo(files.path(at)).fileName(), context().boxParent);
-    dialog.proposeAddress(files.record(at).segments.front().address);
-    if (dialog.exec() != QDialog::Accepted) {
-        return;
-    }
-    files.setAddress(at, dialog.address());
     if (files.note(at).isValid()) {
-        auto region = files.note(at).value<ExtBinInfo>();
-        region.startAddress = dialog.address();
-        files.setNote(at, QVariant::fromValue(region));
+        editRegion(at);
+    } else {
+        AddressDialog dialog(QFileInfo(files.path(at)).fileName(), context().boxParent);
+        dialog.proposeAddress(files.record(at).segments.front().address);
+        if (dialog.exec() == QDialog::Accepted) {
+            files.setAddress(at, dialog.address());
+        }
     }
     if (m_shownRow == row) {
         showFile(row);
+    }
+}
+
+void SfiTab::editRegion(int at)
+{
+    FileRows &files = form()->list(sfi_row::kExternal)->rows();
+    const auto present = files.note(at).value<ExtBinInfo>();
+    ExtFirAddInfoDialog dialog(QFileInfo(files.path(at)).fileName(),
+                               startTextOf(files.record(at)), context().boxParent);
+    setRegionRanges(dialog);
+    dialog.propose(files.record(at).segments.front().address, present.regionNumber,
+                   present.regionMode, present.keyAddress);
+    if (dialog.exec() == QDialog::Accepted) {
+        files.setAddress(at, dialog.startAddress());
+        files.setNote(at, QVariant::fromValue(toldBy(dialog)));
     }
 }
 

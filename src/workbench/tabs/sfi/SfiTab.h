@@ -10,6 +10,8 @@
 
 #include <optional>
 
+class ExtFirAddInfoDialog;
+
 Q_DECLARE_METATYPE(ExtBinInfo)
 
 namespace workbench
@@ -51,7 +53,8 @@ public:
     void enableRemove(const QString &row, const QItemSelection &selection);
     /// Shows the selected file; without one nothing changes.
     void display(const QString &row, const QItemSelection &selection);
-    void editAddress(const QString &row, int at);  ///< of a raw binary in a firmware list
+    /// Asks again for what the user told about a firmware file: address or region.
+    void editAddress(const QString &row, int at);
     void generate();
     void chooseImage();  ///< asks for an image and shows it in the parse pane
 
@@ -90,6 +93,8 @@ private:
     bool askAddress(const QString &path, FileData &record, Series &series);
     bool askRegion(const QString &path, FileData &record, Series &series,
                    std::optional<ExtBinInfo> &region);
+    void editRegion(int at);
+    void setRegionRanges(ExtFirAddInfoDialog &dialog) const;
     bool restoreNumbers(const QString &row, FileData &record, const SavedNumbers &saved, int at,
                         std::optional<ExtBinInfo> &region);
     void saveExternal(SavedGroup &group) const;
