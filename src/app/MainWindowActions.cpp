@@ -62,6 +62,7 @@ void MainWindow::checkImage(const QString &path)
     FileManager &manager = centralWidget->fileManager;
     FileType *opened = nullptr;
     if (!manager.Open(path.toStdWString(), &opened, manager.paddingByte, 0, 0)) {
+        workbench::traceIfMissing(path);
         return;  // the reader has reported
     }
     const files::RecordOwner<FileType> record(opened);

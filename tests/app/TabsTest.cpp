@@ -2,6 +2,8 @@
 #include "app/WindowUnderTest.h"
 #include "workbench/forms/RowForm.h"
 #include "workbench/forms/Tab.h"
+#include "workbench/widgets/InfoPane.h"
+#include "workbench/widgets/InfoTabs.h"
 
 #include <QAbstractButton>
 #include <QAction>
@@ -319,6 +321,70 @@ TEST_F(Rows, EdgesStayWhenRowsAreHiddenAndComeAfterTheButtonWhenRebuilt)
         next = next->nextInFocusChain();
     } while ((next->focusPolicy() & Qt::TabFocus) == 0);
     EXPECT_EQ(next->objectName(), "x_missing_label");
+}
+
+TEST_F(Rows, GripsChangeTheirListByKeysAndGiveItBack)
+{
+    form.addRows({row("one", RowKind::List, "&One"), row("two", RowKind::List, "&Two"),
+                  row("text", RowKind::Text, "Text")});
+    form.resize(700, 500);
+    form.show();
+    QCoreApplication::processEvents();
+    auto *grip = form.findChild<QWidget *>("x_one_grip");
+    const FileList *list = form.list("one");
+    EXPECT_EQ(grip->accessibleName(), "One height");
+    EXPECT_NE(grip->focusPolicy() & Qt::TabFocus, 0);
+    const auto heightAfter = [&](Qt::Key key) {
+        QTest::keyClick(grip, key);
+        QCoreApplication::processEvents();
+        return list->height();
+    };
+    const int before = list->height();
+    const int line = list->fontMetrics().lineSpacing();
+    EXPECT_EQ(heightAfter(Qt::Key_Down), before + line);
+    EXPECT_EQ(heightAfter(Qt::Key_PageDown), before + 6 * line);
+    EXPECT_EQ(heightAfter(Qt::Key_Up), before + 5 * line);
+    for (int i = 0; i < 50; ++i) {
+        heightAfter(Qt::Key_PageUp);
+    }
+    EXPECT_GT(list->height(), line) << "a list never vanishes";
+    EXPECT_EQ(heightAfter(Qt::Key_Return), before);
+    form.setRowVisible("two", false);
+    EXPECT_TRUE(grip->isHidden()) << "a list alone takes what there is";
+}
+
+TEST_F(Rows, WithoutListsTheMapOfThePaneInFrontStandsBelow)
+{
+    for (const bool hasList : {false, true}) {
+        QWidget page;
+        auto *rows = new RowForm("x", &page);
+        rows->addRows({row("text", RowKind::Text, "Text"),
+                       row("last", hasList ? RowKind::List : RowKind::Text, "Last")});
+        rows->addGenerate("Go");
+        auto *first = new InfoPane("x_a", "A", {}, &page);
+        auto *second = new InfoPane("x_b", "B", {}, &page);
+        auto *panes = new InfoTabs("x_info_tabs", first, "A", second, "B", &page);
+        layFormPage(&page, rows, panes);
+        page.resize(1000, 600);
+        page.show();
+        for (InfoPane *pane : {first, second}) {
+            PaneContents contents;
+            contents.map.groups = {{"file", {}}};
+            contents.map.blocks = {{0x8000000, 16, 0, 1, -1}};
+            pane->show(contents);
+        }
+        for (const int front : {InfoTabs::kFirst, InfoTabs::kSecond}) {
+            panes->setCurrentIndex(front);
+            QCoreApplication::processEvents();
+            EXPECT_EQ(first->map()->isVisible(), front == InfoTabs::kFirst);
+            EXPECT_EQ(second->map()->isVisible(), front == InfoTabs::kSecond);
+        }
+        EXPECT_EQ(rows->isAncestorOf(second->map()), !hasList);
+        if (!hasList) {
+            EXPECT_GT(second->map()->height(), page.height() / 2);
+            EXPECT_GT(second->map()->mapTo(rows, QPoint()).y(), rows->edit("last")->y());
+        }
+    }
 }
 
 }  // namespace

@@ -39,13 +39,17 @@ TEST_P(Desktops, HaveTextsThatCanBeRead)
         P::ColorRole text;
         P::ColorRole ground;
     };
-    const Pair pairs[] = {
-        {P::Active, P::Link, P::Window},           {P::Active, P::Link, P::Base},
-        {P::Active, P::LinkVisited, P::Window},    {P::Active, P::PlaceholderText, P::Base},
-        {P::Inactive, P::PlaceholderText, P::Base}, {P::Active, P::HighlightedText, P::Highlight},
-        {P::Disabled, P::WindowText, P::Window},   {P::Disabled, P::Text, P::Base},
-        {P::Disabled, P::Text, P::Window},         {P::Disabled, P::ButtonText, P::Window},
-        {P::Disabled, P::PlaceholderText, P::Window}};
+    const Pair pairs[] = {{P::Active, P::Link, P::Window},
+                          {P::Active, P::Link, P::Base},
+                          {P::Active, P::LinkVisited, P::Window},
+                          {P::Active, P::PlaceholderText, P::Base},
+                          {P::Inactive, P::PlaceholderText, P::Base},
+                          {P::Active, P::HighlightedText, P::Highlight},
+                          {P::Disabled, P::WindowText, P::Window},
+                          {P::Disabled, P::Text, P::Base},
+                          {P::Disabled, P::Text, P::Window},
+                          {P::Disabled, P::ButtonText, P::Window},
+                          {P::Disabled, P::PlaceholderText, P::Window}};
     for (const Pair &pair : pairs) {
         EXPECT_GE(contrast(palette.color(pair.group, pair.text),
                            palette.color(pair.group == P::Disabled ? P::Active : pair.group,
@@ -62,10 +66,10 @@ TEST_P(Desktops, HaveTextsThatCanBeRead)
 
 INSTANTIATE_TEST_SUITE_P(
     All, Desktops,
-    ::testing::Values(
-        Desktop{"Light", desktop(QColor(0xEF, 0xEF, 0xEF), Qt::white)},
-        Desktop{"Dark", desktop(QColor(0x35, 0x38, 0x3C), QColor(0x1F, 0x21, 0x24))},
-        Desktop{"DarkWithPaperOfTheWindow", desktop(QColor(0x2B, 0x2B, 0x2B), QColor(0x2B, 0x2B, 0x2B))}),
+    ::testing::Values(Desktop{"Light", desktop(QColor(0xEF, 0xEF, 0xEF), Qt::white)},
+                      Desktop{"Dark", desktop(QColor(0x35, 0x38, 0x3C), QColor(0x1F, 0x21, 0x24))},
+                      Desktop{"DarkWithPaperOfTheWindow",
+                              desktop(QColor(0x2B, 0x2B, 0x2B), QColor(0x2B, 0x2B, 0x2B))}),
     [](const auto &row) { return std::string(row.param.name); });
 
 TEST(SelectedRow, IsDarkerThanItsNeighboursAndLegible)
@@ -73,7 +77,7 @@ TEST(SelectedRow, IsDarkerThanItsNeighboursAndLegible)
     QStyleOptionViewItem option;  // not in focus: the fainter one of the two shades
     for (const char *ground : {"#ffffff", "#3ca7db", "#e20dcd", "#81858c", "#273c6b", "#275a8c",
                                "#ffe87f", "#000000", "#1f2124"}) {
-        for (const QColor text : {QColor(Qt::white), QColor(Qt::black)}) {
+        for (const QColor &text : {QColor(Qt::white), QColor(Qt::black)}) {
             const SelectedLook look = selectedLook(option, QColor(ground), text);
             EXPECT_GE(contrast(look.text, look.shade), kLegible) << ground;
             EXPECT_GT(contrast(look.shade, QColor(ground)), 1.15) << ground;

@@ -300,7 +300,8 @@ TEST_F(ObTabTest, RefusedOrFailedGenerateWritesNothing)
         }
         click("ob_generate_ok");
         EXPECT_EQ(boxes.texts(),
-                  isLoud ? QStringList("Error|Error: file open failed") : QStringList());
+                  isLoud ? QStringList("Error|Error: file open failed\nold.csv: File too large")
+                         : QStringList());
         EXPECT_EQ(ScratchFolder::contents(folder.path("old.csv")), "old");
         EXPECT_FALSE(find<QPushButton>("ob_useInSfi_ok")->isEnabled());
     }

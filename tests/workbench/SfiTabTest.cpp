@@ -1,4 +1,5 @@
 #include "SfiFixture.h"
+#include "report/DisplayMng.h"
 #include "support/ImageBytes.h"
 
 #include <QFileInfo>
@@ -132,6 +133,7 @@ TEST_F(SfiTab, RepairsComeInTheOrderOfTheChecks)
         refusals(1),
         QStringList{"Error|The file absent.bin does not exist, please check the file's path"});
     EXPECT_EQ(edit("nonce")->text(), "");
+    EXPECT_TRUE(logs.last().endsWith("There is no such file: " + folder.path("absent.bin")));
     edit("nonce")->setText(folder.path("nonce.bin"));
     edit("optionBytes")->setText(folder.file("bad.csv", "no comma\n"));
     EXPECT_EQ(refusals(2), (QStringList{"Error|Error: " + folder.path("bad.csv") +
@@ -147,6 +149,7 @@ TEST_F(SfiTab, RepairsComeInTheOrderOfTheChecks)
                   "Error|Error: The file absent.kcsv does not exist, please check the file's path",
                   "Error|Failure to open KCSV file"}));
     EXPECT_EQ(edit("areaKey")->text(), "");
+    EXPECT_TRUE(logs.last().endsWith("There is no such file: " + folder.path("absent.kcsv")));
     edit("areaKey")->setText(hexPath);
     EXPECT_EQ(refusals(1), QStringList{"Error|Area K file is not in a kcsv format"});
     EXPECT_EQ(refusals(1), QStringList{"Error|Invalid RAM size"});
@@ -441,6 +444,17 @@ TEST_F(SfiTab, KeyFieldsOfBothTabsAreFilledTogether)
     EXPECT_EQ(edit("nonce")->text(), key);
     click("nonce_open");
     EXPECT_EQ(edit("nonce")->text(), key) << "cancelling leaves the field alone";
+}
+
+TEST_F(SfiTab, ARandomFileThatCannotBeMadeTellsWhy)
+{
+    const QString link = folder.path("key.bin");
+    ASSERT_TRUE(QFile::link(folder.path("gone/key.bin"), link));
+    DialogAnswers dialogs({link, QMessageBox::Ok, QMessageBox::Ok});
+    click("key_generate");
+    EXPECT_EQ(dialogs.texts().last(),
+              "Error|Encrytpion Key File Generation Failed !!\nkey.bin: No such folder");
+    EXPECT_EQ(edit("key")->text(), "");
 }
 
 TEST_F(SfiTab, FolderProposesTheOutputName)

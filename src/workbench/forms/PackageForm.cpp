@@ -5,6 +5,8 @@
 #include "files/base/SafeWriter.h"
 #include "files/base/SizeText.h"
 #include "workbench/widgets/Boxes.h"
+#include "workbench/widgets/FileChoice.h"
+#include "workbench/widgets/FileMap.h"
 #include "workbench/widgets/KeyFileInput.h"
 
 #include <QAction>
@@ -69,8 +71,11 @@ files::RecordOwner<FileType> openPackageInput(FileManager &manager, const QStrin
 {
     constexpr unsigned char kPadding = 255;
     FileType *opened = nullptr;
-    return files::RecordOwner<FileType>(
-        manager.Open(path.toStdWString(), &opened, kPadding, 0, 0) ? opened : nullptr);
+    if (!manager.Open(path.toStdWString(), &opened, kPadding, 0, 0)) {
+        traceIfMissing(path);
+        return nullptr;
+    }
+    return files::RecordOwner<FileType>(opened);
 }
 
 bool readWholeFile(QWidget *boxParent, const QString &path, QByteArray &out)
@@ -79,6 +84,7 @@ bool readWholeFile(QWidget *boxParent, const QString &path, QByteArray &out)
     const auto opened = files::openForReading(file, path);
     const auto bytes = opened ? files::readAll(file, INT_MAX) : tl::unexpected(opened.error());
     if (!bytes) {
+        traceIfMissing(path);
         const QString name = QFileInfo(path).fileName();
         showBox(boxParent, BoxKind::Error,
                 bytes.error().code == files::ErrorCode::NotFound
@@ -173,7 +179,12 @@ PaneContents describeInput(const QString &path, const FileData &record)
         contents.details.rows.push_back(
             {{QString::number(contents.details.rows.size() + 1), files::sizeText(segment.size),
               addressText(segment.address)},
-             std::nullopt});
+             std::nullopt,
+             segment.size});
+    }
+    // A raw binary's block would stand at address 0, which says nothing of where it goes.
+    if (record.type != file_type::kBinary) {
+        contents.map = mapOfFile(path, record);
     }
     return contents;
 }

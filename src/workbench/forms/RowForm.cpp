@@ -84,13 +84,8 @@ void RowForm::addRows(const QList<FormRow> &rows)
 {
     // Showing a widget lays out a visible page at once, which for hundreds is a second.
     m_page->hide();
-    m_grid->setRowStretch(m_spareLine, 0);
     for (int at = 0; at < rows.size(); ++at) {
         addRow(rows[at], at + 1 < rows.size() && rows[at + 1].besideThePrevious);
-    }
-    if (std::ranges::none_of(m_lines, [](const Line &line) { return isTall(line.spec); })) {
-        m_spareLine = m_grid->rowCount();  // or short rows would share out the height
-        m_grid->setRowStretch(m_spareLine, 1);
     }
     alignColumns();
     showGrips();
@@ -190,24 +185,22 @@ void RowForm::fillSpareRoom(QWidget *widget)
     orderFocus();
 }
 
-/// Below the last row, which rows that are added later move down.
+/// Without lists, short rows would share out the height that is left: it stays below them.
 void RowForm::placeSpare()
 {
-    if (m_spare == nullptr) {
+    m_grid->setRowStretch(m_spareLine, 0);
+    if (hasLists()) {
         return;
     }
-    const int before = m_grid->indexOf(m_spare);
-    if (before >= 0) {
-        int line = 0;
-        int ignored = 0;
-        m_grid->getItemPosition(before, &line, &ignored, &ignored, &ignored);
-        m_grid->setRowStretch(line, 0);
-        delete m_grid->takeAt(before);
+    if (m_spare != nullptr) {
+        m_grid->removeWidget(m_spare);
     }
-    const int line = m_grid->rowCount();
-    m_grid->addWidget(m_spare, line, 0, 1, kColumns);
-    m_grid->setRowStretch(line, 1);
-    m_spare->show();
+    m_spareLine = m_grid->rowCount();
+    m_grid->setRowStretch(m_spareLine, 1);
+    if (m_spare != nullptr) {
+        m_grid->addWidget(m_spare, m_spareLine, 0, 1, kColumns);
+        m_spare->show();
+    }
 }
 
 void RowForm::placeSeparator(Line &line)

@@ -68,23 +68,19 @@ void makeLegible(QPalette &palette)
                          muted(palette, QPalette::Text, QPalette::Base));
         for (const auto role : {QPalette::Link, QPalette::LinkVisited}) {
             const QColor ink = palette.color(group, QPalette::WindowText);
-            const QColor link = legible(palette.color(group, role),
-                                        palette.color(group, QPalette::Window), ink);
-            palette.setColor(group, role,
-                             legible(link, palette.color(group, QPalette::Base), ink));
+            const QColor link =
+                legible(palette.color(group, role), palette.color(group, QPalette::Window), ink);
+            palette.setColor(group, role, legible(link, palette.color(group, QPalette::Base), ink));
         }
         const QColor chosen = palette.color(group, QPalette::HighlightedText);
-        palette.setColor(
-            group, QPalette::Highlight,
-            legible(palette.color(group, QPalette::Highlight), chosen, inkOn(chosen)));
+        palette.setColor(group, QPalette::Highlight,
+                         legible(palette.color(group, QPalette::Highlight), chosen, inkOn(chosen)));
     }
-    for (const auto &[text, ground] :
-         {std::pair(QPalette::WindowText, QPalette::Window),
-          std::pair(QPalette::Text, QPalette::Base),
-          std::pair(QPalette::ButtonText, QPalette::Button),
-          std::pair(QPalette::PlaceholderText, QPalette::Base)}) {
-        const QPalette::ColorRole ink =
-            text == QPalette::PlaceholderText ? QPalette::Text : text;
+    for (const auto &[text, ground] : {std::pair(QPalette::WindowText, QPalette::Window),
+                                       std::pair(QPalette::Text, QPalette::Base),
+                                       std::pair(QPalette::ButtonText, QPalette::Button),
+                                       std::pair(QPalette::PlaceholderText, QPalette::Base)}) {
+        const QPalette::ColorRole ink = text == QPalette::PlaceholderText ? QPalette::Text : text;
         palette.setColor(QPalette::Disabled, text, muted(palette, ink, ground));
     }
 }

@@ -1,5 +1,7 @@
 #include "workbench/widgets/FileChoice.h"
 
+#include "report/Level.h"
+
 #include <QDesktopServices>
 #include <QFileDialog>
 #include <QFileInfo>
@@ -26,6 +28,15 @@ QStringList chooseFiles(QWidget *parent, QString &lastFolder, const QString &fil
         lastFolder = paths.last();
     }
     return paths;
+}
+
+void traceIfMissing(const QString &path)
+{
+    const QFileInfo file(path);
+    if (!file.exists()) {
+        report::message(report::Level::Notice, L"There is no such file: %ls",
+                        file.absoluteFilePath().toStdWString().c_str());
+    }
 }
 
 bool showInFolder(const QString &path)

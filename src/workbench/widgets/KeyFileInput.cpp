@@ -1,8 +1,8 @@
 #include "workbench/widgets/KeyFileInput.h"
 
 #include "files/base/KeyFile.h"
-#include "report/Level.h"
 #include "workbench/widgets/Boxes.h"
+#include "workbench/widgets/FileChoice.h"
 
 #include <QFileInfo>
 
@@ -34,11 +34,7 @@ files::Result<QByteArray> readKeyInput(const QString &path, unsigned char expect
     const auto secret = files::readKeyFile(path, expectedSize);
     if (!secret) {
         const QString name = QFileInfo(path).fileName();
-        if (secret.error().code == files::ErrorCode::NotFound) {
-            // The told sentence has the name alone, and a box leaves nothing in the trace.
-            report::message(report::Level::Notice, L"There is no such file: %ls",
-                            QFileInfo(path).absoluteFilePath().toStdWString().c_str());
-        }
+        traceIfMissing(path);
         return files::fail(secret.error().code,
                            refusalText(secret.error().code, name, expectedSize).toStdString());
     }

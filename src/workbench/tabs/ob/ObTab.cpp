@@ -217,8 +217,7 @@ void ObTab::writeCsv(const device::ObOutput &output)
     const auto *bytes = reinterpret_cast<const std::uint8_t *>(output.csv.data());
     if (const auto written = files::writeWhole(path, {bytes, output.csv.size()}); !written) {
         report(device::failedCsvLevel(index()),
-               QStringLiteral("file open failed\n") +
-                   QString::fromStdString(written.error().text));
+               QStringLiteral("file open failed\n") + QString::fromStdString(written.error().text));
         return;
     }
     m_editor.commit(output);

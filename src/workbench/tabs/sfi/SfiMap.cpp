@@ -2,52 +2,11 @@
 
 #include "files/containers/SfiFormat.h"
 
-#include <QFileInfo>
-
 #include <map>
 #include <string_view>
 
 namespace workbench
 {
-
-namespace
-{
-
-void addFile(MapContents &contents, const FileData &record, int group, bool isSelected)
-{
-    int number = 0;
-    const auto add = [&](std::uint32_t address, std::uint32_t size) {
-        const int row = isSelected ? number : -1;
-        contents.blocks.push_back({address, size, group, ++number, row});
-    };
-    if (record.type == file_type::kObk) {
-        const auto &file = static_cast<const FileOBK &>(record);
-        add(file.obkAddress, file.obkSize);
-        return;
-    }
-    for (const SegmentData &segment : record.segments) {
-        add(segment.address, segment.size);
-    }
-}
-
-}  // namespace
-
-MapContents mapOfFiles(const QStringList &paths, const QList<FileData *> &records, int selected)
-{
-    MapContents contents;
-    contents.blockWord = QStringLiteral("segment");
-    contents.emphasised = selected;
-    for (int at = 0; at < records.size(); ++at) {
-        const FileData &record = *records.at(at);
-        contents.groups.push_back({QFileInfo(paths.at(at)).fileName(), std::nullopt});
-        contents.mergesGroups = contents.mergesGroups || record.type != file_type::kObk;
-        // A module image's one block stands at address 0, which says nothing of where it goes.
-        if (record.type != file_type::kSmi) {
-            addFile(contents, record, at, at == selected);
-        }
-    }
-    return contents;
-}
 
 MapContents mapOfImage(const FileSFI &image,
                        const std::function<std::optional<RowColours>(std::uint8_t)> &coloursOf)

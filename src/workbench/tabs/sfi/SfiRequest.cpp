@@ -2,6 +2,7 @@
 
 #include "files/base/Wipe.h"
 #include "report/DisplayMng.h"
+#include "workbench/widgets/FileChoice.h"
 #include "workbench/widgets/KeyFileInput.h"
 
 #include <QFileInfo>
@@ -96,7 +97,9 @@ SfiInputs::~SfiInputs()
 files::RecordOwner<FileType> openRecord(FileManager &manager, const QString &path)
 {
     FileType *record = nullptr;
-    manager.Open(path.toStdWString(), &record, kPadding, 0, 0);
+    if (!manager.Open(path.toStdWString(), &record, kPadding, 0, 0)) {
+        traceIfMissing(path);
+    }
     return files::RecordOwner<FileType>(record);
 }
 

@@ -43,8 +43,7 @@ QString startTextOf(const FileData &record)
 
 ExtBinInfo toldBy(const ExtFirAddInfoDialog &dialog)
 {
-    return {dialog.startAddress(), dialog.regionNumber(), dialog.regionMode(),
-            dialog.keyAddress()};
+    return {dialog.startAddress(), dialog.regionNumber(), dialog.regionMode(), dialog.keyAddress()};
 }
 
 }  // namespace
@@ -402,8 +401,8 @@ void SfiTab::editRegion(int at)
 {
     FileRows &files = form()->list(sfi_row::kExternal)->rows();
     const auto present = files.note(at).value<ExtBinInfo>();
-    ExtFirAddInfoDialog dialog(QFileInfo(files.path(at)).fileName(),
-                               startTextOf(files.record(at)), context().boxParent);
+    ExtFirAddInfoDialog dialog(QFileInfo(files.path(at)).fileName(), startTextOf(files.record(at)),
+                               context().boxParent);
     setRegionRanges(dialog);
     dialog.propose(files.record(at).segments.front().address, present.regionNumber,
                    present.regionMode, present.keyAddress);

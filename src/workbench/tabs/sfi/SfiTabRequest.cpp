@@ -3,11 +3,11 @@
 #include "files/base/SafeWriter.h"
 #include "report/DisplayMng.h"
 #include "workbench/tabs/sfi/SfiInspection.h"
-#include "workbench/tabs/sfi/SfiMap.h"
 #include "workbench/tabs/sfi/SfiTab.h"
 #include "workbench/widgets/Boxes.h"
 #include "workbench/widgets/BusyCursor.h"
 #include "workbench/widgets/FileChoice.h"
+#include "workbench/widgets/FileMap.h"
 
 #include <QFileInfo>
 
