@@ -1,6 +1,8 @@
 #include "app/SettingsFixture.h"
 #include "workbench/widgets/PathText.h"
 
+#include <QTableWidget>
+
 #include <set>
 
 namespace
@@ -132,6 +134,27 @@ TEST_F(SavedState, KeysOfOtherFormsStay)
     EXPECT_EQ(ini.value("Window/SIGN/pass info"), "secret");
     EXPECT_EQ(ini.value("Window/New/list").toStringList(), (QStringList{"1", "2"}));
     EXPECT_EQ(ini.value("Window/Size").toSize(), QSize(1500, 900));
+}
+
+TEST_F(SavedState, PackageFormsComeBackReadyToGenerate)
+{
+    writeSettings(
+        "[Window]\nSIGN\\signed%20image%20file=" + one.toUtf8() +
+        "\nSIGN\\EC%20private%20key%20file=/k.pem\nSIGN\\output%20signed%20file=/o.bin\n"
+        "SIGN\\signed%20image%20version=0x10\nSSP\\rmaLock=0x1\nSSP\\blob%20file=/gone\n"
+        "SSP\\Encryption%20key%20file=/k\nSSP\\Encryption%20public%20key%20file=/p\n"
+        "SSP\\Nonce%20file=/n\nSSP\\ouput%20SFI%20file=/o.ssp\nSMI\\ELF%20file=/gone.elf\n");
+    const DialogAnswers noBoxes;  // files that are gone are told when they are used
+    const WindowUnderTest window;
+    EXPECT_TRUE(canGenerate(window, "sign_generate_ok"));
+    EXPECT_TRUE(canGenerate(window, "ssp_generate_ok"));
+    EXPECT_EQ(widget<QSpinBox>(window, "sign_version_spin")->value(), 16);
+    EXPECT_EQ(widget<QTableWidget>(window, "sign_firmwareInfo_table")->item(0, 0)->text(),
+              "one.bin");
+    EXPECT_EQ(widget<QLineEdit>(window, "smi_elf_edit")->text(), "/gone.elf");
+    window->Clear();
+    EXPECT_FALSE(canGenerate(window, "sign_generate_ok") || canGenerate(window, "ssp_generate_ok"));
+    EXPECT_EQ(widget<QLineEdit>(window, "ssp_rmaUnlock_edit")->text(), "");
 }
 
 TEST_F(SavedState, FilesThatAreGoneLeaveTheOthersTheirPlaces)

@@ -1,6 +1,8 @@
 #include "preparation/PackageInputs.h"
+#include "preparation/ssp/SspSealer.h"
 #include "workbench/SfiFixture.h"
 #include "workbench/tabs/sign/SignFooter.h"
+#include "workbench/tabs/smi/SmiSections.h"
 #include "workbench/tabs/ssp/SspTab.h"
 
 #include <QSpinBox>
@@ -51,15 +53,57 @@ TEST_F(SmiTabTest, MakesTheModuleAndTheClearFile)
     EXPECT_EQ(ScratchFolder::contents(folder.path("clear.elf")).substr(1, 3), "ELF");
 }
 
-TEST_F(SmiTabTest, TheNextSectionInTheLastWordStopsTheWork)
+TEST_F(SmiTabTest, AllFindingsAreToldInOrderAndTheLastStopsTheWork)
 {
+    edit("elf")->setText(folder.file(
+        "all.elf",
+        elfOf({0x08004000, {{".text", Bytes(66, 1)}, {".module", Bytes(8, 2)}, {".last", {7}}}})));
     sections()->setCurrentText(".module");
-    DialogAnswers boxes({QMessageBox::Ok, QMessageBox::Ok});
+    const QStringList findings = {
+        "Address of the section is not aligned on a flash word (256 bits)",
+        "The section spans on a single Flash word while HW can only protect areas spanning on at "
+        "least 2 Flash words (512 bits)",
+        "The section does not end on a Flash word boundary",
+        "The section immediately following the PCROP area starts in the last Flash word of the "
+        "PCROP section"};
+    EXPECT_EQ(note(), findings.join(".\n") + "; no module can be made.");
+    DialogAnswers boxes({QMessageBox::Ok, QMessageBox::Ok, QMessageBox::Ok, QMessageBox::Ok});
     click("generate_ok");
     EXPECT_EQ(boxes.texts(),
-              (QStringList{warned, "Error|The section immediately following the PCROP area starts "
-                                   "in the last Flash word of the PCROP section"}));
-    EXPECT_FALSE(QFile::exists(folder.path("o.smi")));
+              QStringList(findings).replaceInStrings(QRegExp("^"), "Warning|").mid(0, 3)
+                  << "Error|" + findings[3]);
+    EXPECT_FALSE(QFile::exists(folder.path("o.smi")) || QFile::exists(folder.path("clear.elf")));
+}
+
+TEST_F(SmiTabTest, SectionsWithoutBytesAreRefused)
+{
+    edit("elf")->setText(folder.file("none.elf", elfOf({0x08004000, {{".none", {}}}})));
+    EXPECT_EQ(note(), "The section has no bytes.");
+    DialogAnswers boxes({QMessageBox::Ok, QMessageBox::Ok});
+    click("generate_ok");
+    EXPECT_EQ(boxes.texts(), QStringList("Error|The section .none has no bytes"));
+    edit("elf")->setText(folder.file("a.hex", ":0401000001020304F1\n:00000001FF\n"));
+    EXPECT_EQ(boxes.texts().last(), "Error|SMI images can only be created from ELF format");
+    EXPECT_EQ(edit("elf")->text(), "");
+    EXPECT_FALSE(canGenerate());
+}
+
+TEST_F(SmiTabTest, VersionFilesAreForTheirOwnerAndTakeAField)
+{
+    DialogAnswers boxes({folder.path("new.bin"), QMessageBox::Ok});
+    click("securityVersion_generate");
+    EXPECT_EQ(edit("securityVersion")->text(), folder.path("new.bin"));
+    EXPECT_EQ(ScratchFolder::contents(folder.path("new.bin")).size(), 16U);
+    const auto mode = QFileInfo(folder.path("new.bin")).permissions();
+    EXPECT_FALSE(mode.testFlag(QFile::ReadGroup) || mode.testFlag(QFile::ReadOther));
+}
+
+TEST(ModuleNames, CountBeforeTheEndingAndLeaveTheFormsFilesAlone)
+{
+    using workbench::moduleNames;
+    EXPECT_EQ(moduleNames("/d/a.b.smi", 1, {"/d/a.b.smi"}), QStringList("/d/a.b.smi"));
+    EXPECT_EQ(moduleNames("/d/a.b.smi", 2, {"/d/../d/a.b0.smi"}),
+              (QStringList{"/d/a.b1.smi", "/d/a.b2.smi"}));
 }
 
 TEST_F(SmiTabTest, RefusalsLeaveTheOldFiles)
@@ -108,6 +152,8 @@ TEST_F(SmiTabTest, ChecksComeBeforeAnythingIsBuilt)
     DialogAnswers boxes({QMessageBox::Ok, QMessageBox::Ok});
     click("generate_ok");
     EXPECT_EQ(boxes.texts().last(), "Error|Error while extracting section data");
+    EXPECT_EQ(sections()->currentIndex(), -1);
+    EXPECT_FALSE(canGenerate());
     EXPECT_FALSE(QFile::exists(folder.path("o.smi")));
 }
 
@@ -141,6 +187,13 @@ TEST_F(SspTabTest, MakesAnImageAndShowsIt)
     click("generate_ok");
     EXPECT_EQ(boxes.texts(), QStringList("Success|SSP successfully created"));
     EXPECT_EQ(cells("imageInfo_table"), (QStringList{"o.ssp", "SSP", "232 B"}));
+    const std::string file = ScratchFolder::contents(folder.path("o.ssp"));
+    const Bytes key(16, 'k');
+    const auto opened = preparation::openSsp(Bytes(file.begin(), file.end()), key);
+    ASSERT_TRUE(opened);
+    const auto plain = opened->payload.span();
+    EXPECT_EQ(std::string(plain.begin(), plain.end()),
+              "\xFF\x7F" + std::string(2, '\0') + std::string(148, 's'));
 }
 
 TEST_F(SspTabTest, PasswordsAreJudgedInOrder)
@@ -167,6 +220,33 @@ TEST_F(SspTabTest, PasswordsAreJudgedInOrder)
         EXPECT_EQ(boxes.texts(), QStringList("Error|" + QString(box))) << unlock;
     }
     EXPECT_FALSE(QFile::exists(folder.path("o.ssp")));
+}
+
+TEST_F(SspTabTest, InputsAreReadInOrderAndTheOldImageStays)
+{
+    const QString old = folder.file("o.ssp", "old");
+    const struct {
+        const char *row;
+        QString text;
+        QString box;
+    } cases[] = {
+        {"output", folder.path("o.SSP"), "Error|SSP file must have the .ssp extension"},
+        {"nonce", folder.file("n", "n"), "Error|Size of n is expected to be 16 bytes"},
+        {"oemKey", folder.file("o", "o"), "Error|Size of o is expected to be 32 bytes"},
+        {"key", folder.file("k", "k"), "Error|Size of k is expected to be 16 bytes"},
+        {"secrets", folder.file("s.bin", std::string(147, 's')),
+         "Error|Size of s.bin is expected to be 148 bytes"},
+    };
+    for (const auto &[row, text, box] : cases) {
+        if (row != std::string("output")) {
+            edit("output")->setText(old);
+        }
+        edit(row)->setText(text);
+        DialogAnswers boxes({QMessageBox::Ok});
+        click("generate_ok");
+        EXPECT_EQ(boxes.texts(), QStringList(box));
+    }
+    EXPECT_EQ(ScratchFolder::contents(old), "old");
 }
 
 TEST_F(SspTabTest, AnOldKeyIsNotReplacedUnasked)
@@ -251,6 +331,22 @@ TEST_F(SignTabTest, FootersAreFoundAndCut)
               "v1.0.1\n");
 }
 
+TEST_F(SignTabTest, WhatCannotBeUsedEndsWithItsSentence)
+{
+    const QString old = edit("output")->text();
+    edit("output")->setText(folder.path("no/signed.bin"));
+    EXPECT_EQ(generate({QMessageBox::Ok, QMessageBox::Ok}).last(),
+              "Error|an error occured while preparing signed image\n");
+    edit("output")->setText(old);
+    edit("key")->setText(folder.file("no.pem", "no key"));
+    EXPECT_EQ(generate({QMessageBox::Ok, QMessageBox::Ok}).last(),
+              "Error|occured when signing the binary image");
+    edit("key")->setText(folder.path("gone.pem"));
+    EXPECT_EQ(generate({QMessageBox::Ok, QMessageBox::Ok}).last(),
+              "Error|Cannot open EC private key");
+    EXPECT_FALSE(QFile::exists(old));
+}
+
 TEST(SignFooter, IsTheFirstInFileOrderAtAnyPlace)
 {
     for (std::size_t at = 0; at < 200; ++at) {
@@ -290,7 +386,16 @@ TEST_F(SfuTabTest, WritesBothFilesAndSaysWhichIsNew)
         EXPECT_EQ(boxes.texts(), QStringList("Success|SFU successfully created"));
     }
     EXPECT_EQ(cells("imageInfo_table"), (QStringList{"o.sfu", "o.sfuh", "4.91 KB", "1", "4096"}));
-    EXPECT_EQ(ScratchFolder::contents(folder.path("o.sfuh")).size(), 64U);
+    const std::string header = ScratchFolder::contents(folder.path("o.sfuh"));
+    EXPECT_EQ(header.size(), 64U);
+    const std::string body = ScratchFolder::contents(folder.path("o.sfu"));
+    edit("key")->setText(folder.file("other.bin", std::string(16, 'o')));
+    {
+        DialogAnswers boxes({QMessageBox::Yes, QMessageBox::No});
+        click("generate_ok");
+    }
+    EXPECT_NE(ScratchFolder::contents(folder.path("o.sfuh")), header);
+    EXPECT_EQ(ScratchFolder::contents(folder.path("o.sfu")), body);
     edit("output")->setText(folder.path("no/o.sfu"));
     DialogAnswers boxes({QMessageBox::Yes, QMessageBox::Ok});
     click("generate_ok");
@@ -309,6 +414,10 @@ TEST_F(SfuTabTest, NamesAndFirmwareAreChecked)
     click("generate_ok");
     EXPECT_EQ(boxes.texts(), (QStringList{"Error|An SFU header file must have the .sfuh extension",
                                           "Error|An SFU file must have the .sfu extension"}));
+    boxes.expect(QMessageBox::Ok);
+    edit("firmware")->setText(folder.file("a.tsv", "P\t0x1\tboot\tBinary\tmmc0\t0x0\ta.bin\n"));
+    EXPECT_EQ(boxes.texts().last(),
+              "Error|Unable to create an SFU image from the format of : a.tsv");
     edit("firmware")->setText(folder.file("two.s19", "S1040000AA51\nS1042000AA31\n"));
     EXPECT_EQ(boxes.texts().last(), "Error|The firmware file contains more than one segment");
     EXPECT_EQ(edit("firmware")->text(), "");

@@ -109,9 +109,9 @@ SmiTab::SmiTab(const TabName &name, QWidget *page, FormContext &context)
         QList<MissingInput> missing;
         for (const QString &row : {kElf, kKey, kNonce, kVersion, kSection, kOutput, kClearElf}) {
             // Sections come with the ELF file; without one nobody can choose any.
-            const bool isMissing =
-                row == kSection ? form()->choice(row)->count() == 0 && !form()->text(kElf).isEmpty()
-                                : form()->text(row).isEmpty();
+            const bool isMissing = row == kSection ? form()->choice(row)->currentIndex() < 0 &&
+                                                         !form()->text(kElf).isEmpty()
+                                                   : form()->text(row).isEmpty();
             if (isMissing) {
                 missing.append({row, true});
             }
@@ -180,7 +180,7 @@ void SmiTab::forgetElf()
     form()->updateGenerate();
 }
 
-void SmiTab::parseElf()
+void SmiTab::parseElf(bool isRequest)
 {
     const QString chosen = form()->text(kSection);
     const QString path = form()->text(kElf);
@@ -206,18 +206,18 @@ void SmiTab::parseElf()
     m_elf.reset(static_cast<FileELF *>(record.release()));
     m_elfInfo->show(describeElf(path, *m_elf));
     m_panes->setCurrentIndex(InfoTabs::kFirst);
-    offerSections(chosen);
+    offerSections(chosen, isRequest);
 }
 
-void SmiTab::offerSections(const QString &chosen)
+void SmiTab::offerSections(const QString &chosen, bool isRequest)
 {
     QComboBox *box = form()->choice(kSection);
     {
         const QSignalBlocker blocker(box);
         box->addItems(offeredSections(*m_elf));
-        // One that is gone leaves no entry chosen, so that another isn't taken unseen.
-        if (!chosen.isEmpty()) {
-            box->setCurrentIndex(box->findText(chosen));
+        const int index = box->findText(chosen);
+        if (index >= 0 || isRequest) {
+            box->setCurrentIndex(index);
         }
     }
     showPlacement();
@@ -226,7 +226,9 @@ void SmiTab::offerSections(const QString &chosen)
 
 void SmiTab::showPlacement()
 {
-    form()->setText(kPlacement, m_elf ? placementText(*m_elf, form()->text(kSection)) : QString());
+    const bool isChosen = m_elf && form()->choice(kSection)->currentIndex() >= 0;
+    form()->setText(kPlacement,
+                    isChosen ? placementText(*m_elf, form()->text(kSection)) : QString());
 }
 
 QStringList SmiTab::inputs() const
@@ -260,7 +262,7 @@ void SmiTab::generate()
     }
     const BusyCursor busy;
     const QString section = form()->text(kSection);
-    parseElf();
+    parseElf(true);
     if (!m_elf || !build(section)) {
         return;
     }

@@ -30,7 +30,9 @@ public:
 
     /// Reads the chosen ELF file and fills the tab; a section that was chosen and is still there
     /// stays chosen. A file that can't be used is told, and the field emptied.
-    void parseElf();
+    /// @param isRequest  a section that is gone leaves none chosen, so that no other one is taken
+    ///                   unseen
+    void parseElf(bool isRequest = false);
     void generate();
 
     /// Why a file can't go into a list of modules, as a sentence; empty for one that can.
@@ -42,7 +44,7 @@ protected:
 private:
     void takeElf();
     void forgetElf();
-    void offerSections(const QString &chosen);
+    void offerSections(const QString &chosen, bool isRequest);
     void showPlacement();
     [[nodiscard]] bool mayStart() const;  ///< @return false after a box
     bool build(const QString &section);
