@@ -49,6 +49,7 @@ BENCHMARK(paint)->Arg(512)->Arg(1024)->Unit(benchmark::kMillisecond);
 
 }  // namespace
 
+// QT_SCALE_FACTOR=2 in the environment measures a screen of double density.
 int main(int argc, char **argv)
 {
     qputenv("QT_QPA_PLATFORM", "offscreen");

@@ -6,6 +6,7 @@
 #include <QAction>
 #include <QDialogButtonBox>
 #include <QHBoxLayout>
+#include <QScrollBar>
 #include <QVBoxLayout>
 
 #include <algorithm>
@@ -233,7 +234,8 @@ void RowForm::alignColumns()
     }
     m_grid->setColumnMinimumWidth(0, labelWidth);
     // Scrolling in height only: the form may never be narrower than its fields.
-    m_scroll->setMinimumWidth(m_page->minimumSizeHint().width());
+    m_scroll->setMinimumWidth(m_page->minimumSizeHint().width() +
+                              m_scroll->verticalScrollBar()->sizeHint().width());
 }
 
 /// Rows that came after the button stand before it all the same.

@@ -11,7 +11,8 @@ namespace workbench
 namespace
 {
 
-constexpr double kLabelGap = 8;  // pixels between two labels
+constexpr double kLabelGap = 8;    // pixels between two labels
+constexpr double kMostNudge = 12;  // pixels, for the ends of runs, which tell the most
 
 QString addressText(std::uint64_t address)
 {
@@ -47,16 +48,17 @@ public:
     LabelRow(bool isEnd, double width) : m_isEnd(isEnd), m_width(width) {}
 
     /// @param text  made only when there is room at the position
+    /// @param nudge  pixels by which it may stand beside its position
     template <typename Text>
-    void offer(double x, double least, bool isFirst, const Text &text,
+    void offer(double x, double least, double nudge, bool isFirst, const Text &text,
                const std::function<double(const QString &)> &textWidth)
     {
-        if (!isFree(leftFor(x, least), least)) {
+        if (!isFree(nudged(leftFor(x, least), least, nudge), least)) {
             return;
         }
         const QString label = text();
         const double wide = textWidth(label);
-        const double left = leftFor(x, wide);
+        const double left = nudged(leftFor(x, wide), wide, nudge);
         if (isFree(left, wide)) {
             m_rights[left] = left + wide;
             m_labels.push_back({left, label, m_isEnd, isFirst});
@@ -69,6 +71,19 @@ private:
     [[nodiscard]] double leftFor(double x, double wide) const
     {
         return std::clamp(m_isEnd ? x - wide : x, 0.0, std::max(0.0, m_width - wide));
+    }
+
+    /// Away from the neighbour that stands in the way, where that is near enough.
+    [[nodiscard]] double nudged(double left, double wide, double nudge) const
+    {
+        const auto next = m_rights.lower_bound(left);
+        if (m_isEnd) {
+            const double before = next == m_rights.end() ? left : next->first - kLabelGap - wide;
+            return before < left && before >= std::max(0.0, left - nudge) ? before : left;
+        }
+        const double behind =
+            next == m_rights.begin() ? left : std::prev(next)->second + kLabelGap;
+        return behind > left && behind <= left + nudge && behind + wide <= m_width ? behind : left;
     }
 
     [[nodiscard]] bool isFree(double left, double wide) const
@@ -92,10 +107,11 @@ std::vector<MapLabel> labelMap(const MapContents &contents, const MapPicture &pi
     LabelRow starts(false, width);
     LabelRow ends(true, width);
     const double least = textWidth(QStringLiteral("0x0"));
+    double nudge = 0;
     const auto offer = [&](double x, std::uint64_t address, bool isEnd, bool isFirst) {
         (isEnd ? ends : starts)
             .offer(
-                x, least, isFirst, [address] { return addressText(address); }, textWidth);
+                x, least, nudge, isFirst, [address] { return addressText(address); }, textWidth);
     };
     if (place >= 0) {
         const MapBlock &block = blockAt(contents, picture, place);
@@ -110,6 +126,7 @@ std::vector<MapLabel> labelMap(const MapContents &contents, const MapPicture &pi
         offer(picture.edges.back().x, picture.edges.back().address, true, false);
     }
     for (const bool ofRuns : {true, false}) {
+        nudge = ofRuns ? kMostNudge : 0;
         for (const MapEdge &edge : picture.edges) {
             if ((edge.isEnd || edge.opensRun) == ofRuns) {
                 offer(edge.x, edge.address, edge.isEnd, false);

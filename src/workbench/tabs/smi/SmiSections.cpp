@@ -65,6 +65,26 @@ QString hexText(std::span<const std::uint8_t> bytes)
     return QString::fromLatin1(raw.toHex());
 }
 
+/// The memory that the loaded sections fill, each under its own name.
+MapContents mapOfSections(const FileELF &elf)
+{
+    MapContents contents;
+    contents.blockWord = QStringLiteral("section");
+    for (std::size_t row = 0; row < elf.sections.size(); ++row) {
+        const section_header &section = elf.sections[row];
+        if ((section.sectionFlags & SHF_ALLOC) == 0 || section.sectionSize == 0) {
+            continue;
+        }
+        contents.groups.push_back({QString::fromStdString(section.name), std::nullopt});
+        // Of 32-bit files, which the reader has made sure of.
+        contents.blocks.push_back({static_cast<std::uint32_t>(section.sectionAddress),
+                                   static_cast<std::uint32_t>(section.sectionSize),
+                                   static_cast<int>(contents.groups.size()) - 1, section.index,
+                                   static_cast<int>(row)});
+    }
+    return contents;
+}
+
 /// What a module's head says, or why it can't be read.
 Details moduleHead(const files::Result<preparation::ParsedSmi> &smi)
 {
@@ -182,6 +202,7 @@ PaneContents describeElf(const QString &path, const FileELF &elf)
         }
         contents.details.rows.push_back(row);
     }
+    contents.map = mapOfSections(elf);
     return contents;
 }
 
