@@ -4,6 +4,7 @@
 #include "obk/Choices.h"
 #include "obk/SameFile.h"
 #include "obk/Slots.h"
+#include "obk/TemplateChecks.h"
 
 #include <QFileInfo>
 
@@ -284,6 +285,9 @@ Result<Product> generate(const GenerationRequest &request, const KeyTools &tools
 
 Result<void> checkField(const ObDataItem &item, const QString &text)
 {
+    if (item.isParam) {
+        return checkParam(item, text);
+    }
     switch (item.kind) {
     case ItemKind::Text:
         return checkPassword(text, item.width, item.minWidth);

@@ -50,6 +50,11 @@ struct ObDataItem {
     std::optional<QString> type;     ///< what is taken from a private key: "Public", "Private_Raw"
     std::optional<QString> keyType;  ///< key types to choose from, cut at ","
 
+    // Parameters of an image template; their "Type" is the kind
+    bool isParam = false;
+    std::optional<QString> option;  ///< "Option": the argument; absent or empty: the value alone
+    bool isLocked = false;          ///< "Enable" with a decimal zero: shown, not to be changed
+
     // Data: flash slots
     bool hasTypeSlot = false;  ///< "TypeSlot" is there, and the field isn't switched off
     bool isExecution = false;  ///< type "Execution"; else "Download"

@@ -46,6 +46,16 @@ bool Obkey::mandatoryElementCheck()
     return isGood(obk::checkMandatory(model.tags));
 }
 
+bool Obkey::duplicateElementCheckImg()
+{
+    return isGood(obk::checkImageDuplicates(model.tags));
+}
+
+bool Obkey::mandatoryElementCheckImg()
+{
+    return isGood(obk::checkImageMandatory(model.tags));
+}
+
 bool Obkey::xmlCheck(Obkey *obkey)
 {
     return isGood(obk::checkTemplate(obkey->model));

@@ -43,12 +43,17 @@ public:
 
     /// "/Template/OBkeyPrototype.xsd" beside the executable.
     static QString schemaPath();
+    /// "/Template/McuBootPrototype.xsd" beside the executable.
+    static QString imageSchemaPath();
     /// "/Utilities/Linux/imgtool" beside the executable.
     static QString imageToolPath();
 
     /// All steps of opening a provisioning template, from the schema to what its rows start with.
     /// Nothing of an earlier template is left; after a failure the object is of no use.
     bool openTemplate(const QString &path);
+
+    /// All steps of opening an image template. Likewise.
+    bool openImageTemplate(const QString &path);
 
     /// Takes over an opened template; the image-generation tabs stay.
     void takeTemplate(Obkey &&opened);
@@ -69,8 +74,9 @@ public:
     bool parseOBkeyXML(const QDomNode &obdata);
     /// Reads one element. @param item  fresh
     bool GetItem(ObDataItem &item, const QDomNode &node);
-    /// An image template; its reader is to come, and nothing is read.
     bool parseMcubootXML(const QDomNode &node);
+    /// Reads one element of an image template. @param item  fresh
+    bool GetItemMcuBoot(ObDataItem &item, const QDomNode &node);
     static std::string get_txt(const QDomNode &node);
     static bool isHex(const QString &text);
     static bool isDecimal(const QString &text);
@@ -79,6 +85,8 @@ public:
     // Checks
     bool duplicateElementCheck();
     bool mandatoryElementCheck();
+    bool duplicateElementCheckImg();
+    bool mandatoryElementCheckImg();
     bool xmlCheck(Obkey *obkey);  ///< names, widths and slots
     /// @param tag  the element that a tag list belongs to; lists of names need none
     bool uniqueName(const QStringList &entries, const QString &tag = {});
@@ -125,6 +133,9 @@ public:
     /// Writes the values of all items into the template file. Failures don't undo anything; a file
     /// that can't be read is left alone without a message.
     void saveOBKeyConf(Obkey *obkey);
+    /// Writes the values of an image template's items into its file, but for those of options that
+    /// take a pass phrase. @return false after a report, and then the file is as it was
+    bool saveImageValues(const std::vector<std::optional<QString>> &values);
     /// SHA-256. @param out  32 bytes
     static void HashFunction(const unsigned char *data, std::size_t size, unsigned char *out);
 };

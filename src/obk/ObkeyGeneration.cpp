@@ -1,4 +1,5 @@
 #include "files/base/SafeWriter.h"
+#include "obk/ImageCommand.h"
 #include "obk/Obkey.h"
 #include "obk/Reporting.h"
 #include "obk/TemplateText.h"
@@ -133,4 +134,37 @@ void Obkey::saveOBKeyConf(Obkey *obkey)
     } else if (!written) {
         tell(Level::Error, QStringLiteral(" OBKey XML Generation Failed %1 \n").arg(path));
     }
+}
+
+bool Obkey::saveImageValues(const std::vector<std::optional<QString>> &values)
+{
+    const auto refuse = [this](const std::string &why) {
+        tell(
+            Level::Error,
+            QStringLiteral("The values were not saved in the template \"%1\": ").arg(templatePath) +
+                QString::fromStdString(why));
+        return false;
+    };
+    const auto text = xml::readBounded(templatePath);
+    if (!text) {
+        return refuse(text.error().text);
+    }
+    std::vector<std::optional<QString>> kept = values;
+    kept.resize(model.items.size());
+    for (std::size_t at = 0; at < kept.size(); ++at) {
+        if (obk::isSecretOption(model.items[at])) {
+            kept[at].reset();
+        }
+    }
+    const auto changed = obk::withValues(*text, model.items, kept);
+    if (!changed) {
+        return refuse(changed.error().text);
+    }
+    if (const auto written = writeTemplate(templatePath, *changed, false); !written) {
+        return refuse(written.error().text);
+    }
+    for (std::size_t at = 0; at < kept.size(); ++at) {
+        model.items[at].value = kept[at] ? kept[at] : model.items[at].value;
+    }
+    return true;
 }

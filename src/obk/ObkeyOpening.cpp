@@ -1,5 +1,6 @@
 #include "files/base/FileReader.h"
 #include "obk/Choices.h"
+#include "obk/ImageCommand.h"
 #include "obk/Obkey.h"
 #include "obk/Reporting.h"
 #include "obk/TemplateChecks.h"
@@ -119,6 +120,11 @@ QString Obkey::schemaPath()
     return QCoreApplication::applicationDirPath() + QLatin1String("/Template/OBkeyPrototype.xsd");
 }
 
+QString Obkey::imageSchemaPath()
+{
+    return QCoreApplication::applicationDirPath() + QLatin1String("/Template/McuBootPrototype.xsd");
+}
+
 QString Obkey::imageToolPath()
 {
     return QCoreApplication::applicationDirPath() + QLatin1String("/Utilities/Linux/imgtool");
@@ -205,8 +211,38 @@ bool Obkey::parseOBkeyXML(const QDomNode &obdata)
     return true;
 }
 
-bool Obkey::parseMcubootXML(const QDomNode &)
+bool Obkey::parseMcubootXML(const QDomNode &node)
 {
+    return isGood(obk::readMcuboot(node, model));
+}
+
+bool Obkey::GetItemMcuBoot(ObDataItem &item, const QDomNode &node)
+{
+    // As the only one of a template, so that the walk is the one of all templates.
+    QDomDocument alone;
+    QDomElement format = alone.createElement(QStringLiteral("McubootFormat"));
+    format.appendChild(alone.importNode(node, true));
+    obk::Template read;
+    if (!isGood(obk::readMcuboot(format, read))) {
+        return false;
+    }
+    if (!read.items.empty()) {
+        item = std::move(read.items.front());
+    }
+    return true;
+}
+
+bool Obkey::openImageTemplate(const QString &path)
+{
+    model = {};
+    templateKind = 1;
+    isLoaded = false;
+    if (!xmlValid(path, imageSchemaPath()) || !parseTemplateXML(path) ||
+        !duplicateElementCheckImg() || !mandatoryElementCheckImg() ||
+        !isGood(obk::checkImageItems(model.items)) || !isGood(obk::checkImageCommand(model))) {
+        return false;
+    }
+    isLoaded = true;
     return true;
 }
 

@@ -17,6 +17,9 @@ struct TagLists {
     std::vector<QStringList> file;
     std::vector<QStringList> list;
     std::vector<QStringList> boolean;
+    // Image templates
+    QStringList globalParam;
+    std::vector<QStringList> param;
 };
 
 /// Memory areas of "Info": addresses and bytes, kept modulo 2^32. A value counts only when all of
@@ -32,7 +35,7 @@ struct Areas {
     std::uint32_t authObkSize = 0;
 };
 
-/// A provisioning template as it was read; plain values without any rule.
+/// A template as it was read; plain values without any rule.
 struct Template {
     QString title;
     std::optional<std::int32_t> obDestAddress;  ///< absent together with `doEncryption`: no header
@@ -47,6 +50,9 @@ struct Template {
     bool daLayout = false;  ///< "DA": the layout of debug authentication
     std::vector<ObDataItem> items;
     TagLists tags;
+    // Image templates
+    QString command;  ///< words for the image tool in front of all parameters
+    QString tooltip;  ///< what the template is for
     QString warning;  ///< something that was read in another way than it looks; empty when nothing
 
     /// Neither destination nor encryption: the output is plain payload.

@@ -51,6 +51,13 @@ Result<void> uniqueInEach(const std::vector<QStringList> &elements, const char *
     return {};
 }
 
+/// The output exists, and no tag of it twice.
+Result<void> uniqueOutput(const TagLists &lists)
+{
+    return lists.output.isEmpty() ? missing("Output", "Default")
+                                  : uniqueName(lists.output, QStringLiteral("Output"));
+}
+
 Result<void> checkRow(const ObDataItem &item)
 {
     switch (item.kind) {
@@ -119,10 +126,7 @@ Result<void> checkDuplicates(const TagLists &lists)
         .and_then([&] { return uniqueInEach(lists.data, "Data"); })
         .and_then([&] { return uniqueInEach(lists.file, "File"); })
         .and_then([&] { return uniqueName(lists.permission, QStringLiteral("Permission")); })
-        .and_then([&] {
-            return lists.output.isEmpty() ? missing("Output", "Default")
-                                          : uniqueName(lists.output, QStringLiteral("Output"));
-        });
+        .and_then([&] { return uniqueOutput(lists); });
 }
 
 Result<void> checkMandatory(const TagLists &lists)
@@ -149,6 +153,26 @@ Result<void> checkMandatory(const TagLists &lists)
             return lists.permission.isEmpty()
                        ? Result<void>()
                        : checkTags(lists.permission, "Permission", {"Width", "Default"});
+        })
+        .and_then([&] { return checkTags(lists.output, "Output", {"Default"}); });
+}
+
+Result<void> checkImageDuplicates(const TagLists &lists)
+{
+    if (lists.globalParam.isEmpty()) {
+        return refuse(QStringLiteral("XML document is invalid : Mandatory Tags under GlobalParam "
+                                     "are missing, please update your xml file."));
+    }
+    return uniqueName(lists.globalParam, QStringLiteral("GlobalParam"))
+        .and_then([&] { return uniqueInEach(lists.param, "Param"); })
+        .and_then([&] { return uniqueOutput(lists); });
+}
+
+Result<void> checkImageMandatory(const TagLists &lists)
+{
+    return checkTags(lists.globalParam, "GlobalParam", {"Title", "Command"})
+        .and_then([&] {
+            return checkEach(lists.param, "Param", {"Type", "Default"});
         })
         .and_then([&] { return checkTags(lists.output, "Output", {"Default"}); });
 }
@@ -196,6 +220,43 @@ Result<void> checkRows(const Template &model)
 {
     for (const ObDataItem &item : model.items) {
         if (auto checked = checkRow(item); !checked) {
+            return checked;
+        }
+    }
+    return {};
+}
+
+Result<void> checkParam(const ObDataItem &item, const QString &text)
+{
+    ObDataItem asked = item;
+    asked.value = text;
+    const char *wanted = nullptr;
+    if (item.kind == ItemKind::Data && !isHex(text) && !isDecimal(text)) {
+        wanted = "a number, decimal or hexadecimal behind 0x";
+    } else if (item.kind == ItemKind::Bool && !isChecked(asked)) {
+        wanted = "1 or 0";
+    } else if (item.kind == ItemKind::List && currentEntry(asked) < 0) {
+        wanted = "one of its list";
+    }
+    return wanted == nullptr
+               ? Result<void>()
+               : refuse(QStringLiteral("\"%1\" is no value for \"%2\", which takes %3.")
+                            .arg(text, item.nameText(), QLatin1String(wanted)));
+}
+
+Result<void> checkImageItems(const std::vector<ObDataItem> &items)
+{
+    QStringList names;
+    for (const ObDataItem &item : items) {
+        if (item.kind != ItemKind::Output && item.name) {
+            names.append(*item.name);
+        }
+    }
+    if (auto checked = uniqueName(names, QString()); !checked) {
+        return checked;
+    }
+    for (const ObDataItem &item : items) {
+        if (auto checked = checkParam(item, item.text()); !checked) {
             return checked;
         }
     }

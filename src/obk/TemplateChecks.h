@@ -18,6 +18,10 @@ Result<void> checkDuplicates(const TagLists &lists);
 /// All tags are there without which an element has no meaning.
 Result<void> checkMandatory(const TagLists &lists);
 
+/// The same two of an image template: "GlobalParam", each "Param" and "Output".
+Result<void> checkImageDuplicates(const TagLists &lists);
+Result<void> checkImageMandatory(const TagLists &lists);
+
 /// Names are unique among the Data, the Permission, the File and the Text items, each kind for
 /// itself.
 Result<void> checkNames(const std::vector<ObDataItem> &items);
@@ -31,5 +35,12 @@ Result<void> checkTemplate(const Template &model);
 /// What a row of the form starts with: the value of a Permission fits, the value of a Bool or a
 /// List is one of its own. Rows come in the order of the items; hidden items have none.
 Result<void> checkRows(const Template &model);
+
+/// One parameter of an image template with a value: a number is decimal or hexadecimal or empty, a
+/// Bool is 1 or 0, the value of a List is one of its own.
+Result<void> checkParam(const ObDataItem &item, const QString &text);
+
+/// Names and values of an image template.
+Result<void> checkImageItems(const std::vector<ObDataItem> &items);
 
 }  // namespace obk

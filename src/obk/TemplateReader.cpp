@@ -137,6 +137,28 @@ Result<void> keepObkSlot(ObDataItem &item, const QString &text)
     return {};
 }
 
+/// The type of a parameter is the kind of its row.
+Result<void> keepParamType(ObDataItem &item, const QString &text)
+{
+    for (const ItemKind kind :
+         {ItemKind::File, ItemKind::Data, ItemKind::List, ItemKind::Bool, ItemKind::Text}) {
+        if (text == tagOf(kind)) {
+            item.kind = kind;
+            return {};
+        }
+    }
+    return refuse(QStringLiteral("\"%1\" is no Type of the parameter \"%2\" (only File, Data, "
+                                 "List, Bool and Text are). Please update your xml file.")
+                      .arg(text, item.nameText()));
+}
+
+Result<void> keepEnable(ObDataItem &item, const QString &text)
+{
+    bool isNumber = false;
+    item.isLocked = text.toInt(&isNumber) == 0 && isNumber;
+    return {};
+}
+
 using Item = ObDataItem;
 constexpr ItemTag kName = {"Name", true, &keepText<&Item::name>};
 constexpr ItemTag kDefault = {"Default", true, &keepText<&Item::defaultText>};
@@ -186,6 +208,17 @@ constexpr ItemTag kListTags[] = {kName,     kWidth,        kDefault,
                                  kReserved, kEnteredValue, kTooltip,
                                  kHidden,   kDependency,   {"Val", false, &keepEntry}};
 constexpr ItemTag kOutputTags[] = {kName, kDefault, kTooltip, kValue};
+constexpr ItemTag kOption = {"Option", true, &keepText<&Item::option>};
+constexpr ItemTag kParamTags[] = {kName,
+                                  {"Type", true, &keepParamType},
+                                  kOption,
+                                  kDefault,
+                                  kTooltip,
+                                  kHidden,
+                                  {"Enable", true, &keepEnable},
+                                  {"Val", false, &keepEntry},
+                                  kValue};
+constexpr ItemTag kImageOutputTags[] = {kName, kOption, kDefault, kTooltip, kValue};
 
 /// An item element: its tag, what it may hold and where its tag list goes.
 struct ElementKind {
@@ -204,6 +237,9 @@ const std::array<ElementKind, 7> kElementKinds = {{
     {ItemKind::File, kFileTags, nullptr, &TagLists::file},
     {ItemKind::Output, kOutputTags, &TagLists::output, nullptr},
 }};
+
+const ElementKind kParam = {ItemKind::Text, kParamTags, nullptr, &TagLists::param};
+const ElementKind kImageOutput = {ItemKind::Output, kImageOutputTags, &TagLists::output, nullptr};
 
 /// One of the eight area values of "Info".
 struct AreaTag {
@@ -325,6 +361,24 @@ Result<void> readItem(const QDomNode &node, const ElementKind &element, ObDataIt
     return {};
 }
 
+void readGlobalParam(const QDomNode &node, Template &model)
+{
+    QStringList &tags = model.tags.globalParam;
+    const std::pair<const char *, QString Template::*> fields[] = {{"Title", &Template::title},
+                                                                   {"Command", &Template::command},
+                                                                   {"Tooltip", &Template::tooltip}};
+    for (QDomNode child = node.firstChild(); !child.isNull(); child = child.nextSibling()) {
+        for (const auto &[tag, field] : fields) {
+            if (child.nodeName() == QLatin1String(tag)) {
+                // The marker stands here once, as the title itself has to be found.
+                tags += tags.isEmpty() ? QStringList{kNameMarker, QLatin1String(tag)}
+                                       : QStringList{QLatin1String(tag)};
+                model.*field = textOf(child);
+            }
+        }
+    }
+}
+
 }  // namespace
 
 std::string get_txt(const QDomNode &node)
@@ -361,6 +415,41 @@ Result<void> readObdata(const QDomNode &obdata, Template &model)
         }
     }
     return {};
+}
+
+Result<void> readMcuboot(const QDomNode &format, Template &model)
+{
+    for (QDomNode child = format.firstChild(); !child.isNull(); child = child.nextSibling()) {
+        const QString tag = child.nodeName();
+        if (tag == QLatin1String("GlobalParam")) {
+            readGlobalParam(child, model);
+            continue;
+        }
+        const bool isParam = tag == QLatin1String("Param");
+        if (!isParam && tag != QLatin1String("Output")) {
+            continue;
+        }
+        ObDataItem item;
+        item.isParam = true;
+        if (auto read = readItem(child, isParam ? kParam : kImageOutput, item, model.tags); !read) {
+            return read;
+        }
+        if (item.kind == ItemKind::Bool) {
+            item.trueText = QStringLiteral("1");
+            item.falseText = QStringLiteral("0");
+        }
+        model.items.push_back(std::move(item));
+    }
+    return {};
+}
+
+Result<void> readRoot(const QDomNode &format, Template &model)
+{
+    if (format.nodeName() == QLatin1String("McubootFormat")) {
+        return readMcuboot(format, model);
+    }
+    return format.nodeName() == QLatin1String("Obdata") ? readObdata(format, model)
+                                                        : Result<void>();
 }
 
 }  // namespace obk

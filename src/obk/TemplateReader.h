@@ -22,4 +22,12 @@ Result<void> readElement(const QDomNode &node, ObDataItem &item, Template &model
 /// @param model  fresh; holds what was read so far after a refusal
 Result<void> readObdata(const QDomNode &obdata, Template &model);
 
+/// Reads all children of "McubootFormat", an image template: "GlobalParam", "Param" and "Output".
+/// @param model  fresh; holds what was read so far after a refusal
+Result<void> readMcuboot(const QDomNode &format, Template &model);
+
+/// Reads the first child of the document element, whichever kind of template it is. One of another
+/// name holds nothing.
+Result<void> readRoot(const QDomNode &format, Template &model);
+
 }  // namespace obk

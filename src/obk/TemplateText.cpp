@@ -11,7 +11,8 @@ namespace obk
 namespace
 {
 
-/// Depth of the elements inside "Root" and "Obdata".
+/// Depth of the template itself inside "Root", of its items and of their fields.
+constexpr int kFormatDepth = 1;
 constexpr int kItemDepth = 2;
 constexpr int kFieldDepth = 3;
 
@@ -96,8 +97,12 @@ private:
     {
         static const QList<QByteArray> items = {"Text", "Data", "Permission", "Bool",
                                                 "List", "File", "Output"};
+        static const QList<QByteArray> imageItems = {"Param", "Output"};
+        if (m_depth == kFormatDepth) {
+            m_isImage = name == "McubootFormat";
+        }
         if (m_depth == kItemDepth) {
-            m_isItem = items.contains(name);
+            m_isItem = (m_isImage ? imageItems : items).contains(name);
             if (m_isItem) {
                 m_places.push_back({end, m_text.indexOf('<', end), -1, -1});
             }
@@ -125,6 +130,7 @@ private:
     int m_depth = 0;
     int m_elementStart = 0;
     bool m_isItem = false;
+    bool m_isImage = false;
 };
 
 QByteArray escaped(const QString &value)
@@ -196,7 +202,7 @@ Result<Template> readTemplate(const QByteArray &text)
         return tl::unexpected<files::Error>(document.error());
     }
     Template model;
-    if (auto read = readObdata(document->documentElement().firstChild(), model); !read) {
+    if (auto read = readRoot(document->documentElement().firstChild(), model); !read) {
         return tl::unexpected<files::Error>(std::move(read).error());
     }
     return model;
@@ -223,8 +229,9 @@ Result<QByteArray> withValues(const QByteArray &text, const std::vector<ObDataIt
         }
         saveOBKeyProcess(places[at], *values[at], changed);
         expected[at].value = values[at];
-        expected[at].slotValueSet |= expected[at].kind == ItemKind::Data;
-        expected[at].obkSlotValueSet |= expected[at].kind == ItemKind::Data;
+        const bool isData = expected[at].kind == ItemKind::Data && !expected[at].isParam;
+        expected[at].slotValueSet |= isData;
+        expected[at].obkSlotValueSet |= isData;
     }
     if (const auto after = readTemplate(changed); !after || after->items != expected) {
         return refuse(QStringLiteral("with the new values it would read in another way"));
