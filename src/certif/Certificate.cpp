@@ -4,6 +4,8 @@
 #include "crypto/primitives/Digests.h"
 #include "files/base/ByteCursor.h"
 
+#include <QByteArray>
+
 #include <algorithm>
 
 namespace certif
@@ -59,11 +61,12 @@ files::Result<void> readKind(files::ByteCursor &in)
     return {};
 }
 
-void readFields(files::ByteCursor &in, Certificate &out, std::size_t &extensionBytes)
+/// @return the reserved field
+unsigned readFields(files::ByteCursor &in, Certificate &out, std::size_t &extensionBytes)
 {
     out.role = static_cast<Role>(in.u8());
     out.usage = in.u8();
-    in.skip(2);
+    const unsigned reserved = in.u16le();
     out.lifecycle = in.u16le();
     out.oemConstraint = in.u16le();
     extensionBytes = in.u32le();
@@ -71,6 +74,7 @@ void readFields(files::ByteCursor &in, Certificate &out, std::size_t &extensionB
     out.socId = take<16>(in);
     out.permissions = take<16>(in);
     out.subjectKey = take<64>(in);
+    return reserved;
 }
 
 }  // namespace
@@ -114,7 +118,7 @@ files::Result<Certificate> parseCertificate(std::span<const std::uint8_t> bytes)
     }
     Certificate out;
     std::size_t extensionBytes = 0;
-    readFields(in, out, extensionBytes);
+    const unsigned reserved = readFields(in, out, extensionBytes);
     out.extensionsDigest = take<32>(in);
     out.signature = take<64>(in);
     if (!in.ok()) {
@@ -126,6 +130,10 @@ files::Result<Certificate> parseCertificate(std::span<const std::uint8_t> bytes)
         return fail(ErrorCode::WrongSize, "the head tells " + std::to_string(extensionBytes) +
                                               " bytes of extensions, " + std::to_string(in.left()) +
                                               " follow");
+    }
+    if (reserved != 0) {
+        // It is signed, too, but has no place in the fields.
+        return fail(ErrorCode::BadValue, "the reserved field is " + std::to_string(reserved));
     }
     const auto extensions = in.bytes(extensionBytes);
     out.extensions.assign(extensions.begin(), extensions.end());
@@ -168,7 +176,7 @@ std::string lifecycleName(std::uint16_t lifecycle)
             return words.text;
         }
     }
-    return "lifecycle " + std::to_string(lifecycle);
+    return "lifecycle 0x" + QByteArray::number(lifecycle, 16).toStdString();
 }
 
 std::string hexText(std::span<const std::uint8_t, 16> littleEndian)

@@ -1,11 +1,11 @@
 #include "certif/Chain.h"
 
-#include "crypto/primitives/Digests.h"
-#include "crypto/primitives/EcKey.h"
 #include "files/base/ByteCursor.h"
+#include "files/base/FileReader.h"
+
+#include <QFile>
 
 #include <algorithm>
-#include <optional>
 
 namespace certif
 {
@@ -30,114 +30,27 @@ bool isBlank(char letter)
     return letter == ' ' || letter == '\t' || letter == '\r' || letter == '\n';
 }
 
-/// The rights that a chain above grants, and the fields that must be the device's own.
-struct Above {
-    Mask granted;
-    const Certificate *certificate = nullptr;
-};
-
-std::string bitList(const Mask &bits)
-{
-    std::string out;
-    for (std::size_t bit = 0; bit < kMaskBits; ++bit) {
-        if ((bits[bit / 8] >> (bit % 8) & 1) != 0) {
-            out += (out.empty() ? "" : ", ") + std::to_string(bit);
-        }
-    }
-    return out;
-}
-
-void judgePlace(const Certificate &certificate, const Certificate *above, Step &step)
-{
-    const bool isRoot = certificate.role == Role::Root;
-    if (above == nullptr) {
-        if (!isRoot) {
-            step.faults.emplace_back("The chain begins with no root certificate");
-        }
-        return;
-    }
-    if (isRoot) {
-        step.faults.emplace_back("A second root certificate stands below the first");
-    }
-    if (above->role == Role::Leaf) {
-        step.faults.emplace_back("Nothing may stand below a leaf certificate");
-    }
-}
-
-void judgeDevice(const Certificate &certificate, const Certificate &above, Step &step)
-{
-    const auto differs = [](const auto &mine, const auto &other) {
-        using Field = std::decay_t<decltype(mine)>;
-        return mine != Field{} && other != Field{} && mine != other;
-    };
-    if (differs(certificate.socClass, above.socClass)) {
-        step.faults.emplace_back("The SoC class differs from the one above");
-    }
-    if (differs(certificate.socId, above.socId)) {
-        step.faults.emplace_back("The SoC identifier differs from the one above");
-    }
-    if (differs(certificate.lifecycle, above.lifecycle)) {
-        step.faults.emplace_back("The lifecycle differs from the one above");
-    }
-    if (differs(certificate.oemConstraint, above.oemConstraint)) {
-        step.faults.emplace_back("The OEM constraint differs from the one above");
-    }
-}
-
-bool isSignedBy(const PublicPoint &issuer, const Certificate &certificate)
-{
-    const auto key = crypto::EcKey::fromPoint(crypto::Curve::P256, issuer);
-    const auto digest = crypto::sha256(signedBytes(certificate));
-    if (!key || !digest) {
-        return false;
-    }
-    const auto verdict = key->verify(*digest, certificate.signature);
-    return verdict && *verdict;
-}
-
-Step judge(const Certificate &certificate, const Above &above)
-{
-    Step step;
-    const Certificate &issuer = above.certificate != nullptr ? *above.certificate : certificate;
-    step.issuerMatches = isSignedBy(issuer.subjectKey, certificate);
-    judgePlace(certificate, above.certificate, step);
-    // Who signed a certificate below the root can't be told without the one above.
-    const bool isChecked = above.certificate != nullptr || certificate.role == Role::Root;
-    if (isChecked && !step.issuerMatches) {
-        step.faults.emplace_back(above.certificate != nullptr
-                                     ? "It is not signed by the key of the certificate above"
-                                     : "The root certificate is not signed by its own key");
-    }
-    Mask lost{};
-    for (std::size_t i = 0; i < lost.size(); ++i) {
-        step.remaining[i] = above.granted[i] & certificate.permissions[i];
-        lost[i] = static_cast<std::uint8_t>(certificate.permissions[i] & ~above.granted[i]);
-    }
-    if (lost != Mask{}) {
-        step.faults.emplace_back("Rights that the chain above doesn't grant, bits " +
-                                 bitList(lost));
-    }
-    if (above.certificate != nullptr) {
-        judgeDevice(certificate, *above.certificate, step);
-    }
-    return step;
-}
-
 files::Result<Certificate> readRecord(files::ByteCursor &in)
 {
-    in.skip(2);
+    const unsigned reserved = in.u16le();
     const unsigned type = in.u16le();
     const std::size_t length = in.u32le();
     const auto value = in.bytes(length);
     if (!in.ok()) {
         return fail(ErrorCode::Truncated, "is cut short");
     }
+    if (reserved != 0) {
+        return fail(ErrorCode::BadValue, "its reserved field is " + std::to_string(reserved));
+    }
     if (type != kCertificateRecord) {
         return fail(ErrorCode::BadValue, "has type " + std::to_string(type) + ", a certificate " +
                                              std::to_string(kCertificateRecord));
     }
     // The last record's zeros may be missing.
-    in.skip(std::min((kPadding - length % kPadding) % kPadding, in.left()));
+    const auto zeros = in.bytes(std::min((kPadding - length % kPadding) % kPadding, in.left()));
+    if (std::ranges::any_of(zeros, [](std::uint8_t byte) { return byte != 0; })) {
+        return fail(ErrorCode::BadValue, "something stands in its padding");
+    }
     return parseCertificate(value);
 }
 
@@ -162,6 +75,10 @@ files::Result<Chain> parseChain(std::span<const std::uint8_t> bytes)
     files::ByteCursor in(bytes);
     Chain chain;
     while (in.left() > 0) {
+        if (chain.size() == kMostCertificates) {
+            return fail(ErrorCode::TooLarge,
+                        "a chain has at most " + std::to_string(kMostCertificates) + " records");
+        }
         auto certificate = readRecord(in);
         if (!certificate) {
             return fail(certificate.error().code, "record " + std::to_string(chain.size() + 1) +
@@ -236,17 +153,18 @@ files::Result<Chain> readChain(const QByteArray &content)
     return parseChain(bytesOf(bytes));
 }
 
-std::vector<Step> examine(const Chain &chain)
+files::Result<Chain> readChainFile(const QString &path)
 {
-    std::vector<Step> steps;
-    Above above;
-    above.granted.fill(0xFF);
-    for (const Certificate &certificate : chain) {
-        steps.push_back(judge(certificate, above));
-        above.granted = steps.back().remaining;
-        above.certificate = &certificate;
+    QFile file;
+    if (auto opened = files::openForReading(file, path); !opened) {
+        return tl::unexpected(opened.error());
     }
-    return steps;
+    const auto bytes = files::readAll(file, kMostChainBytes);
+    if (!bytes) {
+        return tl::unexpected(bytes.error());
+    }
+    return readChain(QByteArray(reinterpret_cast<const char *>(bytes->span().data()),
+                                static_cast<int>(bytes->size())));
 }
 
 }  // namespace certif

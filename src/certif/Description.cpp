@@ -176,6 +176,53 @@ files::Result<QByteArray> describe(const DescriptionValues &values)
     return (lines.join('\n') + '\n').toUtf8();
 }
 
+QString numberText(const QString &typed)
+{
+    const QString text = typed.trimmed();
+    return text.isEmpty() ? QStringLiteral("0") : text;
+}
+
+QString identifierText(const QString &typed)
+{
+    const QString text = numberText(typed);
+    return text.startsWith(QLatin1String("0x"), Qt::CaseInsensitive) ? text
+                                                                     : QStringLiteral("0x") + text;
+}
+
+QString numberFault(const QString &text, unsigned bits)
+{
+    // Others would read it as an octal number.
+    if (text.size() > 1 && text[0] == '0' && text[1].isDigit()) {
+        return QStringLiteral("Write the number without the leading 0");
+    }
+    Identifier wide{};
+    bool isRight = parseWide(text, wide);
+    for (std::size_t bit = bits; bit < kMaskBits; ++bit) {
+        isRight = isRight && (wide[bit / 8] >> (bit % 8) & 1) == 0;
+    }
+    return isRight ? QString()
+                   : QStringLiteral("This is no number of %1 bits, decimal or 0x and hexadecimal "
+                                    "digits")
+                         .arg(bits);
+}
+
+files::Result<Certificate> fieldsOf(const DescriptionValues &values)
+{
+    DescriptionValues filled = values;
+    for (QString *path : {&filled.name, &filled.issuerKey, &filled.subjectKey}) {
+        *path = QStringLiteral("-");
+    }
+    const auto text = describe(filled);
+    const auto request = text ? parseDescription(*text) : tl::unexpected(text.error());
+    if (!request) {
+        // The number of a line says nothing to whoever fills in a form.
+        const std::string &fault = request.error().text;
+        const auto colon = fault.starts_with("line ") ? fault.find(": ") + 2 : 0;
+        return fail(request.error().code, fault.substr(colon));
+    }
+    return request->certificate;
+}
+
 files::Result<Request> parseDescription(const QByteArray &text)
 {
     Request request;

@@ -31,6 +31,18 @@ QString maskText(const std::vector<bool> &buttons);
 /// @return Refused when a value holds a line end, which would begin a line of its own
 files::Result<QByteArray> describe(const DescriptionValues &values);
 
+/// What the number fields of the form stand for: an empty one for 0, that of the identifier for a
+/// hexadecimal number with or without "0x" in front. All else is as typed.
+QString numberText(const QString &typed);
+QString identifierText(const QString &typed);
+
+/// What is wrong with a number of so many bits, as a sentence; empty when nothing is.
+QString numberFault(const QString &text, unsigned bits);
+
+/// The fields of the certificate that a description would give, subject key and signature still
+/// empty. @return BadValue that names the field and its text
+files::Result<Certificate> fieldsOf(const DescriptionValues &values);
+
 /// What the certificate tool takes out of a description.
 struct Request {
     QString name;
@@ -42,8 +54,7 @@ struct Request {
 /// Reads a description: each line once, in any order; numbers decimal or 0x, "_" between the groups
 /// of the mask; empty lines and lines that begin with '#' are passed over.
 /// @return BadValue with the line's number for an unknown, doubled or missing line and a number
-/// that
-///         doesn't fit its field
+///         that doesn't fit its field
 files::Result<Request> parseDescription(const QByteArray &text);
 
 }  // namespace certif

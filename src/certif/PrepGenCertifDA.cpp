@@ -2,6 +2,7 @@
 
 #include "certif/Chain.h"
 #include "certif/Description.h"
+#include "certif/OutputFiles.h"
 #include "files/base/FileReader.h"
 #include "files/base/SafeWriter.h"
 #include "report/DisplayMng.h"
@@ -31,6 +32,15 @@ bool refuse(const wchar_t *format, const Values &...values)
 QString wordsOf(const process::ToolOutcome &outcome)
 {
     return QString::fromUtf8(outcome.output).left(kShownCharacters);
+}
+
+/// An output that is an input would be lost, and what is made from it wrong.
+bool keepsInputs(const QString &clash)
+{
+    return clash.isEmpty() ||
+           refuse(L"The file %ls can't be written: it is an input of this certificate. Please "
+                  L"choose another certificate path.",
+                  clash);
 }
 
 /// Whether the tool came to an end of its own, well or not.
@@ -92,6 +102,9 @@ bool PrepGenCertifDA::generateYml(QString &out, QString &issuerKey, QString &sub
     if (out.isEmpty()) {
         return refuse(L"A Certificate path should be entered!");
     }
+    if (!keepsInputs(certif::outputOverInput(out, role, {issuerKey, subjectKey}, {}))) {
+        return false;
+    }
     const QString number = QStringLiteral("0x") + QString::number(customLifecycle, 16);
     const auto text = certif::describe({out, issuerKey, subjectKey, role, usage,
                                         customLifecycle < 0 ? lifecycle : number, oemConstraint,
@@ -127,19 +140,31 @@ bool PrepGenCertifDA::generatecertifDA(QString &out, QString &fallbackName, QStr
     if (!QFileInfo::exists(descriptionPath())) {
         return refuse(L"yml file \" %ls \" is missing!", descriptionPath());
     }
-    if (!sign(descriptionPath()) || !toBase64(out)) {
+    if (!keepsInputs(certif::outputOverInput(out, role, {}, upperCertificate)) ||
+        !sign(descriptionPath()) || !toBase64(out)) {
         return false;
     }
-    if (role == QLatin1String("INTERMEDIATE") || role == QLatin1String("LEAF")) {
+    if (certif::isChained(role)) {
         return joinChain(out, role, upperCertificate);
     }
     DisplayMng::getInstance().logMessage(kDone, L"Root certificate is successfully generated");
     return true;
 }
 
+process::ToolOutcome PrepGenCertifDA::run(const QStringList &arguments)
+{
+    // A "Cancel" that came when the tool before had just ended counts for the next.
+    if (watch.isCancelled && watch.isCancelled()) {
+        process::ToolOutcome none;
+        none.ending = process::Ending::Cancelled;
+        return none;
+    }
+    return process::runTool(tool, arguments, watch);
+}
+
 bool PrepGenCertifDA::sign(const QString &description)
 {
-    const auto outcome = process::runTool(tool, {QStringLiteral("sign"), description}, watch);
+    const auto outcome = run({QStringLiteral("sign"), description});
     if (!hasEnded(outcome)) {
         return refuse(L"Fail certificate Generation");
     }
@@ -151,11 +176,8 @@ bool PrepGenCertifDA::sign(const QString &description)
 
 bool PrepGenCertifDA::toBase64(const QString &out)
 {
-    const auto outcome =
-        process::runTool(tool,
-                         {QStringLiteral("chain"), QStringLiteral("-o"),
-                          out + QStringLiteral(".b64"), out + QStringLiteral(".cert")},
-                         watch);
+    const auto outcome = run({QStringLiteral("chain"), QStringLiteral("-o"),
+                              out + QStringLiteral(".b64"), out + QStringLiteral(".cert")});
     if (!hasEnded(outcome)) {
         return refuse(L"Fail chain \n");
     }

@@ -30,7 +30,8 @@ public:
                      QString &usage, QString &lifecycle, QString &oemConstraint, QString &socClass,
                      QString &socId, int customLifecycle, QString &mask, QString &fallbackName);
 
-    /// Signs the description, makes `out` + ".b64" and, below the root, `out` + "_chain.b64".
+    /// Signs the description, makes `out` + ".b64" and, below the root, `out` + "_chain.b64". What
+    /// is written before a failure stays.
     bool generatecertifDA(QString &out, QString &fallbackName, QString &role,
                           QString &upperCertificate);
 
@@ -41,6 +42,7 @@ public:
     static QString toolPath();
 
 private:
+    process::ToolOutcome run(const QStringList &arguments);
     bool sign(const QString &description);
     bool toBase64(const QString &out);
     bool joinChain(const QString &out, const QString &role, const QString &upperCertificate);

@@ -1,8 +1,8 @@
 #include "obk/Generation.h"
 
 #include "files/base/LittleEndian.h"
+#include "files/base/SameFile.h"
 #include "obk/Choices.h"
-#include "obk/SameFile.h"
 #include "obk/Slots.h"
 #include "obk/TemplateChecks.h"
 
@@ -236,17 +236,17 @@ Result<void> Walk::checkTargets() const
     };
     QStringList targets = {m_product.outputPath};
     if (m_product.password) {
-        if (isSameFile(m_product.outputPath, m_product.password->path)) {
+        if (files::isSameFile(m_product.outputPath, m_product.password->path)) {
             return refuseTarget(m_product.outputPath, "the password file");
         }
         targets.append(m_product.password->path);
     }
     for (const QString &target : targets) {
-        if (isSameFile(target, m_request.templatePath)) {
+        if (files::isSameFile(target, m_request.templatePath)) {
             return refuseTarget(target, "the template");
         }
         for (const QString &input : m_inputs) {
-            if (isSameFile(target, input)) {
+            if (files::isSameFile(target, input)) {
                 return refuseTarget(target, "an input file of the template");
             }
         }

@@ -31,11 +31,7 @@ files::Result<QByteArray> readFile(const std::string &path)
 
 files::Result<certif::Chain> readChainFile(const std::string &path)
 {
-    const auto content = readFile(path);
-    if (!content) {
-        return tl::unexpected(content.error());
-    }
-    auto chain = certif::readChain(*content);
+    auto chain = certif::readChainFile(QFile::decodeName(path.c_str()));
     if (!chain) {
         return withPath(path, chain.error());
     }

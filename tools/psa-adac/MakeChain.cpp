@@ -1,5 +1,6 @@
 #include "Commands.h"
 #include "Files.h"
+#include "certif/Examination.h"
 #include "files/base/SafeWriter.h"
 
 namespace adac
@@ -21,9 +22,7 @@ files::Result<void> chain(const std::string &out, const Paths &certificates)
     }
     const auto steps = certif::examine(whole);
     for (std::size_t i = 0; i < steps.size(); ++i) {
-        // What stands above a lone certificate below the root isn't here to check it against.
-        const bool isChecked = i > 0 || whole[i].role == certif::Role::Root;
-        if (isChecked && !steps[i].issuerMatches) {
+        if (steps[i].issuer == certif::Issuer::Differs) {
             return fail(files::ErrorCode::BadChecksum,
                         origins[i] + ": " +
                             (i > 0 ? "it is not signed by the key of the certificate above"

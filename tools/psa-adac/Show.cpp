@@ -1,5 +1,6 @@
 #include "Commands.h"
 #include "Files.h"
+#include "certif/Examination.h"
 #include "crypto/primitives/EcKey.h"
 #include "tools/console/Table.h"
 
@@ -29,12 +30,23 @@ std::string keyIdentifier(const Certificate &certificate)
         .toStdString();
 }
 
+const char *issuerWord(certif::Issuer issuer)
+{
+    switch (issuer) {
+    case certif::Issuer::Matches:
+        return "matches";
+    case certif::Issuer::Differs:
+        return "differs";
+    case certif::Issuer::Unknown:
+        break;
+    }
+    return "not checked";
+}
+
 /// Name and value of each field, in the order of the table.
 std::vector<std::pair<const char *, std::string>> fields(const Certificate &certificate,
-                                                         const Step &step, bool isFirst)
+                                                         const Step &step)
 {
-    const bool isAlone = isFirst && certificate.role != certif::Role::Root;
-    const char *const issuer = isAlone ? "not checked" : step.issuerMatches ? "matches" : "differs";
     return {
         {"role", certif::roleName(certificate.role)},
         {"usage", certif::usageName(certificate.usage)},
@@ -45,7 +57,7 @@ std::vector<std::pair<const char *, std::string>> fields(const Certificate &cert
         {"permissions", certif::hexText(certificate.permissions)},
         {"remaining", certif::hexText(step.remaining)},
         {"subjectKey", keyIdentifier(certificate)},
-        {"issuer", issuer},
+        {"issuer", issuerWord(step.issuer)},
     };
 }
 
@@ -53,7 +65,7 @@ void addTable(const certif::Chain &chain, const std::vector<Step> &steps, std::s
 {
     for (std::size_t i = 0; i < chain.size(); ++i) {
         std::vector<console::Row> rows{{"certificate", std::to_string(i + 1)}};
-        for (const auto &[name, value] : fields(chain[i], steps[i], i == 0)) {
+        for (const auto &[name, value] : fields(chain[i], steps[i])) {
             rows.push_back({name, value});
         }
         for (const std::string &fault : steps[i].faults) {
@@ -68,7 +80,7 @@ QJsonArray toJson(const certif::Chain &chain, const std::vector<Step> &steps)
     QJsonArray certificates;
     for (std::size_t i = 0; i < chain.size(); ++i) {
         QJsonObject object;
-        for (const auto &[name, value] : fields(chain[i], steps[i], i == 0)) {
+        for (const auto &[name, value] : fields(chain[i], steps[i])) {
             object[QLatin1String(name)] = QString::fromStdString(value);
         }
         QJsonArray faults;

@@ -3,6 +3,7 @@
 #include "files/FileManager.h"
 #include "files/base/FileReader.h"
 #include "files/base/SafeWriter.h"
+#include "files/base/SameFile.h"
 #include "files/base/SizeText.h"
 #include "workbench/widgets/Boxes.h"
 #include "workbench/widgets/FileChoice.h"
@@ -11,7 +12,6 @@
 
 #include <QAction>
 #include <QCoreApplication>
-#include <QDir>
 #include <QFileInfo>
 #include <QLineEdit>
 #include <QPainter>
@@ -29,17 +29,6 @@ namespace
 QString tr(const char *text)
 {
     return QCoreApplication::translate("workbench::PackageForm", text);
-}
-
-QString realPath(const QString &path)
-{
-    const QFileInfo file(path);
-    if (file.exists()) {
-        return file.canonicalFilePath();
-    }
-    const QString folder = QFileInfo(file.absolutePath()).canonicalFilePath();
-    return folder.isEmpty() ? QDir::cleanPath(file.absoluteFilePath())
-                            : folder + '/' + file.fileName();
 }
 
 QIcon eyeIcon(const QColor &colour)
@@ -189,16 +178,11 @@ PaneContents describeInput(const QString &path, const FileData &record)
     return contents;
 }
 
-bool isSameFile(const QString &one, const QString &other)
-{
-    return !one.isEmpty() && !other.isEmpty() && realPath(one) == realPath(other);
-}
-
 QString outputOverInput(const QStringList &outputs, const QStringList &inputs)
 {
     for (const QString &output : outputs) {
         for (const QString &input : inputs) {
-            if (isSameFile(output, input)) {
+            if (files::isSameFile(output, input)) {
                 return output;
             }
         }

@@ -66,7 +66,6 @@ PaneContents emptyInput();
 /// The first of the outputs that is the same file as an input, or empty. Names are compared as the
 /// file system has them, links followed.
 QString outputOverInput(const QStringList &outputs, const QStringList &inputs);
-bool isSameFile(const QString &one, const QString &other);
 
 /// A row for a path with "Open", needed before "Generate".
 FormRow inputRow(const char *name, const QString &label, const QString &noun, const QString &filter,

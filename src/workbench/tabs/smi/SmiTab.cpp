@@ -2,6 +2,7 @@
 
 #include "crypto/service/Crypto.h"
 #include "files/FileManager.h"
+#include "files/base/SameFile.h"
 #include "workbench/forms/PackageForm.h"
 #include "workbench/tabs/smi/SmiSections.h"
 #include "workbench/tabs/smi/SmiTabs.h"
@@ -243,7 +244,7 @@ bool SmiTab::mayStart() const
     QString refusal;
     if (!output.endsWith(QLatin1String(".smi"))) {
         refusal = QStringLiteral("SMI file must have the .smi extension");
-    } else if (isSameFile(output, clearElf)) {
+    } else if (files::isSameFile(output, clearElf)) {
         refusal = tr("The SMI file and the clear ELF file can't be the same file");
     } else if (const QString both = outputOverInput({output, clearElf}, inputs());
                !both.isEmpty()) {

@@ -1,4 +1,4 @@
-#include "obk/SameFile.h"
+#include "files/base/SameFile.h"
 
 #include <QDir>
 #include <QFile>
@@ -6,7 +6,7 @@
 
 #include <sys/stat.h>
 
-namespace obk
+namespace files
 {
 
 namespace
@@ -24,6 +24,9 @@ QString resolved(const QString &path)
 
 bool isSameFile(const QString &one, const QString &other)
 {
+    if (one.isEmpty() || other.isEmpty()) {
+        return false;
+    }
     struct stat a = {};
     struct stat b = {};
     if (::stat(QFile::encodeName(one).constData(), &a) == 0 &&
@@ -33,4 +36,4 @@ bool isSameFile(const QString &one, const QString &other)
     return resolved(one) == resolved(other);
 }
 
-}  // namespace obk
+}  // namespace files
