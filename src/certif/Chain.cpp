@@ -153,7 +153,7 @@ files::Result<Chain> readChain(const QByteArray &content)
     return parseChain(bytesOf(bytes));
 }
 
-files::Result<Chain> readChainFile(const QString &path)
+files::Result<QByteArray> readText(const QString &path)
 {
     QFile file;
     if (auto opened = files::openForReading(file, path); !opened) {
@@ -163,8 +163,13 @@ files::Result<Chain> readChainFile(const QString &path)
     if (!bytes) {
         return tl::unexpected(bytes.error());
     }
-    return readChain(QByteArray(reinterpret_cast<const char *>(bytes->span().data()),
-                                static_cast<int>(bytes->size())));
+    return QByteArray(reinterpret_cast<const char *>(bytes->span().data()),
+                      static_cast<int>(bytes->size()));
+}
+
+files::Result<Chain> readChainFile(const QString &path)
+{
+    return readText(path).and_then(readChain);
 }
 
 }  // namespace certif

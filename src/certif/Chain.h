@@ -31,8 +31,10 @@ files::Result<QByteArray> decodeTexts(const QByteArray &text);
 /// A chain or a single certificate, binary or as Base64 text: told apart by the first bytes.
 files::Result<Chain> readChain(const QByteArray &content);
 
-/// A file of certificates, binary or text.
-/// @return the system's words, TooLarge, or the words of `readChain`
+/// A file's bytes as they are. @return the system's words, or TooLarge above 1 MiB
+files::Result<QByteArray> readText(const QString &path);
+
+/// A file of certificates, binary or text. @return the words of `readText` or `readChain`
 files::Result<Chain> readChainFile(const QString &path);
 
 }  // namespace certif

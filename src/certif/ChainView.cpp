@@ -14,11 +14,11 @@ namespace
 QString identifierOf(const crypto::EcKey &key)
 {
     const auto identifier = key.identifier();
-    return identifier ? QString::fromLatin1(
-                            QByteArray(reinterpret_cast<const char *>(identifier->data()),
-                                       static_cast<int>(identifier->size()))
-                                .toHex())
-                      : QString();
+    return identifier
+               ? QString::fromLatin1(QByteArray(reinterpret_cast<const char *>(identifier->data()),
+                                                static_cast<int>(identifier->size()))
+                                         .toHex())
+               : QString();
 }
 
 ChainRow rowOf(const Certificate &certificate, const Step &step)
@@ -82,8 +82,7 @@ Issuer issuerOf(const Plan &plan, const Chain &upper, const Certificate &planned
         faults << sentence(key.error());
         return Issuer::Unknown;
     }
-    const PublicPoint &above =
-        upper.empty() ? planned.subjectKey : upper.back().subjectKey;
+    const PublicPoint &above = upper.empty() ? planned.subjectKey : upper.back().subjectKey;
     if (above == PublicPoint{} || (upper.empty() && planned.role != Role::Root)) {
         return Issuer::Unknown;
     }

@@ -46,6 +46,7 @@ QString lifecycleLine(const QString &lifecycle)
 /// A number of up to 128 bits, decimal up to 64 of them, lowest byte first.
 bool parseWide(QString text, Identifier &out)
 {
+    text = text.trimmed();
     out.fill(0);
     if (!text.startsWith(QLatin1String("0x"), Qt::CaseInsensitive)) {
         bool ok = false;
@@ -104,10 +105,11 @@ bool parseRole(const QString &text, Role &role)
     return role >= Role::Root && role <= Role::Leaf;
 }
 
+/// A path has all that stands behind the one blank: file names may end in blanks, too.
 bool takeText(const QString &text, QString &field)
 {
-    field = text;
-    return !text.isEmpty();
+    field = text.startsWith(' ') ? text.mid(1) : text;
+    return !field.isEmpty();
 }
 
 using Taker = std::function<bool(const QString &)>;
@@ -128,7 +130,8 @@ QMap<QString, Taker> takers(Request &request)
         {"soc_id", [&](const QString &text) { return parseWide(text, fields.socId); }},
         {"permissions_mask",
          [&](QString text) {
-             return !text.endsWith('_') && parseWide(text.remove('_'), fields.permissions);
+             return !text.trimmed().endsWith('_') &&
+                    parseWide(text.remove('_'), fields.permissions);
          }},
     };
 }
@@ -150,6 +153,19 @@ QString maskText(const std::vector<bool> &buttons)
         out.prepend(QLatin1Char(kDigits[value]));
     }
     return out;
+}
+
+std::vector<bool> maskBits(const QString &mask)
+{
+    Mask bits{};
+    if (mask.endsWith('_') || !parseWide(QStringLiteral("0x") + QString(mask).remove('_'), bits)) {
+        return {};
+    }
+    std::vector<bool> buttons(kMaskBits);
+    for (std::size_t bit = 0; bit < kMaskBits; ++bit) {
+        buttons[bit] = (bits[bit / 8] >> (bit % 8) & 1) != 0;
+    }
+    return buttons;
 }
 
 files::Result<QByteArray> describe(const DescriptionValues &values)
@@ -187,6 +203,12 @@ QString identifierText(const QString &typed)
     const QString text = numberText(typed);
     return text.startsWith(QLatin1String("0x"), Qt::CaseInsensitive) ? text
                                                                      : QStringLiteral("0x") + text;
+}
+
+int lifecycleNumber(const QString &text)
+{
+    std::uint16_t number = 0;
+    return parseInto(text, number) ? number : -1;
 }
 
 QString numberFault(const QString &text, unsigned bits)
@@ -244,9 +266,9 @@ files::Result<Request> parseDescription(const QByteArray &text)
         if (taker == missing.end()) {
             return refuse((known.contains(key) ? "a second \"" : "unknown key \"") + key + '"');
         }
-        const QString value = line.section(':', 1).trimmed();
+        const QString value = line.section(':', 1);
         if (!(*taker)(value)) {
-            return refuse('"' + key + "\" can't be \"" + value + '"');
+            return refuse('"' + key + "\" can't be \"" + value.trimmed() + '"');
         }
         missing.erase(taker);
     }

@@ -27,6 +27,9 @@ struct DescriptionValues {
 /// eight digits are one group, groups are joined by "_".
 QString maskText(const std::vector<bool> &buttons);
 
+/// The buttons that `maskText` gives such a text for; empty for any other text.
+std::vector<bool> maskBits(const QString &mask);
+
 /// The text of the description: one "key: value" line for each field, UTF-8, in fixed order.
 /// @return Refused when a value holds a line end, which would begin a line of its own
 files::Result<QByteArray> describe(const DescriptionValues &values);
@@ -35,6 +38,9 @@ files::Result<QByteArray> describe(const DescriptionValues &values);
 /// hexadecimal number with or without "0x" in front. All else is as typed.
 QString numberText(const QString &typed);
 QString identifierText(const QString &typed);
+
+/// The number of a lifecycle without a word; -1 for a word, and for what is no number of 16 bits.
+int lifecycleNumber(const QString &text);
 
 /// What is wrong with a number of so many bits, as a sentence; empty when nothing is.
 QString numberFault(const QString &text, unsigned bits);

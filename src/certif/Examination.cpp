@@ -3,8 +3,6 @@
 #include "crypto/primitives/Digests.h"
 #include "crypto/primitives/EcKey.h"
 
-#include <algorithm>
-
 namespace certif
 {
 
@@ -190,19 +188,6 @@ Step examineNext(const Chain &above, const Certificate &next, Issuer issuer)
         judgePlace(next, end.certificate, step);
     }
     return step;
-}
-
-const char *upperRefusal(const Chain &upper)
-{
-    const auto holds = [&upper](Role role) {
-        return std::ranges::any_of(upper, [role](const Certificate &c) { return c.role == role; });
-    };
-    if (holds(Role::Leaf)) {
-        return "\nYou can't chain a LEAF certificate\n Try another one \n";
-    }
-    return holds(Role::Root)
-               ? nullptr
-               : "\nYou can't chain a certificate without any root\n Try another one \n";
 }
 
 }  // namespace certif

@@ -31,8 +31,4 @@ std::vector<Step> examine(const Chain &chain);
 /// @param issuer  whether the key that will sign is the one above
 Step examineNext(const Chain &above, const Certificate &next, Issuer issuer);
 
-/// Why nothing can be chained below certificates, in the words for the user, or null. A leaf is the
-/// end of a chain, and without a root there is no beginning.
-const char *upperRefusal(const Chain &upper);
-
 }  // namespace certif

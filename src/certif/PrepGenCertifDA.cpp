@@ -3,7 +3,6 @@
 #include "certif/Chain.h"
 #include "certif/Description.h"
 #include "certif/OutputFiles.h"
-#include "files/base/FileReader.h"
 #include "files/base/SafeWriter.h"
 #include "report/DisplayMng.h"
 
@@ -21,26 +20,10 @@ constexpr int kError = 5;
 constexpr int kDone = 1;
 constexpr int kShownCharacters = 2000;  // of a tool's words in a message
 
-template <typename... Values>
-bool refuse(const wchar_t *format, const Values &...values)
-{
-    DisplayMng::getInstance().logMessage(kError, format, values.toStdWString().c_str()...);
-    return false;
-}
-
 /// A tool's words, short enough for a message.
 QString wordsOf(const process::ToolOutcome &outcome)
 {
     return QString::fromUtf8(outcome.output).left(kShownCharacters);
-}
-
-/// An output that is an input would be lost, and what is made from it wrong.
-bool keepsInputs(const QString &clash)
-{
-    return clash.isEmpty() ||
-           refuse(L"The file %ls can't be written: it is an input of this certificate. Please "
-                  L"choose another certificate path.",
-                  clash);
 }
 
 /// Whether the tool came to an end of its own, well or not.
@@ -52,14 +35,7 @@ bool hasEnded(const process::ToolOutcome &outcome)
 /// A text file's bytes; empty when there is nothing to read.
 QByteArray contentOf(const QString &path)
 {
-    QFile file;
-    if (!files::openForReading(file, path)) {
-        return {};
-    }
-    const auto bytes = files::readAll(file, certif::kMostChainBytes);
-    return bytes ? QByteArray(reinterpret_cast<const char *>(bytes->span().data()),
-                              static_cast<int>(bytes->size()))
-                 : QByteArray();
+    return certif::readText(path).value_or(QByteArray());
 }
 
 std::span<const std::uint8_t> spanOf(const QByteArray &bytes)
@@ -69,6 +45,31 @@ std::span<const std::uint8_t> spanOf(const QByteArray &bytes)
 }
 
 }  // namespace
+
+template <typename... Values>
+bool PrepGenCertifDA::refuse(const wchar_t *format, const Values &...values) const
+{
+    say(kError, format, values...);
+    return false;
+}
+
+template <typename... Values>
+void PrepGenCertifDA::say(int level, const wchar_t *format, const Values &...values) const
+{
+    if (beforeMessage) {
+        beforeMessage();
+    }
+    DisplayMng::getInstance().logMessage(level, format, values.toStdWString().c_str()...);
+}
+
+// An output that is an input would be lost, and what is made from it wrong.
+bool PrepGenCertifDA::keepsInputs(const QString &clash) const
+{
+    return clash.isEmpty() ||
+           refuse(L"The file %ls can't be written: it is an input of this certificate. Please "
+                  L"choose another certificate path.",
+                  clash);
+}
 
 QString PrepGenCertifDA::descriptionPath()
 {
@@ -147,7 +148,7 @@ bool PrepGenCertifDA::generatecertifDA(QString &out, QString &fallbackName, QStr
     if (certif::isChained(role)) {
         return joinChain(out, role, upperCertificate);
     }
-    DisplayMng::getInstance().logMessage(kDone, L"Root certificate is successfully generated");
+    say(kDone, L"Root certificate is successfully generated");
     return true;
 }
 
@@ -214,7 +215,6 @@ bool PrepGenCertifDA::joinChain(const QString &out, const QString &role,
     if (!writer || !writer->write(spanOf(text)) || !writer->commit()) {
         return refuse(L"Failed to chain certificate\nThe %ls already Opened \n", chainPath);
     }
-    DisplayMng::getInstance().logMessage(kDone, L" %ls certificate was successfully chained",
-                                         role.toStdWString().c_str());
+    say(kDone, L" %ls certificate was successfully chained", role);
     return true;
 }

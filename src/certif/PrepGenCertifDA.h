@@ -3,6 +3,8 @@
 
 #include <QString>
 
+#include <functional>
+
 /// Makes a debug-authentication certificate with the certificate tool: writes the description, has
 /// it signed and turned into Base64, and joins it to the certificate above. Reports to
 /// `DisplayMng`. GUI thread only; `watch` lets the window repaint and cancel meanwhile.
@@ -10,7 +12,8 @@ class PrepGenCertifDA
 {
 public:
     process::ToolWatch watch;
-    QString tool = toolPath();  ///< the certificate tool
+    QString tool = toolPath();            ///< the certificate tool
+    std::function<void()> beforeMessage;  ///< each request ends with one message
 
     /// Description, then certificate.
     /// @param out              output path without an extension
@@ -42,6 +45,11 @@ public:
     static QString toolPath();
 
 private:
+    template <typename... Values>
+    bool refuse(const wchar_t *format, const Values &...values) const;
+    template <typename... Values>
+    void say(int level, const wchar_t *format, const Values &...values) const;
+    [[nodiscard]] bool keepsInputs(const QString &clash) const;
     process::ToolOutcome run(const QStringList &arguments);
     bool sign(const QString &description);
     bool toBase64(const QString &out);

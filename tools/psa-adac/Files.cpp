@@ -1,7 +1,5 @@
 #include "Files.h"
 
-#include "files/base/FileReader.h"
-
 namespace adac
 {
 
@@ -17,16 +15,11 @@ tl::unexpected<files::Error> withPath(const std::string &path, const files::Erro
 
 files::Result<QByteArray> readFile(const std::string &path)
 {
-    QFile file;
-    if (auto opened = files::openForReading(file, QFile::decodeName(path.c_str())); !opened) {
-        return withPath(path, opened.error());
+    auto content = certif::readText(QFile::decodeName(path.c_str()));
+    if (!content) {
+        return withPath(path, content.error());
     }
-    const auto bytes = files::readAll(file, certif::kMostChainBytes);
-    if (!bytes) {
-        return withPath(path, bytes.error());
-    }
-    return QByteArray(reinterpret_cast<const char *>(bytes->span().data()),
-                      static_cast<int>(bytes->size()));
+    return content;
 }
 
 files::Result<certif::Chain> readChainFile(const std::string &path)

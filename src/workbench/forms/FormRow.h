@@ -20,6 +20,7 @@ enum class RowKind {
     Number,  ///< spin box
     Check,   ///< check box
     Table,   ///< read-only table under given headings
+    Block,   ///< a widget of the tab's own, below its label and as wide as the form
     Note,    ///< no input: a sentence of the tab's, such as what else goes into its request
 };
 
@@ -58,6 +59,7 @@ struct FormRow {
     /// What is wrong with a text that isn't empty, as a sentence; an empty one for nothing. The row
     /// shows a sign with the sentence, and nothing is refused for it.
     std::function<QString(const QString &text)> check;
+    std::function<QWidget *(QWidget *parent)> make;  ///< of a block; names itself
 };
 
 /// An input that a request waits for.

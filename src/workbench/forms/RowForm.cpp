@@ -147,6 +147,11 @@ void RowForm::place(Line &line, bool isFirstOfPair)
         return;
     }
     line.gridLine = m_grid->rowCount();
+    if (line.spec.kind == RowKind::Block) {
+        m_grid->addWidget(line.label, line.gridLine, 0, 1, kColumns);
+        m_grid->addWidget(line.input, line.gridLine + 1, 0, 1, kColumns);
+        return;
+    }
     m_grid->addWidget(line.label, line.gridLine, 0, labelAlignment);
     m_grid->addWidget(line.input, line.gridLine, 1, 1, isFirstOfPair ? 1 : kColumns - 1,
                       inputAlignment);
@@ -228,7 +233,7 @@ void RowForm::alignColumns()
     }
     int labelWidth = 0;
     for (const Line &line : m_lines) {
-        if (!line.spec.besideThePrevious) {
+        if (!line.spec.besideThePrevious && line.spec.kind != RowKind::Block) {
             labelWidth = qMax(labelWidth, line.label->sizeHint().width());
         }
     }
@@ -314,7 +319,8 @@ void RowForm::showMissing(const QList<MissingInput> &missing)
     for (const MissingInput &each : missing) {
         if (const Line *line = find(each.row)) {
             const QString noun =
-                line->spec.noun.isEmpty() ? withoutMnemonic(line->spec.label) : line->spec.noun;
+                line->spec.noun.isEmpty() ? withoutMnemonic(line->spec.label).trimmed()
+                                          : line->spec.noun;
             links << QStringLiteral("<a href=\"%1\">%2</a>")
                          .arg(each.row.toHtmlEscaped(), noun.toHtmlEscaped());
         }
@@ -387,6 +393,30 @@ QString RowForm::text(const QString &name) const
     }
     const QComboBox *box = choice(name);
     return box == nullptr ? QString() : box->currentText();
+}
+
+void RowForm::setLabel(const QString &name, const QString &label)
+{
+    Line *line = find(name);
+    if (line == nullptr) {
+        return;
+    }
+    line->spec.label = label;
+    line->label->setText(label);
+    const QString plain = withoutMnemonic(label).trimmed();
+    if (auto *field = qobject_cast<FileField *>(line->input)) {
+        field->setSpokenLabel(plain);
+    } else {
+        line->input->setAccessibleName(plain);
+    }
+    updateGenerate();
+}
+
+void RowForm::setDefaultName(const QString &name, const QString &fileName)
+{
+    if (Line *line = find(name)) {
+        line->spec.defaultName = fileName;
+    }
 }
 
 void RowForm::setText(const QString &name, const QString &text)

@@ -66,6 +66,10 @@ public:
 
     /// Text of a text or file row, entry of a choice; empty for all others.
     [[nodiscard]] QString text(const QString &name) const;
+    /// Another label for a row, and for what is said of its input and buttons.
+    void setLabel(const QString &name, const QString &label);
+    /// What "folder" proposes for a file row from now on.
+    void setDefaultName(const QString &name, const QString &fileName);
     /// Of a text or file row, or of a note, which is hidden while empty.
     void setText(const QString &name, const QString &text);
 

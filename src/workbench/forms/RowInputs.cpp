@@ -34,6 +34,8 @@ QWidget *RowForm::makeInput(Line &line)
         return makeNumber(row);
     case RowKind::Table:
         return makeTable(row);
+    case RowKind::Block:
+        return row.make(m_page);
     case RowKind::Note:
         return makeNote(row);
     case RowKind::Check:

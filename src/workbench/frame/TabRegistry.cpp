@@ -1,6 +1,7 @@
 #include "workbench/frame/TabRegistry.h"
 
 #include "workbench/forms/PlaceholderTab.h"
+#include "workbench/tabs/da/DaTabs.h"
 #include "workbench/tabs/ob/ObTabs.h"
 #include "workbench/tabs/obk/ObkTabs.h"
 #include "workbench/tabs/sfi/SfiTabs.h"
@@ -36,11 +37,7 @@ constexpr TabEntry kTabs[] = {
      Built::WithTheForm,
      nullptr,
      "This tab makes licence files for devices; its form isn't part of this version."},
-    {{"da", "DA CertifGen"},
-     Built::WithTheForm,
-     nullptr,
-     "This tab makes and chains certificates for debug authentication; its form isn't part of "
-     "this version."},
+    {{"da", "DA CertifGen"}, Built::WithTheForm, makeDaTab, nullptr},
     {{"obk", "OBkey"}, Built::LaterOnce, makeObkTab, nullptr},
     {{"img", "Image Gen"},
      Built::ManyTimes,

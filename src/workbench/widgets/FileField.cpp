@@ -34,7 +34,7 @@ FileField::FileField(const QString &name, const QString &label, const QList<Fiel
     const QString plain = withoutMnemonic(label);
     m_label->setObjectName(name + QStringLiteral("_label"));
     m_label->setBuddy(m_edit);
-    nameWidget(m_edit, name + QStringLiteral("_edit"), plain);
+    m_edit->setObjectName(name + QStringLiteral("_edit"));
     setFocusProxy(m_edit);
 
     auto *layout = new QHBoxLayout(this);
@@ -42,10 +42,22 @@ FileField::FileField(const QString &name, const QString &label, const QList<Fiel
     layout->addWidget(m_edit, 1);
     for (const FieldButton &wanted : buttons) {
         auto *button = new QPushButton(wanted.caption, this);
-        nameWidget(button, name + '_' + wanted.role, plain + ' ' + button->text());
+        button->setObjectName(name + '_' + wanted.role);
         layout->addWidget(button);
     }
+    setSpokenLabel(plain);
     connect(m_edit, &QLineEdit::textChanged, this, &FileField::pathChanged);
+}
+
+void FileField::setSpokenLabel(const QString &plain)
+{
+    const QString said = plain.trimmed();
+    m_edit->setAccessibleName(said);
+    const QList<QPushButton *> buttons =
+        findChildren<QPushButton *>(QString(), Qt::FindDirectChildrenOnly);
+    for (QPushButton *button : buttons) {
+        button->setAccessibleName(said + ' ' + button->text());
+    }
 }
 
 QPushButton *FileField::button(const QString &role) const

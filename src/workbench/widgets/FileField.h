@@ -34,6 +34,9 @@ public:
     [[nodiscard]] QLabel *label() const { return m_label; }
     [[nodiscard]] PathEdit *edit() const { return m_edit; }
 
+    /// What is said of the edit and, with their captions, of the buttons.
+    void setSpokenLabel(const QString &plain);
+
     /// The button of a role given to the constructor, or null.
     [[nodiscard]] QPushButton *button(const QString &role) const;
 

@@ -72,6 +72,9 @@ void ToolProgress::turn()
 
 bool ToolProgress::eventFilter(QObject *watched, QEvent *event)
 {
+    if (event->type() == QEvent::Shortcut && !watched->isWidgetType()) {
+        return true;  // of an action in a menu, whose window gets no event of its own
+    }
     if (!watched->isWidgetType() || !isInput(event->type())) {
         return false;
     }
