@@ -54,9 +54,9 @@ std::vector<std::vector<std::uint8_t>> fuzzSeeds()
 {
     const auto chain = encodeChain(chainOfThree());
     const auto single = encode(chainOfThree()[0]);
-    const QByteArray text = QByteArray(reinterpret_cast<const char *>(chain.data()),
-                                       static_cast<int>(chain.size()))
-                                .toBase64();
+    const QByteArray text =
+        QByteArray(reinterpret_cast<const char *>(chain.data()), static_cast<int>(chain.size()))
+            .toBase64();
     constexpr std::string_view kDescription =
         "name: a\nissuer-key: k\nsubject-key: k\nrole: 1\nusage: 1\nlifecycle: 0x30\n"
         "oem_constraint: 0\nsoc_class: 0x5\nsoc_id: 0x1\npermissions_mask: 0x0000_0001\n";

@@ -1,5 +1,6 @@
 #include "certif/ChainView.h"
 
+#include "certif/FaultText.h"
 #include "certif/Keys.h"
 #include "certif/Words.h"
 
@@ -64,7 +65,7 @@ Chain upperOf(const Plan &plan, QStringList &faults)
     }
     auto upper = readChainFile(plan.upperCertificate);
     if (!upper) {
-        faults << plan.upperCertificate + QStringLiteral(": ") + sentence(upper.error());
+        faults << QString::fromStdString(faultText(plan.upperCertificate, upper.error()));
         return {};
     }
     return std::move(*upper);

@@ -1,5 +1,6 @@
 #include "certif/Keys.h"
 
+#include "certif/FaultText.h"
 #include "files/base/KeyFile.h"
 
 namespace certif
@@ -14,7 +15,7 @@ using files::Result;
 Result<crypto::EcKey> onP256(Result<crypto::EcKey> key, const QString &path)
 {
     if (!key) {
-        return fail(key.error().code, path.toStdString() + ": " + key.error().text);
+        return fail(key.error().code, faultText(path, key.error()));
     }
     if (key->curve() != crypto::Curve::P256) {
         return fail(files::ErrorCode::BadValue,
@@ -28,7 +29,7 @@ Result<files::SecretBytes> readPem(const QString &path)
 {
     auto pem = files::readKeyFile(path, 0);
     if (!pem) {
-        return fail(pem.error().code, path.toStdString() + ": " + pem.error().text);
+        return fail(pem.error().code, faultText(path, pem.error()));
     }
     return pem;
 }

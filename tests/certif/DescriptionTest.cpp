@@ -9,8 +9,8 @@ namespace
 
 DescriptionValues values()
 {
-    return {"/out/dev", "/keys/root.pem", "/keys/sub é ", "INTERMEDIATE", "RMA", "SECURED", "0",
-            "0x123",    "0x0f",           "0000_0001"};
+    return {"/out/dev", "/keys/root.pem", "/keys/sub é ", "INTERMEDIATE", "RMA", "SECURED",
+            "0",        "0x123",          "0x0f",         "0000_0001"};
 }
 
 QByteArray lines()

@@ -51,10 +51,12 @@ protected:
             folder.file(name, pem);
         }
         QFile::remove(toolPath());
+        QFile::remove(toolPath() + ".seen");
         QDir().mkpath(QFileInfo(toolPath()).path());
         QFile::copy(QStringLiteral(PSA_ADAC), toolPath());
     }
 
+    QString dir() const { return folder.path("x").chopped(1); }
     static QString toolPath() { return PrepGenCertifDA::toolPath(); }
     template <typename Widget>
     Widget *find(const QString &name)
@@ -106,7 +108,7 @@ protected:
         }
         click("da_generate_ok");
         EXPECT_EQ(form.findChild<QMessageBox *>("progress_box"), nullptr);
-        return answers.texts().replaceInStrings(folder.path(""), "");
+        return answers.texts().replaceInStrings(dir(), "");
     }
     QStringList openUpper(const QString &path, int boxes = 0)
     {
@@ -207,20 +209,19 @@ TEST_F(DaTab, RefusesInTheOrderOfTheFields)
     type("da_subject_edit", folder.path("root.pem"));
     EXPECT_EQ(refusal(), "Error|Error: A Certificate path should be entered!");
     type("da_output_edit", folder.path("none/root"));
-    EXPECT_EQ(refusal().remove(folder.path("")),
+    EXPECT_EQ(refusal().remove(dir()),
               "Error|Error: Failed to Generate certificate\nThe none/root.cert already Opened \n");
     EXPECT_FALSE(QFileInfo::exists(folder.path("home/Vendrelis")));
     type("da_output_edit", folder.path("root"));
     type("da_class_edit", "six");
     EXPECT_TRUE(refusal().startsWith("Error|Error: Fail sign! Invalid input parameter\nerror: "));
-    EXPECT_EQ(QDir(folder.path("")).entryList({"root*"}), QStringList("root.pem"));
+    EXPECT_EQ(QDir(dir()).entryList({"root*"}), QStringList("root.pem"));
     // Signed and encoded, and only then is the upper certificate missed.
     type("da_class_edit", "6");
     choose("da_role_combo", "LEAF");
     EXPECT_TRUE(find<QPushButton>("da_generate_ok")->isEnabled());
     EXPECT_EQ(refusal(), "Error|Error: Root certificate is empty !");
-    EXPECT_EQ(QDir(folder.path("")).entryList({"root*"}),
-              (QStringList{"root.b64", "root.cert", "root.pem"}));
+    EXPECT_EQ(QDir(dir()).entryList({"root*"}), (QStringList{"root.b64", "root.cert", "root.pem"}));
     EXPECT_EQ(cell("da_certificate_table", 0, Role), "(none)") << "a failure shows nothing";
 }
 
@@ -234,7 +235,7 @@ TEST_F(DaTab, TakesNoUpperCertificateThatEndsOrBeginsNoChain)
     EXPECT_EQ(openUpper(folder.file("m.b64", text({middle}).toStdString()), 1),
               QStringList("Error|Error: \nYou can't chain a certificate without any root\n Try "
                           "another one \n"));
-    EXPECT_EQ(openUpper(folder.file("e.b64", "\n"), 1).join("").remove(folder.path("")),
+    EXPECT_EQ(openUpper(folder.file("e.b64", "\n"), 1).join("").remove(dir()),
               "Error|Error: e.b64 is empty !");
     EXPECT_EQ(openUpper(QString()), QStringList());
     EXPECT_EQ(find<QLineEdit>("da_upper_edit")->text(), "");
@@ -317,7 +318,7 @@ TEST_F(DaTab, ShowsFilesThatAreThere)
             answers.expect(QMessageBox::Ok);
         }
         click("da_parse_browse");
-        return answers.texts().mid(1).join("").remove(folder.path(""));
+        return answers.texts().mid(1).join("").remove(dir());
     };
     const auto bytes = certif::encode(leaf());
     EXPECT_EQ(browse(folder.file("leaf.cert", bytes), 0), "");
@@ -329,8 +330,7 @@ TEST_F(DaTab, ShowsFilesThatAreThere)
     DialogAnswers answers({QMessageBox::Ok});
     type("da_parse_edit", folder.path("gone.b64"));
     QTest::keyClick(find<QLineEdit>("da_parse_edit"), Qt::Key_Return);
-    EXPECT_EQ(answers.texts().join("").remove(folder.path("")),
-              "Error|Error: File does not exist: gone.b64");
+    EXPECT_EQ(answers.texts().join("").remove(dir()), "Error|Error: File does not exist: gone.b64");
 }
 
 /// A tool that does as it is told stands in the real one's place.

@@ -1,5 +1,7 @@
 #include "Files.h"
 
+#include "certif/FaultText.h"
+
 namespace adac
 {
 
@@ -8,7 +10,7 @@ namespace
 
 tl::unexpected<files::Error> withPath(const std::string &path, const files::Error &error)
 {
-    return files::fail(error.code, path + ": " + error.text);
+    return files::fail(error.code, certif::faultText(QFile::decodeName(path.c_str()), error));
 }
 
 }  // namespace

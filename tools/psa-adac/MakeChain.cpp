@@ -1,6 +1,7 @@
 #include "Commands.h"
 #include "Files.h"
 #include "certif/Examination.h"
+#include "certif/FaultText.h"
 #include "files/base/SafeWriter.h"
 
 namespace adac
@@ -34,9 +35,9 @@ files::Result<void> chain(const std::string &out, const Paths &certificates)
         QByteArray(reinterpret_cast<const char *>(bytes.data()), static_cast<int>(bytes.size()))
             .toBase64() +
         '\n';
-    if (const auto written = files::writeWhole(QFile::decodeName(out.c_str()), spanOf(text));
-        !written) {
-        return fail(written.error().code, out + ": " + written.error().text);
+    const QString path = QFile::decodeName(out.c_str());
+    if (const auto written = files::writeWhole(path, spanOf(text)); !written) {
+        return fail(files::ErrorCode::WriteFailed, certif::faultText(path, written.error()));
     }
     return {};
 }

@@ -1,6 +1,7 @@
 #include "Commands.h"
 #include "Files.h"
 #include "certif/Description.h"
+#include "certif/FaultText.h"
 #include "certif/Keys.h"
 #include "crypto/primitives/DeterministicSigner.h"
 #include "crypto/primitives/Digests.h"
@@ -47,7 +48,7 @@ Result<std::string> sign(const std::string &description)
     certificate.signature = *signature;
     const QString path = request->name + QStringLiteral(".cert");
     if (const auto written = files::writeWhole(path, certif::encode(certificate)); !written) {
-        return fail(written.error().code, path.toStdString() + ": " + written.error().text);
+        return fail(files::ErrorCode::WriteFailed, certif::faultText(path, written.error()));
     }
     return path.toStdString();
 }

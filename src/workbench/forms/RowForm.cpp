@@ -318,9 +318,9 @@ void RowForm::showMissing(const QList<MissingInput> &missing)
     QStringList links;
     for (const MissingInput &each : missing) {
         if (const Line *line = find(each.row)) {
-            const QString noun =
-                line->spec.noun.isEmpty() ? withoutMnemonic(line->spec.label).trimmed()
-                                          : line->spec.noun;
+            const QString noun = line->spec.noun.isEmpty()
+                                     ? withoutMnemonic(line->spec.label).trimmed()
+                                     : line->spec.noun;
             links << QStringLiteral("<a href=\"%1\">%2</a>")
                          .arg(each.row.toHtmlEscaped(), noun.toHtmlEscaped());
         }

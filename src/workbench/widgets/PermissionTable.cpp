@@ -21,7 +21,6 @@ constexpr int kPerRow = 16;
 constexpr int kGroup = 4;
 constexpr int kWord = 32;
 constexpr int kColumns = kPerRow + kPerRow / kGroup;
-constexpr int kNoteLines = 2;
 constexpr int kMostNamed = 8;  // of the bits that are set, by name
 
 // Framed, unlike the buttons of a tool bar: a bit that isn't set must look like a button, too.
@@ -30,13 +29,15 @@ const char *const kStyle =
     "QToolButton:focus { border: 2px solid #2C8ABF; padding: 0px; }"
     "QToolButton:checked { background: rgba(60, 167, 219, 70); }"
     "QToolButton:disabled { border-color: rgba(127, 140, 153, 110); }"
-    "QToolButton[notable=\"true\"] { font-weight: bold; border-color: #2C8ABF; }";
+    "QToolButton[notable=\"true\"] { font-weight: bold; border-color: #2C8ABF; }"
+    // Rows without room for the mark are told by dark and light.
+    "QToolButton[flat=\"true\"]:checked { background: palette(text); color: palette(base); }";
 
 }  // namespace
 
 PermissionTable::PermissionTable(const QString &name, const std::vector<PermissionBit> &bits,
                                  QWidget *parent, Layout layout)
-    : QWidget(parent), m_name(name), m_buttons(bits.size()), m_bits(bits)
+    : QWidget(parent), m_layout(layout), m_name(name), m_buttons(bits.size()), m_bits(bits)
 {
     setStyleSheet(QLatin1String(kStyle));
     auto *const grid = new QGridLayout(this);
@@ -48,8 +49,8 @@ PermissionTable::PermissionTable(const QString &name, const std::vector<Permissi
         const int fromTop = count() - 1 - bit;
         const int line = fromTop / kPerRow + heads * (fromTop / kWord);  // a gap behind each word
         const int place = fromTop % kPerRow;
-        if (heads > 0 && bit % kWord == kWord - 1) {
-            addGroupHead(grid, bit, line);
+        if (heads > 0 && bit % kWord == kWord - kPerRow - 1) {
+            addGroupHead(grid, bit + kPerRow, line - 1);  // its buttons are level with this row
         }
         grid->addWidget(makeButton(bit, bits[static_cast<std::size_t>(bit)]), line,
                         heads + place + place / kGroup);
@@ -66,9 +67,8 @@ PermissionTable::PermissionTable(const QString &name, const std::vector<Permissi
         m_note = new QLabel(this);
         m_note->setObjectName(m_name + QStringLiteral("_note"));
         m_note->setTextFormat(Qt::PlainText);
-        m_note->setWordWrap(true);
-        m_note->setAlignment(Qt::AlignLeft | Qt::AlignTop);
-        m_note->setMinimumHeight(kNoteLines * m_note->fontMetrics().lineSpacing());
+        m_note->setSizePolicy(QSizePolicy::Ignored,
+                              QSizePolicy::Fixed);  // it is cut, not the table
         grid->addWidget(m_note, grid->rowCount(), 0, 1, -1);
         connect(this, &PermissionTable::changed, this, [this] { describe(-1); });
         describe(-1);
@@ -90,7 +90,10 @@ QToolButton *PermissionTable::makeButton(int bit, const PermissionBit &named)
     button->setCheckable(true);
     button->setEnabled(named.isUsable);
     button->setFocusPolicy(Qt::ClickFocus);
-    button->setFixedSize(30, qMax(34, 2 * button->fontMetrics().lineSpacing() + 2));
+    button->setProperty("flat", m_layout == Layout::Words);
+    const int line = button->fontMetrics().lineSpacing();
+    button->setFixedSize(30,
+                         m_layout == Layout::Words ? qMax(26, line + 6) : qMax(38, 2 * line + 4));
     button->installEventFilter(this);
     name(bit, named);
     mark(bit, false);
@@ -108,7 +111,7 @@ void PermissionTable::addGroupHead(QGridLayout *grid, int highest, int line)
     auto *const head = new QWidget(this);
     auto *const layout = new QVBoxLayout(head);
     layout->setContentsMargins(0, 0, 10, 0);
-    layout->setSpacing(4);
+    layout->setSpacing(1);
     layout->addWidget(new QLabel(range, head));
     auto *const row = new QHBoxLayout;
     layout->addLayout(row);
@@ -140,6 +143,10 @@ void PermissionTable::setGroup(int lowest, int highest, bool isSet)
 
 void PermissionTable::mark(int bit, bool isSet)
 {
+    if (m_layout == Layout::Words) {
+        m_buttons[static_cast<std::size_t>(bit)]->setText(QString::number(bit));
+        return;
+    }
     const QString sign = isSet ? QString(QChar(0x2713)) : QStringLiteral(" ");
     m_buttons[static_cast<std::size_t>(bit)]->setText(sign + QLatin1Char('\n') +
                                                       QString::number(bit));
@@ -251,11 +258,17 @@ void PermissionTable::describe(int bit)
     if (m_note == nullptr) {
         return;
     }
+    QString text = summary();
     if (bit >= 0) {
         const PermissionBit &told = m_bits[static_cast<std::size_t>(bit)];
-        m_note->setText(told.toolTip.isEmpty() ? told.name : told.name + ": " + told.toolTip);
-        return;
+        text = told.toolTip.isEmpty() ? told.name : told.name + ": " + told.toolTip;
     }
+    m_note->setText(text);
+    m_note->setToolTip(plainToolTip(text));
+}
+
+QString PermissionTable::summary() const
+{
     QStringList names;
     int set = 0;
     for (int each = 0; each < count(); ++each) {
@@ -266,11 +279,10 @@ void PermissionTable::describe(int bit)
             names << m_bits[static_cast<std::size_t>(each)].name;
         }
     }
-    m_note->setText(
-        set == 0 ? tr("No right is granted.")
-        : set <= kMostNamed
-            ? names.join(QStringLiteral("; "))
-            : tr("%1; and %2 more").arg(names.join(QStringLiteral("; "))).arg(set - kMostNamed));
+    const QString list = names.join(QStringLiteral("; "));
+    return set == 0            ? tr("No right is granted.")
+           : set <= kMostNamed ? list
+                               : tr("%1; and %2 more").arg(list).arg(set - kMostNamed);
 }
 
 bool PermissionTable::eventFilter(QObject *watched, QEvent *event)

@@ -21,8 +21,8 @@ struct PermissionBit {
 };
 
 /// A mask as rows of small buttons, 16 a row, the highest bit first, in groups of four. A set bit
-/// shows a check mark above its number, so that it is told without colours. Tab goes to one of the
-/// buttons, the arrow keys walk over all.
+/// shows a check mark above its number or stands light on dark, so that it is told without colours.
+/// Tab goes to one of the buttons, the arrow keys walk over all.
 class PermissionTable : public QWidget
 {
     Q_OBJECT
@@ -73,6 +73,9 @@ private:
     bool walk(int bit, int key);
     void describe(int bit);  ///< -1: what is set
 
+    [[nodiscard]] QString summary() const;
+
+    Layout m_layout;
     QString m_name;
     std::vector<QToolButton *> m_buttons;
     std::vector<PermissionBit> m_bits;

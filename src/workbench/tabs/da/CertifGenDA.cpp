@@ -13,6 +13,7 @@
 #include <QCoreApplication>
 #include <QFileInfo>
 #include <QScopedValueRollback>
+#include <QSplitter>
 
 #include <algorithm>
 
@@ -25,6 +26,8 @@ namespace
 {
 
 constexpr int kPauseMs = 250;
+constexpr int kFormWidth = 690;
+constexpr int kPanesWidth = 680;
 constexpr int kQuietWarning = 10;  // in the trace only
 
 void reportError(const files::Error &error)
@@ -83,6 +86,8 @@ void CertifGenDA::InitDACertifGenTab()
     m_panes = new InfoTabs(QStringLiteral("da_info_tabs"), m_chain, chainTitle, m_certificate,
                            tr("Certificate information"), page());
     workbench::layFormPage(page(), form(), m_panes);
+    // The table of the chain is the widest of all panes.
+    page()->findChild<QSplitter *>()->setSizes({kFormWidth, kPanesWidth});
     form()->setMissing([this] { return missing(); });
 }
 

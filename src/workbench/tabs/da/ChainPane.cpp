@@ -8,6 +8,7 @@
 #include <QLabel>
 #include <QListWidget>
 #include <QScrollBar>
+#include <QStyle>
 #include <QTableWidget>
 #include <QVBoxLayout>
 
@@ -22,13 +23,27 @@ namespace
 enum Column { Place, Usage, Lifecycle, Class, Key, Issuer, Rights, ColumnCount };
 
 constexpr int kMostRightNames = 12;
-constexpr int kKeyDigits = 10;   // that are always seen
-constexpr int kLeastRows = 3;    // of a table, so that it looks like one
-constexpr int kMostRows = 8;     // before it scrolls
+constexpr int kKeyDigits = 8;   // that are always seen
+constexpr int kLongWords = 12;  // that go into two lines
+constexpr int kLeastRows = 3;   // of a table, so that it looks like one
+constexpr int kMostRows = 8;    // before it scrolls
 
 QString text(const std::string &bytes)
 {
     return QString::fromStdString(bytes);
+}
+
+/// Long words of a narrow column, broken at the blank that is nearest to the middle.
+QString inTwoLines(QString words)
+{
+    const int middle = words.size() / 2;
+    const int before = words.lastIndexOf(' ', middle);
+    const int behind = words.indexOf(' ', middle);
+    const int at = behind >= 0 && behind - middle < middle - before ? behind : before;
+    if (words.size() > kLongWords && at >= 0) {
+        words[at] = '\n';
+    }
+    return words;
 }
 
 QString issuerWord(const certif::ChainRow &row)
@@ -111,13 +126,17 @@ ChainPane::ChainPane(const QString &name, const QString &title, const QString &e
     m_table->setItemDelegateForColumn(Rights, new RightsDelegate(m_table));
     m_table->horizontalHeader()->setHighlightSections(false);
     m_table->horizontalHeader()->setSectionResizeMode(QHeaderView::ResizeToContents);
-    m_table->horizontalHeader()->setSectionResizeMode(Lifecycle, QHeaderView::Stretch);
+    m_table->horizontalHeader()->setStretchLastSection(true);
     m_table->horizontalHeader()->setSectionResizeMode(Key, QHeaderView::Interactive);
-    m_table->setColumnWidth(Key, fontMetrics().horizontalAdvance(QString(kKeyDigits + 2, '0')));
+    m_table->setColumnWidth(Key, qMax(m_table->horizontalHeader()->sectionSizeHint(Key),
+                                      fontMetrics().horizontalAdvance(QString(kKeyDigits, '0'))));
     makeCopyable(m_table);
     nameWidget(m_faults, name + QStringLiteral("_faults_list"), title + ' ' + tr("faults"));
     m_faults->setWordWrap(true);
     m_faults->setSelectionMode(QAbstractItemView::NoSelection);
+    // Sentences on the page, as the one above them.
+    m_faults->setStyleSheet(
+        QStringLiteral("QListWidget { border: none; background: transparent; }"));
     auto *const layout = new QVBoxLayout(this);
     layout->addWidget(m_table);
     layout->addWidget(m_verdict);
@@ -153,7 +172,7 @@ void ChainPane::addRow(int at, const certif::ChainRow &row, const certif::Family
     const QString cells[ColumnCount] = {
         QStringLiteral("%1 %2").arg(at + 1).arg(row.isPlanned ? tr("%1\nnew").arg(role) : role),
         text(certif::usageName(certificate.usage)),
-        text(certif::lifecycleName(certificate.lifecycle)),
+        inTwoLines(text(certif::lifecycleName(certificate.lifecycle))),
         QStringLiteral("0x") + QString::number(certificate.socClass, 16),
         row.keyIdentifier.isEmpty() ? tr("not known") : row.keyIdentifier,
         issuerWord(row),
@@ -191,7 +210,10 @@ void ChainPane::fitTable()
 void ChainPane::showFaults(const QStringList &faults)
 {
     m_faults->clear();
-    m_faults->addItems(faults);
+    const QIcon sign = style()->standardIcon(QStyle::SP_MessageBoxWarning);
+    for (const QString &fault : faults) {
+        m_faults->addItem(new QListWidgetItem(sign, fault));
+    }
     m_faults->setVisible(!faults.isEmpty());
 }
 

@@ -87,7 +87,7 @@ QList<FormRow> choiceRows(const std::vector<certif::Family> &families)
 QList<FormRow> deviceRows()
 {
     FormRow identifier = numberRow(
-        da_row::kIdentifier, "SoC &identifier",
+        da_row::kIdentifier, "SoC ide&ntifier",
         "The one device that takes the certificate: up to 32 hexadecimal digits; 0 is any",
         kIdentifierBits);
     identifier.hint = tr("0: any device; up to 32 hexadecimal digits");
@@ -122,7 +122,6 @@ QList<FormRow> fileRows()
                                tr("The key that the certificate is for.\nP-256, .pem"));
     FormRow upper = inputRow("upper", tr("Upper cer&tificate"), tr("upper certificate"), {},
                              tr("The chain that the certificate is joined to.\nRoot first, .b64"));
-    issuer.separatorAbove = true;
     FormRow output = outputRow("output", tr("&Write certificate to"), tr("certificate path"), {},
                                tr("Path without an extension: .cert, .b64 and, below the root, "
                                   "_chain.b64 are added"));

@@ -17,7 +17,7 @@ constexpr int kMargin = 4;
 
 int sideOf(const QStyleOptionViewItem &option)
 {
-    return qMax(4, option.fontMetrics.height() / 4);  // of a square, with its gap
+    return qMax(5, option.fontMetrics.height() / 3);  // of a square, with its gap
 }
 
 bool isSet(const QByteArray &mask, int bit)

@@ -4,9 +4,8 @@
 namespace workbench
 {
 
-/// Draws the bits of a mask: 8 rows of 16 little squares would be the permission table's picture;
-/// here a row is 32 bits, the highest first, so that it fits a line of a table. Granted bits are
-/// filled, rights named in vain are crossed out.
+/// Draws the bits of a mask as little squares, one row for each group of the permission table: 32
+/// bits, the highest first. Granted bits are filled, rights named in vain are crossed out.
 class RightsDelegate : public QStyledItemDelegate
 {
     Q_OBJECT
