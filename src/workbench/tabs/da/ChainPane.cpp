@@ -112,13 +112,15 @@ ChainPane::ChainPane(const QString &name, const QString &title, const QString &e
     m_verdict->setWordWrap(true);
     nameWidget(m_table, name + QStringLiteral("_table"), title);
     m_table->setHorizontalHeaderLabels({tr("Certificate"), tr("Usage"), tr("Lifecycle"),
-                                        tr("Class"), tr("Subject key"), tr("Issuer"),
+                                        tr("Class"), tr("Subject"), tr("Issuer"),
                                         tr("Rights left")});
     m_table->setEditTriggers(QAbstractItemView::NoEditTriggers);
     m_table->setSelectionBehavior(QAbstractItemView::SelectRows);
     m_table->setTabKeyNavigation(false);
     m_table->setTextElideMode(Qt::ElideRight);
     m_table->verticalHeader()->hide();
+    m_table->horizontalHeaderItem(Key)->setToolTip(
+        tr("Subject key identifier: SHA-256 of the key that the certificate is for"));
     m_table->horizontalHeaderItem(Rights)->setToolTip(
         tr("The 128 bits, the highest first.\nDark: a right that is left; red and crossed out: one "
            "that the chain above doesn't grant"));

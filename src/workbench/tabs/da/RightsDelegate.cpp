@@ -15,9 +15,19 @@ constexpr int kRows = kBits / kPerRow;
 constexpr int kByteGap = 2;  // every 8 bits
 constexpr int kMargin = 4;
 
-int sideOf(const QStyleOptionViewItem &option)
+constexpr int kGaps = (kPerRow / 8 - 1) * kByteGap + 2 * kMargin;
+
+/// Of a square, with its gap.
+int leastSide(const QStyleOptionViewItem &option)
 {
-    return qMax(5, option.fontMetrics.height() / 3);  // of a square, with its gap
+    return qMax(4, option.fontMetrics.height() / 4);
+}
+
+/// As large as the cell has room for, within reason.
+int sideFor(const QStyleOptionViewItem &option)
+{
+    const int least = leastSide(option);
+    return qBound(least, (option.rect.width() - kGaps) / kPerRow, 2 * least);
 }
 
 bool isSet(const QByteArray &mask, int bit)
@@ -43,7 +53,7 @@ void RightsDelegate::paint(QPainter *painter, const QStyleOptionViewItem &option
         option.palette.color(isSelected ? QPalette::HighlightedText : QPalette::Text);
     QColor pale = ink;
     pale.setAlphaF(0.25);
-    const int side = sideOf(option);
+    const int side = qMin(sideFor(option), (option.rect.height() - 2) / kRows);
     const int top = option.rect.center().y() - kRows * side / 2;
     painter->save();
     painter->setRenderHint(QPainter::Antialiasing, false);
@@ -64,9 +74,8 @@ void RightsDelegate::paint(QPainter *painter, const QStyleOptionViewItem &option
 
 QSize RightsDelegate::sizeHint(const QStyleOptionViewItem &option, const QModelIndex &) const
 {
-    const int side = sideOf(option);
-    return {2 * kMargin + kPerRow * side + (kPerRow / 8 - 1) * kByteGap,
-            2 * kMargin + kRows * side};
+    const int side = leastSide(option);
+    return {kGaps + kPerRow * side, 2 * kMargin + kRows * (side + 1)};
 }
 
 }  // namespace workbench
