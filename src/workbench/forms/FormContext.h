@@ -19,7 +19,8 @@ enum class SharedField { Key, Nonce, OptionBytes };
 
 /// What the form lends its tabs. The form owns all of it and outlives the tabs.
 struct FormContext {
-    QWidget *boxParent;  ///< parent of all boxes and dialogs
+    /// Of boxes and dialogs; a page itself, where it may stand in another window.
+    QWidget *boxParent;
     FileManager &fileManager;
     Preparation &preparation;
     QString &lastFolder;        ///< proposed by every "open" dialog

@@ -60,8 +60,7 @@ void FormTab::putPath(const QString &row, const QString &path)
 
 void FormTab::choosePath(const QString &row)
 {
-    const QString path =
-        chooseFile(context().boxParent, context().lastFolder, m_form->row(row)->filter);
+    const QString path = chooseFile(page(), context().lastFolder, m_form->row(row)->filter);
     if (!path.isEmpty()) {
         putPath(row, path);
     }
@@ -69,8 +68,8 @@ void FormTab::choosePath(const QString &row)
 
 void FormTab::chooseFolder(const QString &row)
 {
-    const QString folder = QFileDialog::getExistingDirectory(
-        context().boxParent, tr("Select folder"), context().lastOutputFolder);
+    const QString folder =
+        QFileDialog::getExistingDirectory(page(), tr("Select folder"), context().lastOutputFolder);
     if (!folder.isEmpty()) {
         context().lastOutputFolder = folder;
         putPath(row, folder + '/' + m_form->row(row)->defaultName);
@@ -81,20 +80,19 @@ void FormTab::makeRandomFile(const QString &row)
 {
     const RandomFileTexts &texts =
         m_form->row(row)->randomFile == RandomFile::Nonce ? kNonce : kKey;
-    const QString path =
-        QFileDialog::getSaveFileName(context().boxParent, tr("Select file name"),
-                                     context().lastOutputFolder, tr("bin files (*.bin)"));
+    const QString path = QFileDialog::getSaveFileName(
+        page(), tr("Select file name"), context().lastOutputFolder, tr("bin files (*.bin)"));
     if (path.isEmpty()) {
         return;
     }
     if (const auto made = crypto::makeRandomFile(path, texts.bytes); !made) {
-        showBox(context().boxParent, BoxKind::Error,
+        showBox(page(), BoxKind::Error,
                 tr(texts.failed) + '\n' + QString::fromStdString(made.error().text));
         return;
     }
     context().lastOutputFolder = QFileInfo(path).absolutePath();
     putPath(row, path);
-    showBox(context().boxParent, BoxKind::Success, tr(texts.made));
+    showBox(page(), BoxKind::Success, tr(texts.made));
 }
 
 }  // namespace workbench

@@ -134,7 +134,7 @@ bool SfuTab::parseFirmware()
     auto record = openPackageInput(context().fileManager, path);
     // Rows and lists are no firmware; whether other kinds are, the builder decides.
     if (!record || record->type == file_type::kTsv || record->type == file_type::kMcsv) {
-        showBox(context().boxParent, BoxKind::Error,
+        showBox(page(), BoxKind::Error,
                 QStringLiteral("Unable to create an SFU image from the format of : ") +
                     QFileInfo(path).fileName());
         return false;
@@ -142,7 +142,7 @@ bool SfuTab::parseFirmware()
     m_firmware.reset(static_cast<FileData *>(record.release()));
     if (m_firmware->segmentCount != 1 || m_firmware->segments.size() != 1) {
         m_firmware.reset();
-        showBox(context().boxParent, BoxKind::Error,
+        showBox(page(), BoxKind::Error,
                 QStringLiteral("The firmware file contains more than one segment"));
         const QSignalBlocker blocker(form()->edit(kFirmware));
         form()->setText(kFirmware, {});
@@ -163,7 +163,7 @@ bool SfuTab::parseFirmware()
 
 void SfuTab::generate()
 {
-    QWidget *parent = context().boxParent;
+    QWidget *parent = page();  // may be in a window of its own
     const QString headerPath = form()->text(kHeader);
     const QString path = form()->text(kOutput);
     QString refusal;
@@ -204,7 +204,7 @@ void SfuTab::generate()
 /// A failure at the second file says that the first one is new already.
 bool SfuTab::writeFile(const QString &path, const QByteArray &bytes, const char *which)
 {
-    QWidget *parent = context().boxParent;
+    QWidget *parent = page();
     const bool isSecond = *which == '\0';
     const QString newFile = isSecond ? tr("\nThe header file %1 is new already.")
                                            .arg(QFileInfo(form()->text(kHeader)).fileName())

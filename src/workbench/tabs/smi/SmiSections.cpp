@@ -4,6 +4,7 @@
 #include "files/firmware/ElfLabels.h"
 #include "preparation/smi/SmiModule.h"
 #include "workbench/forms/PackageForm.h"
+#include "workbench/widgets/Contrast.h"
 
 #include <QCoreApplication>
 #include <QFileInfo>
@@ -40,22 +41,16 @@ QStringList tlvRow(const TLV &entry, const QString &block)
             QString::number(entry.length)};
 }
 
-QColor mixed(const QColor &one, const QColor &other, int percentOfOther)
-{
-    const auto part = [percentOfOther](int a, int b) { return a + (b - a) * percentOfOther / 100; };
-    return {part(one.red(), other.red()), part(one.green(), other.green()),
-            part(one.blue(), other.blue())};
-}
-
 /// Of rows that can't be chosen, on light and dark desktops.
 RowColours faintColours()
 {
-    constexpr int kText = 40;
-    constexpr int kGround = 8;
+    constexpr double kText = 0.4;
+    constexpr double kGround = 0.08;
     const QPalette palette = QGuiApplication::palette();
-    const QColor text = palette.color(QPalette::Text);
-    const QColor base = palette.color(QPalette::Base);
-    return {mixed(text, base, kText), mixed(base, text, kGround)};
+    const QColor &text = palette.color(QPalette::Text);
+    const QColor &base = palette.color(QPalette::Base);
+    const QColor ground = mixed(base, text, kGround);
+    return {legible(mixed(text, base, kText), ground, text), ground};
 }
 
 QString hexText(std::span<const std::uint8_t> bytes)
