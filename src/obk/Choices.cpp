@@ -109,10 +109,15 @@ std::vector<Selector> selectorsOf(const std::vector<ObDataItem> &items)
     return selectors;
 }
 
+bool isNamed(const QString &selector, const QString &name)
+{
+    return withoutBlanks(name).compare(selector, Qt::CaseInsensitive) == 0;
+}
+
 bool isSwitchedOn(const Condition &wanted, const std::vector<Selector> &selectors)
 {
     return std::none_of(selectors.begin(), selectors.end(), [&wanted](const Selector &selector) {
-        return withoutBlanks(selector.name).compare(wanted.selector, Qt::CaseInsensitive) == 0 &&
+        return isNamed(wanted.selector, selector.name) &&
                withoutBlanks(selector.value) != wanted.value;
     });
 }

@@ -58,6 +58,9 @@ struct Condition {
 };
 Condition condition(const QString &dependency);
 
+/// Whether a dependency's selector means this name: in either case, blanks don't count.
+bool isNamed(const QString &selector, const QString &name);
+
 /// All Bool and List items with the values that they have in the template.
 std::vector<Selector> selectorsOf(const std::vector<ObDataItem> &items);
 

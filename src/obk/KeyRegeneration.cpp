@@ -16,7 +16,8 @@ namespace
 /// Renames an existing key. @return its new path; empty when there was none, or it wouldn't move
 QString keepOldKey(const QString &path, const QDateTime &now)
 {
-    if (!QFileInfo::exists(path)) {
+    const QFileInfo old(path);
+    if (!old.exists() || old.isDir()) {
         return {};
     }
     // The name tells the second; a second one of that second gets a number.
@@ -50,10 +51,14 @@ Regeneration regenerateKey(const QString &path, const QString &type, const QDate
     done.keptAs = keepOldKey(path, now);
     done.publicKeyPath = publicKeyPath(path);
     QDir().mkpath(QFileInfo(path).path());
+    const bool isFree = !QFileInfo::exists(path);
     const auto outcome =
         run({QStringLiteral("keygen"), QStringLiteral("-k"), path, QStringLiteral("-t"), type,
              QStringLiteral("-e"), done.publicKeyPath});
     if (outcome.ending != process::Ending::Exited) {
+        if (isFree && QFileInfo(path).isFile() && QFileInfo(path).size() == 0) {
+            QFile::remove(path);  // the tool's claim on the name, not a key
+        }
         done.message = QStringLiteral("Key Generation Failed \n");
         return done;
     }

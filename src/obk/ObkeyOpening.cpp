@@ -171,7 +171,7 @@ bool Obkey::parseTemplateXML(const QString &path)
         tell(Level::Error,
              isComment ? QStringLiteral("XML document is invalid! A comment stands before "
                                         "Root, so nothing was read. Please move the comment "
-                                        "into Root.")
+                                        "into Obdata.")
                        : QStringLiteral("XML document is invalid! Root doesn't stand directly "
                                         "behind the XML declaration, so nothing was read."));
         return false;

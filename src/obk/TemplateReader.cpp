@@ -273,8 +273,8 @@ void readDestination(Template &model, const QString &text)
     // A value that needs the 32nd bit doesn't fit and becomes 0: that is what readers of such files
     // rely on, but nobody expects it.
     model.obDestAddress = digits.toInt(nullptr, 16);
-    if (const QString hex = QLatin1String("0x") + digits;
-        *model.obDestAddress == 0 && isHex(hex) && lowLong(hex) != 0) {
+    const bool isZero = digits.count(QLatin1Char('0')) == digits.size();
+    if (*model.obDestAddress == 0 && isHex(QLatin1String("0x") + digits) && !isZero) {
         model.warning =
             QStringLiteral("ObDestAddress \"%1\" is above 0x7FFFFFFF and is written as 0.")
                 .arg(text);

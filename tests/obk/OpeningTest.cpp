@@ -67,7 +67,7 @@ const Case kCases[] = {
      "XML document is invalid at line: 3, error type: \" ..."},
     {"CommentBeforeRoot", replaced(kPlain, "<Root>", "<!-- me -->\n<Root>"),
      "XML document is invalid! A comment stands before Root, so nothing was read. Please move the "
-     "comment into Root."},
+     "comment into Obdata."},
     {"DoubledTag", replaced(kPlain, "<Width>4</Width>", "<Width>4</Width><Width>4</Width>"),
      "XML document is invalid! \"Width\" Element is duplicated under Data tag."},
     {"DoubledName", replaced(kPlain, "<Width>4", "<Name>B</Name><Width>4"),

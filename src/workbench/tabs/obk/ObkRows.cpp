@@ -2,11 +2,13 @@
 
 #include "obk/Choices.h"
 #include "obk/Generation.h"
+#include "obk/KeyInput.h"
 #include "workbench/widgets/FieldNames.h"
 #include "workbench/widgets/PermissionTable.h"
 
 #include <QCheckBox>
 #include <QComboBox>
+#include <QFileInfo>
 #include <QGridLayout>
 #include <QLabel>
 #include <QLineEdit>
@@ -59,10 +61,11 @@ ObkRows::ObkRows(QWidget *parent) : QScrollArea(parent)
     setFocusPolicy(Qt::NoFocus);
 }
 
-void ObkRows::build(const obk::Template &model)
+void ObkRows::build(const obk::Template &model, const QString &folder)
 {
     m_rows.clear();
     m_model = model;
+    m_folder = folder;
     // Filled before it is shown, so that everything is laid out once.
     m_page = new QWidget;
     m_grid = new QGridLayout(m_page);
@@ -155,8 +158,11 @@ void ObkRows::addBool(ObkRow &row, const ObDataItem &item)
     nameWidget(row.check, item.nameText(), item.nameText());
     row.check->setChecked(obk::isChecked(item).value_or(false));
     row.field->layout()->addWidget(row.check);
-    connect(row.check, &QCheckBox::stateChanged, this,
-            [this, name = item.nameText()] { emit selectorChanged(name); });
+    const std::size_t at = m_rows.size();
+    connect(row.check, &QCheckBox::stateChanged, this, [this, at, name = item.nameText()] {
+        check(at);
+        emit selectorChanged(name);
+    });
 }
 
 void ObkRows::addList(ObkRow &row, const ObDataItem &item)
@@ -186,6 +192,8 @@ void ObkRows::addFile(ObkRow &row, const ObDataItem &item)
     row.edit = new QLineEdit(item.text(), row.field);
     nameWidget(row.edit, objectName(item, "edit"), name);
     row.edit->setEnabled(false);  // a path changes through "Open" alone
+    const std::size_t at = m_rows.size();
+    connect(row.edit, &QLineEdit::textChanged, this, [this, at] { check(at); });
     row.open = new QPushButton(tr("Open"), row.field);
     nameWidget(row.open, objectName(item, "open"), name + QLatin1String(" Open"));
     row.regenerate = new QPushButton(tr("Regenerate"), row.field);
@@ -306,10 +314,49 @@ void ObkRows::applySelectors(obk::Template &model)
         const bool isOn = obk::isSwitchedOn(wanted, selectors);
         row.edit->setEchoMode(isOn ? QLineEdit::Normal : QLineEdit::NoEcho);
         row.edit->setEnabled(isOn);
-        row.edit->setToolTip(plainToolTip(isOn ? item.tooltip.value_or(QString())
-                                               : tr("Off. \"%1\" set to \"%2\" switches it on.")
-                                                     .arg(wanted.selector, wanted.value)));
+        row.edit->setToolTip(
+            plainToolTip(isOn ? item.tooltip.value_or(QString())
+                              : tr("Off. \"%1\" set to \"%2\" switches it on.")
+                                    .arg(selectorName(wanted.selector), wanted.value)));
     }
+}
+
+QString ObkRows::selectorName(const QString &wanted) const
+{
+    for (const ObDataItem &item : m_model.items) {
+        const bool isSelector =
+            item.kind == obk::ItemKind::Bool || item.kind == obk::ItemKind::List;
+        if (isSelector && obk::isNamed(wanted, item.nameText())) {
+            return item.nameText();
+        }
+    }
+    return wanted;
+}
+
+QString ObkRows::faultOf(const ObkRow &row) const
+{
+    const ObDataItem &item = m_model.items[static_cast<std::size_t>(row.item)];
+    const QString text = row.text(item);
+    if (item.kind == obk::ItemKind::File) {
+        const QFileInfo file(obk::completePath(text, m_folder));
+        return !file.exists() ? tr("No such file yet: choose one, or make a key")
+               : file.isDir() ? tr("That is a folder")
+               : file.isFile() && file.size() == 0 ? tr("The file is empty")
+                                                   : QString();
+    }
+    if (const auto good = obk::checkField(item, text); !good) {
+        return item.kind == obk::ItemKind::Text
+                   ? tr("%1 bytes, but %2 to %3 are allowed")
+                         .arg(text.toUtf8().size())
+                         .arg(item.minWidth)
+                         .arg(item.width)
+                   : QString::fromStdString(good.error().text).trimmed();
+    }
+    if (row.permissions != nullptr &&
+        (obk::lowLong(text) & ~std::uint64_t{obk::kPermissionMask}) != 0) {
+        return tr("The file has no place for bits 8 to 11 and above 15; they become 0.");
+    }
+    return {};
 }
 
 void ObkRows::check(std::size_t at)
@@ -317,31 +364,18 @@ void ObkRows::check(std::size_t at)
     if (at >= m_rows.size()) {
         return;
     }
-    ObkRow &row = m_rows[at];
-    const ObDataItem &item = m_model.items[static_cast<std::size_t>(row.item)];
-    if (item.kind == obk::ItemKind::File) {
-        return;
-    }
-    const QString text = row.text(item);
-    QString fault;
-    if (const auto good = obk::checkField(item, text); !good) {
-        fault = item.kind == obk::ItemKind::Text
-                    ? tr("%1 bytes, but %2 to %3 are allowed")
-                          .arg(text.toUtf8().size())
-                          .arg(item.minWidth)
-                          .arg(item.width)
-                    : QString::fromStdString(good.error().text).trimmed();
-    } else if (row.permissions != nullptr &&
-               (obk::lowLong(text) & ~std::uint64_t{obk::kPermissionMask}) != 0) {
-        fault = tr("The file has no place for bits 8 to 11 and above 15; they become 0.");
-    }
-    row.note->setText(fault.isEmpty() ? QString() : QString(QChar(0x26A0)) + ' ' + fault);
+    const QString fault = faultOf(m_rows[at]);
+    m_rows[at].note->setText(fault.isEmpty() ? QString() : QString(QChar(0x26A0)) + ' ' + fault);
 }
 
 void ObkRows::setNote(ObkRow &row, const QString &note, bool canRestore)
 {
     const ObDataItem &item = m_model.items[static_cast<std::size_t>(row.item)];
-    row.note->setText(note);
+    if (note.isEmpty()) {
+        check(static_cast<std::size_t>(&row - m_rows.data()));
+    } else {
+        row.note->setText(note);
+    }
     if (canRestore && row.restore == nullptr) {
         row.restore = new QPushButton(tr("Put it back"), row.field);
         nameWidget(row.restore, objectName(item, "restore"),

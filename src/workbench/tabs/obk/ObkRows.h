@@ -21,7 +21,8 @@ public:
     explicit ObkRows(QWidget *parent);
 
     /// Replaces all rows by those of a template, which has passed all its checks.
-    void build(const obk::Template &model);
+    /// @param folder  relative paths of files count from it
+    void build(const obk::Template &model, const QString &folder);
 
     /// What takes the focus, in the order of the rows.
     [[nodiscard]] std::vector<QWidget *> focusOrder() const;
@@ -36,7 +37,7 @@ public:
     /// @param model  the items get the flag by which slots count
     void applySelectors(obk::Template &model);
 
-    /// Puts a sentence beside a row; an empty one hides it.
+    /// Puts a sentence beside a row; instead of an empty one stands what is wrong with the field.
     void setNote(ObkRow &row, const QString &note, bool canRestore);
 
 signals:
@@ -54,9 +55,12 @@ private:
     void addFile(ObkRow &row, const ObDataItem &item);
     void place(ObkRow &row, const ObDataItem &item);
     void check(std::size_t row);
+    [[nodiscard]] QString faultOf(const ObkRow &row) const;
+    [[nodiscard]] QString selectorName(const QString &wanted) const;
     [[nodiscard]] QString objectName(const ObDataItem &item, const char *role) const;
 
     obk::Template m_model;  ///< as built; names, kinds and widths of the rows
+    QString m_folder;
     QWidget *m_page = nullptr;
     QGridLayout *m_grid = nullptr;
     std::vector<ObkRow> m_rows;

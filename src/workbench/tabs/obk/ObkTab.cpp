@@ -5,6 +5,7 @@
 #include "workbench/tabs/obk/ObkTabs.h"
 #include "workbench/widgets/FieldNames.h"
 
+#include <QFileInfo>
 #include <QGroupBox>
 #include <QHBoxLayout>
 #include <QIcon>
@@ -190,7 +191,7 @@ void ObkTab::showTemplate()
     m_title->setMinimumSize(52, 52);
     m_title->setText(loaded.model.title);
     m_title->show();
-    m_rows->build(loaded.model);
+    m_rows->build(loaded.model, QFileInfo(loaded.templatePath).path());
     m_rows->applySelectors(obkey().model);
     obkey().refreshShownSlots();
     showOutput();

@@ -37,10 +37,10 @@ QString ObkTab::askForTemplate()
 {
     QSettings folders(QDir::homePath() + QStringLiteral("/.VDR32FlashBench/config.ini"),
                       QSettings::IniFormat);
-    const QString start = folders
-                              .value(kFolderKey, QCoreApplication::applicationDirPath() +
-                                                     QStringLiteral("/Template/OBkey"))
-                              .toString();
+    QString start = folders.value(kFolderKey).toString();
+    if (!QFileInfo(start).isDir()) {
+        start = QCoreApplication::applicationDirPath() + QStringLiteral("/Template/OBkey");
+    }
     const QString path =
         QFileDialog::getOpenFileName(context().boxParent, QStringLiteral("Open file"), start,
                                      QStringLiteral("XML files (*.xml)"));

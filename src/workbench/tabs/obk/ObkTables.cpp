@@ -63,6 +63,9 @@ ObkSlotTable::ObkSlotTable(QWidget *parent) : QTableWidget(0, 4, parent)
     setHorizontalHeaderLabels({tr("Index"), tr("Name"), tr("Address"), tr("Size")});
     horizontalHeader()->setStyleSheet(
         QStringLiteral("QHeaderView::section { background-color: #f6f6f6; color: #1c1c1c }"));
+    // Names are the longest; addresses and sizes have at most ten characters.
+    horizontalHeader()->setSectionResizeMode(QHeaderView::ResizeToContents);
+    horizontalHeader()->setSectionResizeMode(1, QHeaderView::Stretch);
     verticalHeader()->hide();
 }
 
