@@ -23,8 +23,8 @@ double luminance(const QColor &colour)
 /// A text that recedes on one ground and can still be read on two.
 QColor muted(const QPalette &palette, QPalette::ColorRole text, QPalette::ColorRole ground)
 {
-    const QColor ink = palette.color(QPalette::Active, text);
-    const QColor first = palette.color(QPalette::Active, ground);
+    const QColor &ink = palette.color(QPalette::Active, text);
+    const QColor &first = palette.color(QPalette::Active, ground);
     const QColor wanted = legible(mixed(first, ink, kMuted), first, ink);
     return legible(wanted, palette.color(QPalette::Active, QPalette::Window), ink);
 }
@@ -33,7 +33,7 @@ QColor muted(const QPalette &palette, QPalette::ColorRole text, QPalette::ColorR
 
 double contrast(const QColor &one, const QColor &other)
 {
-    const auto [dark, light] = std::minmax(luminance(one), luminance(other));
+    const auto [dark, light] = std::minmax({luminance(one), luminance(other)});
     return (light + 0.05) / (dark + 0.05);
 }
 
@@ -53,7 +53,7 @@ QColor legible(const QColor &wanted, const QColor &ground, const QColor &ink)
 {
     constexpr int kSteps = 50;
     for (int step = 0; step < kSteps; ++step) {
-        const QColor colour = mixed(wanted, ink, static_cast<double>(step) / kSteps);
+        QColor colour = mixed(wanted, ink, static_cast<double>(step) / kSteps);
         if (contrast(colour, ground) >= kLegible) {
             return colour;
         }
