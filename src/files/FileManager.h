@@ -85,6 +85,22 @@ public:
     /// Writes S-records, all of the kind that the highest address needs. Otherwise as above.
     bool SaveSrecFile(FileData *file, const std::wstring &path);
 
+    /// Puts a table of CRC-32 sums, one for each slice, at the top of a flash range, and writes the
+    /// file in place. A binary is taken to start at the range's start.
+    /// @param flashEnd   one past the range's last byte
+    /// @param sliceSize  bytes; must divide the range
+    /// @param padding    ELF files only: fills what is left free
+    /// @return false after a report, and then the file is as it was; true also when no segment lies
+    ///         in the range. A file that can't be written ends the process with status -2
+    bool MultipleCRC(const std::wstring &path, unsigned int flashStart, unsigned int flashEnd,
+                     unsigned int sliceSize, unsigned char padding);
+
+    /// Adds the segments of a secure boot ELF, and a header ahead of the second segment, to a user
+    /// application's ELF, which is written once, when all of it stands.
+    /// @return false after a report, and then the file is as it was
+    bool SBUPDAddToUserAppli(const std::wstring &userElf, const std::wstring &headerBin,
+                             const std::wstring &secureElf);
+
     /// Fills the holes of up to 31 bytes; the last `Open` decides.
     unsigned char paddingByte = 0xFF;
 };

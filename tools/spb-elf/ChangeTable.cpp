@@ -1,0 +1,108 @@
+#include "ChangeTable.h"
+
+#include "files/base/Range.h"
+#include "files/firmware/ElfExtension.h"
+#include "tools/console/Table.h"
+
+#include <algorithm>
+#include <cstdio>
+
+namespace elf_tool
+{
+
+namespace
+{
+
+using console::Row;
+
+std::string hexText(std::uint32_t address)
+{
+    char text[16];
+    std::snprintf(text, sizeof text, "0x%08X", address);
+    return text;
+}
+
+/// The segments of both files; a rewrite has read them before.
+struct Loads {
+    explicit Loads(const files::ElfRewrite &rewrite)
+        : before(files::loadsOf(rewrite.before.span()).value_or(std::vector<Elf32_Phdr>())),
+          after(files::loadsOf(rewrite.after).value_or(std::vector<Elf32_Phdr>()))
+    {
+    }
+    std::vector<Elf32_Phdr> before;
+    std::vector<Elf32_Phdr> after;
+};
+
+files::Range rangeOf(const Elf32_Phdr &load)
+{
+    return files::Range::of(load.p_paddr, load.p_filesz);
+}
+
+std::string change(const Loads &loads, std::size_t i, const std::vector<std::string> &added)
+{
+    if (i >= loads.before.size()) {
+        return "added as " + added[i - loads.before.size()];
+    }
+    const std::uint32_t grown = loads.after[i].p_filesz - loads.before[i].p_filesz;
+    return grown == 0 ? "stays" : "grows by " + std::to_string(grown) + " of padding";
+}
+
+const files::CrcBlock *blockOf(const files::CrcArea &area, std::size_t segment)
+{
+    const auto found =
+        std::find_if(area.blocks.begin(), area.blocks.end(),
+                     [segment](const files::CrcBlock &block) { return block.segment == segment; });
+    return found == area.blocks.end() ? nullptr : &*found;
+}
+
+}  // namespace
+
+std::string changeTable(const files::ElfRewrite &rewrite)
+{
+    const Loads loads(rewrite);
+    std::vector<Row> rows = {{"Segment", "Address", "Bytes", "Change"}};
+    for (std::size_t i = 0; i < loads.after.size(); ++i) {
+        rows.push_back({std::to_string(i + 1), hexText(loads.after[i].p_paddr),
+                        std::to_string(loads.after[i].p_filesz), change(loads, i, rewrite.added)});
+    }
+    rows.push_back({"File", "", std::to_string(rewrite.after.size()),
+                    "from " + std::to_string(rewrite.before.size())});
+    return console::alignedTable(rows);
+}
+
+std::string changeTable(const files::CrcRewrite &rewrite)
+{
+    const auto &image = static_cast<const FileData &>(*rewrite.record);
+    std::vector<Row> rows = {{"Segment", "Address", "Bytes", "Change"}};
+    for (std::size_t i = 0; i < image.segments.size(); ++i) {
+        const files::CrcBlock *block = blockOf(rewrite.area, i);
+        rows.push_back({std::to_string(i + 1), hexText(image.segments[i].address),
+                        std::to_string(image.segments[i].size),
+                        block == nullptr ? "stays, outside the range"
+                                         : "stays, " + std::to_string(block->sums.size()) +
+                                               " sums at " + hexText(block->target)});
+    }
+    rows.push_back({std::to_string(image.segments.size() + 1), hexText(rewrite.area.address),
+                    std::to_string(rewrite.area.bytes.size()), "added as CRCs area"});
+    return console::alignedTable(rows);
+}
+
+std::optional<std::string> overlapOf(const files::ElfRewrite &rewrite)
+{
+    const Loads loads(rewrite);
+    for (std::size_t i = loads.before.size(); i < loads.after.size(); ++i) {
+        for (std::size_t other = 0; other < i; ++other) {
+            const files::Range a = rangeOf(loads.after[i]);
+            const files::Range b = rangeOf(loads.after[other]);
+            if (!a.empty() && !b.empty() && files::overlaps(a, b)) {
+                return rewrite.added[i - loads.before.size()] + " at " +
+                       hexText(loads.after[i].p_paddr) +
+                       " would share addresses with the segment " + std::to_string(other + 1) +
+                       " at " + hexText(loads.after[other].p_paddr);
+            }
+        }
+    }
+    return std::nullopt;
+}
+
+}  // namespace elf_tool
