@@ -170,7 +170,7 @@ std::vector<std::uint64_t> gapsOf(const std::vector<Elf32_Shdr> &sections)
     std::uint64_t taken = 0;
     for (std::size_t i = 0; i < sections.size(); ++i) {
         const Elf32_Shdr &section = sections[i];
-        if (section.sh_addr != 0 && section.sh_type != SHT_NOBITS) {
+        if (section.sh_addr != 0 && hasBytes(section)) {
             if (end && section.sh_offset > *end && lowestLater[i + 1] >= section.sh_offset) {
                 // Sections without an address may lie between; their bytes aren't free. An
                 // addition stands behind such ones, and would take their size again at each call.
