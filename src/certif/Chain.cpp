@@ -143,7 +143,7 @@ files::Result<Chain> readChain(const QByteArray &content)
         bytes = std::move(*decoded);
     }
     // A record begins with two zero bytes, a certificate with its version.
-    if (!bytes.isEmpty() && bytes[0] != 0) {
+    if (!bytes.isEmpty() && bytes.at(0) != '\0') {
         auto single = parseCertificate(bytesOf(bytes));
         if (!single) {
             return tl::unexpected(single.error());

@@ -13,7 +13,7 @@ namespace certif
 using Chain = std::vector<Certificate>;
 
 /// A file never holds more; a larger one isn't looked at.
-inline constexpr std::uint64_t kMostChainBytes = 1024 * 1024;
+inline constexpr std::uint64_t kMostChainBytes = 1 << 20;
 /// Nor does a chain; each certificate costs the check of a signature.
 inline constexpr std::size_t kMostCertificates = 64;
 

@@ -211,7 +211,7 @@ bool PrepGenCertifDA::joinChain(const QString &out, const QString &role,
                       QString::fromStdString(failed.error().text));
     }
     auto writer = files::SafeWriter::open(chainPath);
-    const QByteArray text = (*upper + *lower).toBase64() + '\n';
+    const QByteArray text = (*upper + *lower).toBase64();
     if (!writer || !writer->write(spanOf(text)) || !writer->commit()) {
         return refuse(L"Failed to chain certificate\nThe %ls already Opened \n", chainPath);
     }

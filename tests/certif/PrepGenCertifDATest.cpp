@@ -94,6 +94,40 @@ TEST_F(CertificateRequest, EmptyFieldsAreRefusedBeforeTheOldDescriptionIsTouched
     EXPECT_EQ(contentOf(PrepGenCertifDA::descriptionPath()), "old");
 }
 
+TEST_F(CertificateRequest, AFolderThatCantBeMadeIsNamedWithTheReason)
+{
+    write(folder() + "/file", "");
+    qputenv("HOME", (folder() + "/file").toLocal8Bit());
+    EXPECT_FALSE(generate());
+    EXPECT_EQ(texts(), QStringList("Error: Unable to create the folder " + folder() +
+                                   "/file/Vendrelis/VDR32FlashBench: Not a directory"));
+}
+
+TEST_F(CertificateRequest, AnOutputThatIsAnInputIsRefusedBeforeTheToolRuns)
+{
+    tool("touch \"$0.ran\"\n" + QByteArray(kGoodTool));
+    const QString words = " can't be written: it is an input of this certificate. Please choose "
+                          "another certificate path.";
+    role = "LEAF";
+    upper = folder() + "/link.b64";
+    write(out + ".b64", "QQ==");
+    ASSERT_TRUE(QFile::link(out + ".b64", upper));
+    EXPECT_FALSE(generate());
+    upper = out + "_chain.b64";
+    write(out + ".cert", "");
+    issuer = out + ".cert";
+    EXPECT_FALSE(generate());
+    EXPECT_EQ(texts(), (QStringList{"Error: The file " + out + ".b64" + words,
+                                    "Error: The file " + out + ".cert" + words}));
+    EXPECT_FALSE(QFileInfo::exists(toolPath + ".ran"));
+    EXPECT_EQ(contentOf(out + ".b64"), "QQ==");
+    // The chain alone may be made longer in its own place.
+    issuer = "i.pem";
+    write(upper, "QQ==");
+    EXPECT_TRUE(generate());
+    EXPECT_EQ(contentOf(upper), QByteArray("AABC").toBase64());
+}
+
 TEST_F(CertificateRequest, RootHasNoChainFile)
 {
     tool(kGoodTool);
@@ -110,7 +144,7 @@ TEST_F(CertificateRequest, BelowTheRootEachTextIsDecodedAlone)
     upper = folder() + "/upper.b64";
     write(upper, "QQ==\r\nQkM=\n");
     EXPECT_TRUE(generate());
-    EXPECT_EQ(contentOf(out + "_chain.b64"), QByteArray("ABCABC").toBase64() + "\n");
+    EXPECT_EQ(contentOf(out + "_chain.b64"), QByteArray("ABCABC").toBase64());
     EXPECT_EQ(texts(), QStringList{" LEAF certificate was successfully chained"});
 }
 

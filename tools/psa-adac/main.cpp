@@ -23,7 +23,9 @@ const char *const kHelp =
     "      --help      prints this text\n"
     "      --version   prints the version\n"
     "\n"
-    "Exit status: 0 done, 1 an input was refused, 3 wrong usage, 4 the output can't be written.\n";
+    "Exit status: 0, or 1 after one line on standard error.\n";
+
+constexpr int kFailed = 1;
 
 struct Options {
     std::string out;
@@ -55,15 +57,13 @@ Result<void> check(const Options &options, const Arguments &arguments)
 
 int fail(const files::Error &error)
 {
-    const bool isOutput = error.code == files::ErrorCode::WriteFailed;
-    return console::complain(isOutput ? console::kOutputFailed : console::kNotReadable, error.text);
+    return console::complain(kFailed, error.text);
 }
 
 int printed(const std::string &text)
 {
-    return console::print(text)
-               ? static_cast<int>(console::kFine)
-               : console::complain(console::kOutputFailed, "standard output can't be written");
+    return console::print(text) ? static_cast<int>(console::kFine)
+                                : console::complain(kFailed, "standard output can't be written");
 }
 
 int run(const Options &options, const Arguments &arguments)
@@ -87,7 +87,7 @@ int run(const Options &options, const Arguments &arguments)
 int main(int argc, char **argv)
 {
     Options options;
-    return console::runProgram(
+    const int status = console::runProgram(
         argc, argv,
         {.name = "PSA_ADAC",
          .help = kHelp,
@@ -107,4 +107,6 @@ int main(int argc, char **argv)
          .run = [&options](const Arguments &arguments) { return run(options, arguments); },
          // The program that calls this tool looks for the word.
          .complaintWord = "error"});
+    // There is one way to fail, for wrong words on the command line, too.
+    return status == console::kFine ? status : kFailed;
 }

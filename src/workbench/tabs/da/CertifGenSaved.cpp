@@ -13,13 +13,13 @@ struct Saved {
     QLatin1String row;
 };
 
-constexpr Saved kChoices[] = {
+const Saved kChoices[] = {
     {"Device family", da_row::kFamily},
     {"Role", da_row::kRole},
     {"Usage", da_row::kUsage},
     {"Lifecycle", da_row::kLifecycle},
 };
-constexpr Saved kTexts[] = {
+const Saved kTexts[] = {
     {"Lifecycle number", da_row::kLifecycleNumber},
     {"OEM constraint", da_row::kConstraint},
     {"SoC class", da_row::kClass},

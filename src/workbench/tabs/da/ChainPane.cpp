@@ -130,8 +130,9 @@ ChainPane::ChainPane(const QString &name, const QString &title, const QString &e
     m_table->horizontalHeader()->setSectionResizeMode(QHeaderView::ResizeToContents);
     m_table->horizontalHeader()->setStretchLastSection(true);
     m_table->horizontalHeader()->setSectionResizeMode(Key, QHeaderView::Interactive);
-    m_table->setColumnWidth(Key, qMax(m_table->horizontalHeader()->sectionSizeHint(Key),
-                                      fontMetrics().horizontalAdvance(QString(kKeyDigits, '0'))));
+    m_table->setColumnWidth(Key,
+                            qMax(m_table->horizontalHeader()->sectionSizeHint(Key),
+                                 fontMetrics().horizontalAdvance(QString(kKeyDigits + 2, '0'))));
     makeCopyable(m_table);
     nameWidget(m_faults, name + QStringLiteral("_faults_list"), title + ' ' + tr("faults"));
     m_faults->setWordWrap(true);

@@ -12,20 +12,20 @@ namespace workbench
 /// Names of the rows of the certificate form.
 namespace da_row
 {
-inline constexpr QLatin1String kFamily("family");
-inline constexpr QLatin1String kRole("role");
-inline constexpr QLatin1String kUsage("usage");
-inline constexpr QLatin1String kLifecycle("lifecycle");
-inline constexpr QLatin1String kLifecycleNumber("lifecycleNumber");
-inline constexpr QLatin1String kConstraint("constraint");
-inline constexpr QLatin1String kClass("class");
-inline constexpr QLatin1String kIdentifier("identifier");
-inline constexpr QLatin1String kPermissions("permissions");
-inline constexpr QLatin1String kIssuer("issuer");
-inline constexpr QLatin1String kSubject("subject");
-inline constexpr QLatin1String kUpper("upper");
-inline constexpr QLatin1String kOutput("output");
-inline constexpr QLatin1String kReplaces("replaces");
+inline const QLatin1String kFamily("family");
+inline const QLatin1String kRole("role");
+inline const QLatin1String kUsage("usage");
+inline const QLatin1String kLifecycle("lifecycle");
+inline const QLatin1String kLifecycleNumber("lifecycleNumber");
+inline const QLatin1String kConstraint("constraint");
+inline const QLatin1String kClass("class");
+inline const QLatin1String kIdentifier("identifier");
+inline const QLatin1String kPermissions("permissions");
+inline const QLatin1String kIssuer("issuer");
+inline const QLatin1String kSubject("subject");
+inline const QLatin1String kUpper("upper");
+inline const QLatin1String kOutput("output");
+inline const QLatin1String kReplaces("replaces");
 }  // namespace da_row
 
 /// The rows from the role down to the output.
