@@ -5,6 +5,7 @@
 
 #include <QFileInfo>
 
+#include <new>
 #include <optional>
 
 namespace
@@ -45,6 +46,18 @@ bool orReport(const files::Result<T> &written)
     return written.has_value();
 }
 
+/// A writer that runs out of memory has failed like any other; the old file stands.
+template <typename Write, typename Value>
+Value orWithoutMemory(Write write, Value failed)
+{
+    try {
+        return write();
+    } catch (const std::bad_alloc &) {
+        report::message(Level::Error, L"Unable to allocate memory");
+        return failed;
+    }
+}
+
 std::int64_t saveBinary(const std::vector<files::Piece> &pieces, std::uint8_t padding,
                         const std::wstring &path)
 {
@@ -73,22 +86,31 @@ std::vector<files::Piece> textPieces(const FileData &file)
 
 std::int64_t FileManager::SaveFile(FileData *file, const std::wstring &path)
 {
-    return saveBinary(files::piecesOf(*file), paddingByte, path);
+    return orWithoutMemory([&] { return saveBinary(files::piecesOf(*file), paddingByte, path); },
+                           std::int64_t{-1});
 }
 
 std::int64_t FileManager::SaveFileModule(FileMCSV *modules, const std::wstring &path)
 {
-    return saveBinary(files::piecesOf(*modules), paddingByte, path);
+    return orWithoutMemory([&] { return saveBinary(files::piecesOf(*modules), paddingByte, path); },
+                           std::int64_t{-1});
 }
 
 bool FileManager::SaveHexFile(FileData *file, const std::wstring &path)
 {
-    auto writer = openTarget(path, path);
-    return writer && orReport(files::writeHex(*writer, textPieces(*file), file->segmentCount != 0));
+    const auto write = [&] {
+        auto writer = openTarget(path, path);
+        return writer &&
+               orReport(files::writeHex(*writer, textPieces(*file), file->segmentCount != 0));
+    };
+    return orWithoutMemory(write, false);
 }
 
 bool FileManager::SaveSrecFile(FileData *file, const std::wstring &path)
 {
-    auto writer = openTarget(path, path);
-    return writer && orReport(files::writeSrec(*writer, textPieces(*file)));
+    const auto write = [&] {
+        auto writer = openTarget(path, path);
+        return writer && orReport(files::writeSrec(*writer, textPieces(*file)));
+    };
+    return orWithoutMemory(write, false);
 }

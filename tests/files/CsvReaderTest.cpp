@@ -54,6 +54,26 @@ INSTANTIATE_TEST_SUITE_P(
         CsvRow{"LargestValue", "a.csv", "x,0xFFFFFFFF,x,4294967295\n", {0xFFFFFFFF, 0xFFFFFFFF}},
         CsvRow{"LineBeyondAnyBuffer", "a.csv", std::string(70000, 'x') + ",1\n", {1}},
         CsvRow{"BareValuesAreHexadecimal", "a.KCSV", "1A,2B\n10,0x1A\n", {0x1A, 0x2B, 0x10, 0x1A}},
+        CsvRow{"ByteOrderMarkAtTheStart",
+               "a.kcsv",
+               "\xEF\xBB\xBF"
+               "1A,2B\n",
+               {0x1A, 0x2B}},
+        CsvRow{"ByteOrderMarkLater",
+               "a.kcsv",
+               "1A,\xEF\xBB\xBF"
+               "2B\n",
+               {}},
+        CsvRow{"ByteOrderMarkOfALaterLine",
+               "a.csv",
+               "x,1\nx,\xEF\xBB\xBF"
+               "2\n",
+               {}},
+        CsvRow{"TwoByteOrderMarks",
+               "a.kcsv",
+               "\xEF\xBB\xBF\xEF\xBB\xBF"
+               "1,2\n",
+               {}},
         CsvRow{"ValueTooLarge", "a.csv", "x,4294967296\n", {}},
         CsvRow{"NegativeValue", "a.csv", "x,-1\n", {}},
         CsvRow{"BadOctalDigit", "a.csv", "x,08\n", {}}, CsvRow{"OddFields", "a.csv", "x,1,y\n", {}},

@@ -125,6 +125,10 @@ INSTANTIATE_TEST_SUITE_P(
                 INVALID "\nCheck destination address parameter\n\nInvalid address: "},
         ListRow{"IdentifierBeforeModule", "./y.exe,identifier of 16,0\n", 5,
                 INVALID "\nHSM FW ID parameter exceeds 15 characters: identifier of 16"},
+        ListRow{"IdentifierOfTooManyBytes",
+                "./m.bin,\u00e9\u00e9\u00e9\u00e9\u00e9\u00e9\u00e9\u00e9,0\n", 5,
+                INVALID "\nHSM FW ID parameter exceeds 15 bytes: "
+                        "\u00e9\u00e9\u00e9\u00e9\u00e9\u00e9\u00e9\u00e9"},
         ListRow{"NoLicence", "./m.bin,\\l.lic,0\n", 5, "License file : ~/\\l.lic does not exist !"},
         ListRow{"LicenceOfTheWorkingFolder", "./m.bin,l.lic,0\n", 5,
                 "License file : l.lic does not exist !"},

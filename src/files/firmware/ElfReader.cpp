@@ -141,8 +141,8 @@ Result<void> storeRun(const ElfFile &file, const LoadRun &run, std::uint8_t padd
         }
         filled = at + load.size;
     }
-    elf->segments.reserve(elf->segments.size() + 1);
-    elf->segments.push_back({address, static_cast<std::uint32_t>(size), block.release()});
+    elf->segments.push_back({address, static_cast<std::uint32_t>(size), nullptr});
+    elf->segments.back().data = block.release();  // the record owns it from here
     ++elf->segmentCount;
     return {};
 }
@@ -226,7 +226,6 @@ private:
     {
         const std::vector<Elf32_Sym> entries = m_file.symbolsOf(section);
         const std::vector<std::uint8_t> &text = strings(section.link);
-        m_elf->symbolTable.reserve(m_elf->symbolTable.size() + entries.size());
         for (const Elf32_Sym &entry : entries) {
             symbols &symbol = m_elf->symbolTable.emplace_back();
             symbol.name = m_names.at(text, entry.st_name);

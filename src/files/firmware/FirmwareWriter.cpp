@@ -29,6 +29,11 @@ OutputBuffer bufferFor(SafeWriter &writer)
         [&writer](std::span<const std::uint8_t> bytes) { return writer.write(bytes).has_value(); });
 }
 
+tl::unexpected<Error> outOfMemory()
+{
+    return fail(ErrorCode::NoMemory, "Unable to allocate memory");
+}
+
 /// Puts the file in its place.
 Result<void> complete(OutputBuffer &out, SafeWriter &writer)
 {
@@ -92,6 +97,9 @@ Result<std::int64_t> writeBinary(SafeWriter &writer, const std::vector<Piece> &p
                     "Segments are widely spaced. Unable to create a binary file");
     }
     OutputBuffer out = bufferFor(writer);
+    if (!out.isReady()) {
+        return outOfMemory();
+    }
     for (std::size_t i = 0; i < pieces.size(); ++i) {
         fetchAhead(pieces, i);
         const std::uint32_t offset = pieces[i].address - pieces.front().address;
@@ -106,6 +114,9 @@ Result<std::int64_t> writeBinary(SafeWriter &writer, const std::vector<Piece> &p
 Result<void> writeHex(SafeWriter &writer, const std::vector<Piece> &pieces, bool hasEnd)
 {
     OutputBuffer out = bufferFor(writer);
+    if (!out.isReady()) {
+        return outOfMemory();
+    }
     for (std::size_t i = 0; i < pieces.size(); ++i) {
         fetchAhead(pieces, i);
         appendIntelSegment(out, pieces[i].address, pieces[i].bytes);
@@ -124,6 +135,9 @@ Result<void> writeSrec(SafeWriter &writer, const std::vector<Piece> &pieces)
     }
     const SRecordWidth width = srecordWidth(top);
     OutputBuffer out = bufferFor(writer);
+    if (!out.isReady()) {
+        return outOfMemory();
+    }
     for (std::size_t i = 0; i < pieces.size(); ++i) {
         fetchAhead(pieces, i);
         appendSRecordSegment(out, pieces[i].address, pieces[i].bytes, width);
@@ -160,7 +174,9 @@ int IntelSave(QFile *file, unsigned char *data, unsigned int start, unsigned int
         return 1;
     }
     OutputBuffer out = bufferFor(*file);
-    files::appendIntelSegment(out, start, bytesBetween(data, start, end));
+    if (out.isReady()) {
+        files::appendIntelSegment(out, start, bytesBetween(data, start, end));
+    }
     if (!out.flush()) {
         file->close();
     }
@@ -171,6 +187,9 @@ int put_rec(unsigned char *data, unsigned int offset, unsigned int address, unsi
             QFile *file)
 {
     OutputBuffer out = bufferFor(*file);
+    if (!out.isReady()) {
+        return 1;
+    }
     files::appendIntelRecord(out, 0, static_cast<std::uint16_t>(address), {data + offset, length});
     return out.flush() ? 0 : 1;
 }
@@ -182,9 +201,11 @@ int MotorolaSave32(QFile *file, unsigned char *data, unsigned int start, unsigne
         return 1;
     }
     OutputBuffer out = bufferFor(*file);
-    files::appendSRecordSegment(out, start, bytesBetween(data, start, end),
-                                files::srecordWidth(topAddress));
-    out.flush();
+    if (out.isReady()) {
+        files::appendSRecordSegment(out, start, bytesBetween(data, start, end),
+                                    files::srecordWidth(topAddress));
+        out.flush();
+    }
     return 1;
 }
 

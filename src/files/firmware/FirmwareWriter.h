@@ -28,13 +28,14 @@ std::vector<std::uint32_t> dropPiecesBeyondTheEnd(std::vector<Piece> &pieces);
 
 /// Writes raw binary: the first piece's address is file offset 0. The list must be sorted.
 /// @param padding  fills holes
-/// @return bytes of the file; TooLarge for starts more than 0x1FFFFFFF apart, WriteFailed. Until it
+/// @return bytes of the file; TooLarge for starts more than 0x1FFFFFFF apart, NoMemory,
+/// WriteFailed. Until it
 ///         returns bytes the target is as it was. The text is the message
 Result<std::int64_t> writeBinary(SafeWriter &writer, const std::vector<Piece> &pieces,
                                  std::uint8_t padding);
 
 /// Writes Intel HEX. @param hasEnd  whether the end record stands behind the pieces
-/// @return WriteFailed with the message
+/// @return NoMemory or WriteFailed with the message
 Result<void> writeHex(SafeWriter &writer, const std::vector<Piece> &pieces, bool hasEnd);
 
 /// Writes S-records, all of the kind that the highest address needs. @return as above

@@ -1,7 +1,6 @@
 #include "files/firmware/OutputBuffer.h"
 
 #include <algorithm>
-#include <new>
 
 namespace files
 {
@@ -15,11 +14,8 @@ constexpr std::size_t kBufferBytes = std::size_t{256} * 1024;
 }  // namespace
 
 OutputBuffer::OutputBuffer(Write write)
-    : m_write(std::move(write)), m_buffer(ByteBuffer::allocate(kBufferBytes))
+    : m_write(std::move(write)), m_buffer(ByteBuffer::allocate(kBufferBytes)), m_isGood(isReady())
 {
-    if (!m_buffer) {
-        throw std::bad_alloc();
-    }
 }
 
 void OutputBuffer::append(std::span<const std::uint8_t> bytes)

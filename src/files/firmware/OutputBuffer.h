@@ -20,9 +20,12 @@ public:
     /// Most bytes that `room()` can give.
     static constexpr std::size_t kMostRoom = 4096;
 
+    /// Without memory for the buffer it isn't ready, and nothing may be put into it.
     explicit OutputBuffer(Write write);
     OutputBuffer(const OutputBuffer &) = delete;
     OutputBuffer &operator=(const OutputBuffer &) = delete;
+
+    [[nodiscard]] bool isReady() const { return static_cast<bool>(m_buffer); }
 
     /// @param bytes  at most `kMostRoom`
     /// @return the place for the next `bytes` bytes, counted only once `use()` is called
@@ -56,7 +59,7 @@ private:
     ByteBuffer m_buffer;
     std::size_t m_used = 0;
     std::uint64_t m_drained = 0;
-    bool m_isGood = true;
+    bool m_isGood;
 };
 
 }  // namespace files

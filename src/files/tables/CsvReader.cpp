@@ -18,10 +18,13 @@ namespace
 
 using Bytes = std::vector<std::uint8_t>;
 
+constexpr std::string_view kByteOrderMark = "\xEF\xBB\xBF";
+
 std::optional<std::uint32_t> valueOf(std::string_view field, ValueTable table)
 {
-    if (field.size() > static_cast<std::size_t>(INT_MAX)) {
-        return std::nullopt;  // more than a QString holds
+    // The conversion would drop a mark; a file has one at its start or none.
+    if (field.starts_with(kByteOrderMark) || field.size() > static_cast<std::size_t>(INT_MAX)) {
+        return std::nullopt;  // the latter is more than a QString holds
     }
     bool ok = false;
     const QString text = QString::fromUtf8(field.data(), static_cast<int>(field.size()));
@@ -58,6 +61,9 @@ bool appendLine(std::string_view line, ValueTable table, Bytes &out)
 
 Result<RecordOwner<FileData>> readValues(std::string_view text, ValueTable table)
 {
+    if (text.starts_with(kByteOrderMark)) {
+        text.remove_prefix(kByteOrderMark.size());
+    }
     Bytes values;
     for (std::size_t line = 1; !text.empty(); ++line) {
         if (!appendLine(takeLine(text), table, values)) {

@@ -154,8 +154,11 @@ Result<void> ListReader::readLicence(const QString &text, SegmentDataMCSV &modul
     if (!isFileWithEnding(text, "bin|lic")) {
         const QByteArray identifier = text.toUtf8();
         if (identifier.size() > kLongestIdentifier) {
-            return invalid(ErrorCode::BadValue,
-                           "\nHSM FW ID parameter exceeds 15 characters: " + utf8(text));
+            // The image has 15 bytes for it; other letters than English ones take two and more.
+            const bool isLong = text.toUcs4().size() > kLongestIdentifier;
+            return invalid(ErrorCode::BadValue, "\nHSM FW ID parameter exceeds 15 " +
+                                                    std::string(isLong ? "characters" : "bytes") +
+                                                    ": " + utf8(text));
         }
         const auto *bytes = reinterpret_cast<const std::uint8_t *>(identifier.constData());
         return storeCopy({bytes, static_cast<std::size_t>(identifier.size())}, module.hsmFwId,
