@@ -2,6 +2,8 @@
 
 #include <gtest/gtest.h>
 
+#include <random>
+
 using namespace certif;
 
 namespace
@@ -32,6 +34,55 @@ TEST(Mask, FirstButtonIsTheLowestBitAndGroupsHaveEightDigits)
     EXPECT_EQ(maskText(buttons), "80000000_00000000_00000020_00000001");
     EXPECT_EQ(maskText({true, true, false, true, true}), "1b");
     EXPECT_EQ(maskText({}), "");
+}
+
+// The digits by another road: the buttons as a text of "0" and "1", four of them at a time.
+TEST(Mask, ReadsAsATextOfBitsDoesAndComesBack)
+{
+    std::mt19937 random(1);
+    for (int round = 0; round < 300; ++round) {
+        std::vector<bool> buttons(128);
+        for (std::size_t bit = 0; bit < buttons.size(); ++bit) {
+            buttons[bit] = random() % (1U + static_cast<unsigned>(round) % 9U) == 0;
+        }
+        QString text;
+        for (auto button = buttons.rbegin(); button != buttons.rend(); ++button) {
+            text += *button ? '1' : '0';
+        }
+        QString mask;
+        for (int digits = 1; !text.isEmpty(); ++digits) {
+            mask.prepend(QString::number(text.right(4).toInt(nullptr, 2), 16));
+            text.chop(4);
+            mask.prepend(digits % 8 == 0 && !text.isEmpty() ? "_" : "");
+        }
+        EXPECT_EQ(maskText(buttons), mask);
+        EXPECT_EQ(maskBits(mask), buttons);
+    }
+    for (const char *text : {"", "x", "1_", "100000000000000000000000000000000"}) {
+        EXPECT_TRUE(maskBits(text).empty()) << text;
+    }
+}
+
+struct Number {
+    const char *typed;
+    unsigned bits;
+    bool isRight;
+};
+
+TEST(Numbers, AreCheckedForTheirWidthAndTheirBase)
+{
+    for (const Number &row :
+         {Number{"65535", 16, true}, Number{"65536", 16, false}, Number{"0xFFFFFFFF", 32, true},
+          Number{"0x100000000", 32, false}, Number{"010", 16, false}, Number{"-1", 16, false},
+          Number{"0x", 16, false}, Number{"ff", 16, false}}) {
+        EXPECT_EQ(numberFault(row.typed, row.bits).isEmpty(), row.isRight) << row.typed;
+    }
+    EXPECT_EQ(identifierText("ff"), "0xff");
+    EXPECT_EQ(identifierText(" 0XfF "), "0XfF");
+    EXPECT_EQ(identifierText(""), "0x0");
+    EXPECT_EQ(lifecycleNumber("0x3000"), 0x3000);
+    EXPECT_EQ(lifecycleNumber("SECURED"), -1);
+    EXPECT_EQ(lifecycleNumber("65536"), -1);
 }
 
 TEST(Describe, WritesEachLineInItsOrder)
