@@ -1,6 +1,8 @@
 #include "workbench/tabs/ob/ChangesPanel.h"
 
 #include "workbench/widgets/FieldNames.h"
+#include "workbench/widgets/SelectedRow.h"
+#include "workbench/widgets/TableCopy.h"
 
 #include <QEvent>
 #include <QHeaderView>
@@ -24,6 +26,8 @@ ChangesPanel::ChangesPanel(QWidget *parent) : QTableWidget(0, kColumns, parent)
     setSelectionMode(SingleSelection);
     setTabKeyNavigation(false);
     setWordWrap(true);
+    setItemDelegate(new SelectedRowDelegate(this));
+    makeCopyable(this);
     verticalHeader()->hide();
     verticalHeader()->setSectionResizeMode(QHeaderView::ResizeToContents);
     horizontalHeader()->setStretchLastSection(true);

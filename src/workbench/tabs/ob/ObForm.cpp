@@ -5,6 +5,8 @@
 #include "workbench/tabs/ob/RegisterTree.h"
 #include "workbench/widgets/FieldNames.h"
 #include "workbench/widgets/PathEdit.h"
+#include "workbench/widgets/SelectedRow.h"
+#include "workbench/widgets/TableCopy.h"
 
 #include <QComboBox>
 #include <QDialogButtonBox>
@@ -112,6 +114,8 @@ QWidget *ObForm::buildMiddle()
     summary->setEditTriggers(QAbstractItemView::NoEditTriggers);
     summary->setSelectionBehavior(QAbstractItemView::SelectRows);
     summary->setTabKeyNavigation(false);
+    summary->setItemDelegate(new SelectedRowDelegate(summary));
+    makeCopyable(summary);
     summary->verticalHeader()->hide();
     summary->horizontalHeader()->setSectionResizeMode(QHeaderView::Stretch);
     summary->horizontalHeader()->setHighlightSections(false);

@@ -1,6 +1,8 @@
 #include "workbench/tabs/obk/ObkTables.h"
 
 #include "workbench/widgets/FieldNames.h"
+#include "workbench/widgets/SelectedRow.h"
+#include "workbench/widgets/TableCopy.h"
 
 #include <QHeaderView>
 
@@ -25,6 +27,8 @@ void makeReadOnly(QTableWidget *table)
     table->setSelectionBehavior(QAbstractItemView::SelectRows);
     table->setTabKeyNavigation(false);
     table->setWordWrap(false);
+    table->setItemDelegate(new SelectedRowDelegate(table));
+    makeCopyable(table);
     table->horizontalHeader()->setSectionResizeMode(QHeaderView::Stretch);
 }
 
