@@ -85,7 +85,9 @@ Result<QStringList> imageArguments(const Template &model, const QString &templat
         }
         const bool isPath = item.kind == ItemKind::File || item.kind == ItemKind::Output;
         if (isPath && !value.isEmpty()) {
-            value = completePath(value, folder);
+            // "./" is how templates write it; in the middle of a path it only takes room.
+            value =
+                completePath(value.startsWith(QLatin1String("./")) ? value.mid(2) : value, folder);
         }
         if (item.kind == ItemKind::Output) {
             output = value;

@@ -33,7 +33,7 @@ QString noObk(const QString &path)
 }
 QString noImage(const QString &path)
 {
-    return "Error|Error: MCUboot templates can't be opened in this version: " + path;
+    return noObk(path);
 }
 
 struct Start {

@@ -153,7 +153,8 @@ public:
     std::vector<QWidget *> imageGenPages;  ///< without a parent until shown; owned by the form
     std::uint8_t imageGenTabIndex = 0;
     void InitMCUbootTab();  ///< lays the form into page `imageGenCount` - 1, if there is one
-    void OpenMCUboot();
+    void OpenMCUboot();     ///< opens a template in the latest of these tabs
+    void saveMCUbootConfPinBench();  ///< keeps the values of the latest of these tabs
     void appendImageGenPage();
     QWidget *currentImageGenPage() const;  ///< page `imageGenCount` - 1, or null
 

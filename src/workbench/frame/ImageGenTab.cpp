@@ -1,6 +1,7 @@
-#include "report/DisplayMng.h"
-#include "workbench/forms/Tab.h"
 #include "workbench/frame/CentralWidget.h"
+#include "workbench/tabs/img/ImgTab.h"
+
+#include <algorithm>
 
 void CentralWidget::InitMCUbootTab()
 {
@@ -9,16 +10,30 @@ void CentralWidget::InitMCUbootTab()
     }
     obkey->imgTools.resize(std::max<std::size_t>(obkey->imgTools.size(), obkey->imageGenCount));
     QWidget *const page = currentImageGenPage();
-    if (page != nullptr && page->findChild<workbench::Tab *>() == nullptr) {
-        buildTab(QStringLiteral("img"), page);
+    if (page == nullptr || page->findChild<workbench::Tab *>() != nullptr) {
+        return;
     }
+    buildTab(QStringLiteral("img"), page);
+    page->findChild<workbench::ImgTab *>()->setRole(obkey->imageGenCount - 1U,
+                                                    launchMode == NoGeneration);
 }
 
 void CentralWidget::OpenMCUboot()
 {
-    DisplayMng::getInstance().logMessage(
-        5, L"MCUboot templates can't be opened in this version: %ls",
-        QString::fromStdString(templatePath).toStdWString().c_str());
+    const QWidget *const page = currentImageGenPage();
+    auto *const tab = page == nullptr ? nullptr : page->findChild<workbench::ImgTab *>();
+    if (tab != nullptr) {
+        tab->openTemplate();
+    }
+}
+
+void CentralWidget::saveMCUbootConfPinBench()
+{
+    const QWidget *const page = currentImageGenPage();
+    auto *const tab = page == nullptr ? nullptr : page->findChild<workbench::ImgTab *>();
+    if (tab != nullptr) {
+        tab->saveConfiguration();
+    }
 }
 
 QWidget *CentralWidget::currentImageGenPage() const

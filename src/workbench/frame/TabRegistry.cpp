@@ -2,6 +2,7 @@
 
 #include "workbench/forms/PlaceholderTab.h"
 #include "workbench/tabs/da/DaTabs.h"
+#include "workbench/tabs/img/ImgTabs.h"
 #include "workbench/tabs/ob/ObTabs.h"
 #include "workbench/tabs/obk/ObkTabs.h"
 #include "workbench/tabs/sfi/SfiTabs.h"
@@ -39,11 +40,7 @@ constexpr TabEntry kTabs[] = {
      "This tab makes licence files for devices; its form isn't part of this version."},
     {{"da", "DA CertifGen"}, Built::WithTheForm, makeDaTab, nullptr},
     {{"obk", "OBkey"}, Built::LaterOnce, makeObkTab, nullptr},
-    {{"img", "Image Gen"},
-     Built::ManyTimes,
-     nullptr,
-     "This tab makes boot images through the image tool, from XML templates; its form isn't part "
-     "of this version."},
+    {{"img", "Image Gen"}, Built::ManyTimes, makeImgTab, nullptr},
 };
 
 }  // namespace

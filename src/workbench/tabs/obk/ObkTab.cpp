@@ -1,6 +1,6 @@
 #include "workbench/tabs/obk/ObkTab.h"
 
-#include "workbench/tabs/obk/ObkRows.h"
+#include "workbench/templates/ObkRows.h"
 #include "workbench/tabs/obk/ObkTables.h"
 #include "workbench/tabs/obk/ObkTabs.h"
 #include "workbench/widgets/FieldNames.h"
@@ -87,7 +87,7 @@ void ObkTab::buildLeft(QWidget *left)
     m_title->setTextFormat(Qt::PlainText);
     m_title->hide();
     column->addWidget(m_title);
-    m_rows = new ObkRows(left);
+    m_rows = new ObkRows(key(), left);
     column->addWidget(m_rows, 1);
     column->addWidget(makeOutputGroup(left));
 

@@ -2,7 +2,7 @@
 #include "obk/SystemTools.h"
 #include "report/Level.h"
 #include "workbench/forms/FormContext.h"
-#include "workbench/tabs/obk/ObkRows.h"
+#include "workbench/templates/ObkRows.h"
 #include "workbench/tabs/obk/ObkTab.h"
 #include "workbench/tabs/obk/ObkTables.h"
 #include "workbench/widgets/Boxes.h"

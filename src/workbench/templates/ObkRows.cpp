@@ -1,7 +1,8 @@
-#include "workbench/tabs/obk/ObkRows.h"
+#include "workbench/templates/ObkRows.h"
 
 #include "obk/Choices.h"
 #include "obk/Generation.h"
+#include "obk/ImageCommand.h"
 #include "obk/KeyInput.h"
 #include "workbench/widgets/FieldNames.h"
 #include "workbench/widgets/PermissionTable.h"
@@ -52,9 +53,9 @@ QPalette muted(QPalette palette)
 
 }  // namespace
 
-ObkRows::ObkRows(QWidget *parent) : QScrollArea(parent)
+ObkRows::ObkRows(const QString &tab, QWidget *parent) : QScrollArea(parent), m_tab(tab)
 {
-    setObjectName(QStringLiteral("obk_rows_area"));
+    setObjectName(m_tab + QLatin1String("_rows_area"));
     setAccessibleName(tr("Fields of the template"));
     setWidgetResizable(true);
     setFrameShape(QFrame::NoFrame);
@@ -91,7 +92,8 @@ void ObkRows::build(const obk::Template &model, const QString &folder)
 
 QString ObkRows::objectName(const ObDataItem &item, const char *role) const
 {
-    return QStringLiteral("obk_%1_%2").arg(nameInObjects(item.nameText()), QLatin1String(role));
+    return QStringLiteral("%1_%2_%3")
+        .arg(m_tab, nameInObjects(item.nameText()), QLatin1String(role));
 }
 
 void ObkRows::addRow(const ObDataItem &item, int index)
@@ -118,8 +120,17 @@ void ObkRows::addRow(const ObDataItem &item, int index)
         addText(row, item);
         break;
     }
+    if (item.isLocked) {
+        lock(row);
+    }
     place(row, item);
     m_rows.push_back(row);
+}
+
+void ObkRows::lock(ObkRow &row)
+{
+    row.field->setEnabled(false);
+    row.field->setToolTip(tr("The template fixes this value"));
 }
 
 void ObkRows::addText(ObkRow &row, const ObDataItem &item)
@@ -128,7 +139,13 @@ void ObkRows::addText(ObkRow &row, const ObDataItem &item)
     nameWidget(row.edit, objectName(item, "edit"), item.nameText());
     row.field->layout()->addWidget(row.edit);
     const std::size_t at = m_rows.size();
-    connect(row.edit, &QLineEdit::textChanged, this, [this, at] { check(at); });
+    connect(row.edit, &QLineEdit::textChanged, this, [this, at] {
+        check(at);
+        emit fieldChanged();
+    });
+    if (item.isParam && obk::isSecretOption(item)) {
+        row.edit->setEchoMode(QLineEdit::Password);
+    }
 }
 
 void ObkRows::addPermission(ObkRow &row, const ObDataItem &item)
@@ -162,6 +179,7 @@ void ObkRows::addBool(ObkRow &row, const ObDataItem &item)
     connect(row.check, &QCheckBox::stateChanged, this, [this, at, name = item.nameText()] {
         check(at);
         emit selectorChanged(name);
+        emit fieldChanged();
     });
 }
 
@@ -183,6 +201,7 @@ void ObkRows::addList(ObkRow &row, const ObDataItem &item)
             [this, at, name = item.nameText()] {
                 check(at);
                 emit selectorChanged(name);
+                emit fieldChanged();
             });
 }
 
@@ -196,22 +215,44 @@ void ObkRows::addFile(ObkRow &row, const ObDataItem &item)
     connect(row.edit, &QLineEdit::textChanged, this, [this, at] { check(at); });
     row.open = new QPushButton(tr("Open"), row.field);
     nameWidget(row.open, objectName(item, "open"), name + QLatin1String(" Open"));
+    auto *const column = static_cast<QVBoxLayout *>(row.field->layout());
+    auto *const line = new QHBoxLayout;
+    if (item.isParam) {
+        line->addWidget(row.edit, 1);
+        line->addWidget(row.open);
+        addClear(row, item, line);
+    } else {
+        column->addWidget(row.edit);
+        line->addWidget(row.open);
+        addRegenerate(row, item, line);
+    }
+    column->addLayout(line);
+    connect(row.edit, &QLineEdit::textChanged, this, &ObkRows::fieldChanged);
+    connect(row.open, &QPushButton::clicked, this, [this, name] { emit openPressed(name); });
+}
+
+void ObkRows::addRegenerate(ObkRow &row, const ObDataItem &item, QHBoxLayout *line)
+{
+    const QString name = item.nameText();
     row.regenerate = new QPushButton(tr("Regenerate"), row.field);
     nameWidget(row.regenerate, name, name + QLatin1String(" Regenerate"));
     row.regenerate->setToolTip(tr("Makes a new key pair; an old key is kept under another name"));
     row.keyType = new QComboBox(row.field);
     nameWidget(row.keyType, objectName(item, "combo"), name + tr(" key type"));
     row.keyType->addItems(item.keyType.value_or(QString()).split(QLatin1Char(',')));
-    auto *const column = static_cast<QVBoxLayout *>(row.field->layout());
-    column->addWidget(row.edit);
-    auto *const line = new QHBoxLayout;
-    line->addWidget(row.open);
     line->addWidget(row.keyType, 1);
     line->addWidget(row.regenerate);
-    column->addLayout(line);
-    connect(row.open, &QPushButton::clicked, this, [this, name] { emit openPressed(name); });
     connect(row.regenerate, &QPushButton::clicked, this,
             [this, name] { emit regeneratePressed(name); });
+}
+
+void ObkRows::addClear(ObkRow &row, const ObDataItem &item, QHBoxLayout *line)
+{
+    row.clear = new QPushButton(tr("Clear"), row.field);
+    nameWidget(row.clear, objectName(item, "clear"), item.nameText() + tr(" Clear"));
+    row.clear->setToolTip(tr("Empties the path: the command does without it"));
+    line->addWidget(row.clear);
+    connect(row.clear, &QPushButton::clicked, row.edit, &QLineEdit::clear);
 }
 
 void ObkRows::place(ObkRow &row, const ObDataItem &item)
@@ -238,7 +279,7 @@ void ObkRows::place(ObkRow &row, const ObDataItem &item)
             input->setToolTip(tip);
         }
     }
-    const bool isTall = item.kind == obk::ItemKind::File;
+    const bool isTall = item.kind == obk::ItemKind::File && !item.isParam;
     const auto middle = isTall ? Qt::AlignTop : Qt::AlignVCenter;
     for (QLabel *const text : {label, unit, row.note}) {
         text->setContentsMargins(0, isTall ? 6 : 0, 0,
@@ -260,7 +301,8 @@ std::vector<QWidget *> ObkRows::focusOrder() const
         for (QWidget *const widget :
              {static_cast<QWidget *>(row.edit), static_cast<QWidget *>(row.check),
               static_cast<QWidget *>(row.combo), static_cast<QWidget *>(row.open),
-              static_cast<QWidget *>(row.keyType), static_cast<QWidget *>(row.regenerate)}) {
+              static_cast<QWidget *>(row.keyType), static_cast<QWidget *>(row.regenerate),
+              static_cast<QWidget *>(row.clear)}) {
             if (widget != nullptr) {
                 order.push_back(widget);
             }
@@ -338,9 +380,13 @@ QString ObkRows::faultOf(const ObkRow &row) const
     const ObDataItem &item = m_model.items[static_cast<std::size_t>(row.item)];
     const QString text = row.text(item);
     if (item.kind == obk::ItemKind::File) {
+        if (item.isParam && text.isEmpty()) {
+            return {};  // the command does without it
+        }
         const QFileInfo file(obk::completePath(text, m_folder));
-        return !file.exists() ? tr("No such file yet: choose one, or make a key")
-               : file.isDir() ? tr("That is a folder")
+        return !file.exists()                      ? (item.isParam ? tr("No such file")
+                                                                   : tr("No such file yet: choose one, or make a key"))
+               : file.isDir()                      ? tr("That is a folder")
                : file.isFile() && file.size() == 0 ? tr("The file is empty")
                                                    : QString();
     }

@@ -28,6 +28,7 @@ struct ObkRow {
     QComboBox *keyType = nullptr;
     QPushButton *open = nullptr;
     QPushButton *regenerate = nullptr;
+    QPushButton *clear = nullptr;  ///< empties a path that an image template can do without
     PermissionTable *permissions = nullptr;
     QLabel *note = nullptr;          ///< what is wrong, or where an old key went
     QPushButton *restore = nullptr;  ///< puts an old key back
@@ -37,7 +38,8 @@ struct ObkRow {
     [[nodiscard]] QString text(const ObDataItem &shown) const;
 };
 
-/// What goes into a field, in a few words: "4 bytes", "8 to 32 bytes", "P-256 public key".
+/// What goes into a field, in a few words: "4 bytes", "8 to 32 bytes", "P-256 public key"; of an
+/// image template's parameter the option that it stands for.
 QString unitText(const ObDataItem &item);
 
 /// A name as a part of an object name: letters and digits, each further word with a capital.

@@ -1,24 +1,26 @@
 #pragma once
 #include "obk/Template.h"
-#include "workbench/tabs/obk/ObkRow.h"
+#include "workbench/templates/ObkRow.h"
 
 #include <QScrollArea>
 
 #include <vector>
 
 class QGridLayout;
+class QHBoxLayout;
 
 namespace workbench
 {
 
-/// The rows that a template builds. It knows widgets and rules of single fields; files, keys and
-/// generation are the tab's.
+/// The rows that a template of either kind builds. It knows widgets and rules of single fields;
+/// files, keys and generation are the tab's.
 class ObkRows : public QScrollArea
 {
     Q_OBJECT
 
 public:
-    explicit ObkRows(QWidget *parent);
+    /// @param tab  key of the tab, with which object names begin
+    ObkRows(const QString &tab, QWidget *parent);
 
     /// Replaces all rows by those of a template, which has passed all its checks.
     /// @param folder  relative paths of files count from it
@@ -41,6 +43,7 @@ public:
     void setNote(ObkRow &row, const QString &note, bool canRestore);
 
 signals:
+    void fieldChanged();  ///< any of them
     void selectorChanged(const QString &item);
     void openPressed(const QString &item);
     void regeneratePressed(const QString &item);
@@ -53,12 +56,16 @@ private:
     void addBool(ObkRow &row, const ObDataItem &item);
     void addList(ObkRow &row, const ObDataItem &item);
     void addFile(ObkRow &row, const ObDataItem &item);
+    void addRegenerate(ObkRow &row, const ObDataItem &item, QHBoxLayout *line);
+    void addClear(ObkRow &row, const ObDataItem &item, QHBoxLayout *line);
+    static void lock(ObkRow &row);
     void place(ObkRow &row, const ObDataItem &item);
     void check(std::size_t row);
     [[nodiscard]] QString faultOf(const ObkRow &row) const;
     [[nodiscard]] QString selectorName(const QString &wanted) const;
     [[nodiscard]] QString objectName(const ObDataItem &item, const char *role) const;
 
+    QString m_tab;
     obk::Template m_model;  ///< as built; names, kinds and widths of the rows
     QString m_folder;
     QWidget *m_page = nullptr;

@@ -1,4 +1,4 @@
-#include "workbench/tabs/obk/ObkRow.h"
+#include "workbench/templates/ObkRow.h"
 
 #include "obk/Choices.h"
 
@@ -72,6 +72,9 @@ QString ObkRow::text(const ObDataItem &shown) const
 
 QString unitText(const ObDataItem &item)
 {
+    if (item.isParam) {
+        return item.option.value_or(QString()).trimmed();
+    }
     switch (item.kind) {
     case obk::ItemKind::Text:
         return tr("%1 to %2 bytes").arg(item.minWidth).arg(item.width);

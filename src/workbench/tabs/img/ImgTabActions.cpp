@@ -1,0 +1,198 @@
+#include "obk/ImageCommand.h"
+#include "obk/ImageLog.h"
+#include "obk/KeyInput.h"
+#include "report/Level.h"
+#include "workbench/forms/FormContext.h"
+#include "workbench/tabs/img/ImgTab.h"
+#include "workbench/templates/ObkRows.h"
+#include "workbench/widgets/Boxes.h"
+#include "workbench/widgets/FileChoice.h"
+#include "workbench/widgets/ToolProgress.h"
+
+#include <QApplication>
+#include <QClipboard>
+#include <QCoreApplication>
+#include <QDir>
+#include <QFileDialog>
+#include <QFileInfo>
+#include <QLineEdit>
+#include <QPlainTextEdit>
+#include <QPushButton>
+#include <QSettings>
+
+namespace workbench
+{
+
+namespace
+{
+
+const QString kFolderKey = QStringLiteral("Directories/Imgtool_path");
+
+void tellError(const QString &text)
+{
+    report::message(report::Level::Error, L"%ls", text.toStdWString().c_str());
+}
+
+}  // namespace
+
+QString ImgTab::askForTemplate()
+{
+    QSettings folders(QDir::homePath() + QStringLiteral("/.VDR32FlashBench/config.ini"),
+                      QSettings::IniFormat);
+    QString start = folders.value(kFolderKey).toString();
+    if (!QFileInfo(start).isDir()) {
+        start = QCoreApplication::applicationDirPath() + QStringLiteral("/Template/Image");
+    }
+    const QString path =
+        QFileDialog::getOpenFileName(context().boxParent, QStringLiteral("Open file"), start,
+                                     QStringLiteral("XML files (*.xml)"));
+    if (!path.isEmpty()) {
+        folders.setValue(kFolderKey, QFileInfo(path).path());
+    }
+    return path;
+}
+
+void ImgTab::openTemplate()
+{
+    const QString path =
+        isFromCommandLine() ? QString::fromStdString(context().templatePath) : askForTemplate();
+    if (!path.isEmpty()) {
+        open(path);
+    }
+}
+
+void ImgTab::refresh()
+{
+    if (m_template.isLoaded) {
+        open(m_template.templatePath);
+    }
+}
+
+void ImgTab::open(const QString &path)
+{
+    m_path->setEnabled(!isFromCommandLine());
+    m_open->setEnabled(!isFromCommandLine());
+    Obkey opened;
+    if (!opened.openImageTemplate(path)) {
+        return;
+    }
+    m_template = std::move(opened);
+    showTemplate();
+}
+
+void ImgTab::chooseFile(const QString &item)
+{
+    ObkRow *const row = m_rows->row(item, obk::ItemKind::File);
+    if (row == nullptr) {
+        return;
+    }
+    const QString path =
+        workbench::chooseFile(context().boxParent, context().lastFolder,
+                              tr("Firmware and keys (*.hex *.srec *.s19 *.s28 *.s37 *.mot *.elf "
+                                 "*.axf *.out *.bin *.pem);;All files (*)"));
+    if (!path.isEmpty()) {
+        row->edit->setText(path);
+    }
+}
+
+void ImgTab::chooseOutput()
+{
+    const QString shown =
+        m_template.isLoaded ? outputPath() : QDir::homePath() + QLatin1String("/image.bin");
+    const QString path = QFileDialog::getSaveFileName(
+        context().boxParent, QStringLiteral("Save file"), shown,
+        tr("Images (*.bin *.hex *.srec *.s19)"), nullptr, QFileDialog::DontConfirmOverwrite);
+    if (!path.isEmpty()) {
+        m_output->setText(path);
+    }
+}
+
+void ImgTab::copyCommand()
+{
+    QApplication::clipboard()->setText(m_command->toPlainText());
+}
+
+std::optional<QStringList> ImgTab::arguments()
+{
+    if (!m_template.isLoaded) {
+        tellError(QStringLiteral("Upload a valid input XML File"));
+        return std::nullopt;
+    }
+    const auto made = obk::imageArguments(m_template.model, m_template.templatePath, values());
+    if (!made) {
+        tellError(QString::fromStdString(made.error().text));
+        return std::nullopt;
+    }
+    return *made;
+}
+
+QString ImgTab::outputPath() const
+{
+    const QString path = m_output->text();
+    return obk::completePath(path.startsWith(QLatin1String("./")) ? path.mid(2) : path,
+                             QFileInfo(m_template.templatePath).path());
+}
+
+void ImgTab::generate()
+{
+    const auto words = arguments();
+    if (!words || !confirmOverwrite(context().boxParent, outputPath())) {
+        return;
+    }
+    ToolProgress progress(context().boxParent);
+    const auto outcome = process::runTool(Obkey::imageToolPath(), *words, progress.watch(),
+                                          QFileInfo(m_template.templatePath).path());
+    progress.finish();
+    showOutcome(outcome, obk::shellText(Obkey::imageToolPath(), *words));
+    if (outcome.ending == process::Ending::Exited && outcome.exitCode == 0) {
+        showBox(context().boxParent, BoxKind::Success,
+                tr("The image was made : %1").arg(outputPath()));
+        keepValues();
+    }
+}
+
+void ImgTab::showOutcome(const process::ToolOutcome &outcome, const QString &command)
+{
+    constexpr int kLongest = 2000;  // characters that a box may show of what a tool said
+    const QString said = QString::fromLocal8Bit(outcome.output);
+    const QString ending = obk::endingText(outcome);
+    m_said->appendPlainText(QStringLiteral("$ ") + command + QLatin1Char('\n') + said.trimmed() +
+                            QStringLiteral("\n[%1]\n").arg(ending));
+    if (const auto logged =
+            obk::appendImageLog(obk::imageLogPath(), QDateTime::currentDateTime(), ending, command);
+        !logged) {
+        m_said->appendPlainText(QString::fromStdString(logged.error().text) + QLatin1Char('\n'));
+    }
+    if (outcome.ending == process::Ending::Cancelled) {
+        return;  // whoever cancelled knows
+    }
+    if (outcome.ending != process::Ending::Exited || outcome.exitCode != 0) {
+        tellError(tr("Image Generation Failed (%1)\n").arg(ending) + said.left(kLongest).trimmed());
+    }
+}
+
+bool ImgTab::keepValues()
+{
+    const bool isKept = m_template.saveImageValues(values());
+    std::vector<ImgTool> &tools = context().obkey().imgTools;
+    if (m_index < tools.size()) {
+        tools[m_index].saveStatus = isKept ? 1 : 0;
+    }
+    return isKept;
+}
+
+void ImgTab::saveConfiguration()
+{
+    // A configuration that makes no command is no use to whoever runs it later.
+    if (!arguments()) {
+        if (m_index < context().obkey().imgTools.size()) {
+            context().obkey().imgTools[m_index].saveStatus = 0;
+        }
+        return;
+    }
+    if (keepValues()) {
+        showBox(context().boxParent, BoxKind::Success, tr("Configuration saved \n"));
+    }
+}
+
+}  // namespace workbench
