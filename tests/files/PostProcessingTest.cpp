@@ -547,6 +547,17 @@ TEST_F(SpbElf, ExitStatusTellsWhoseFaultItIs)
         {{"crc", path, "--flash-start", "0", "--flash-end", "9", "--slice", "2"}, 2},
         {{"crc", path, "--flash-start", "0", "--flash-end", "8", "--slice", "2"}, 0},
         {{"--help"}, 0}};
+    // Initial data is loaded right behind code that isn't a whole number of words.
+    LinkedElf tight = linkedFirmware();
+    tight.sections[0].bytes.resize(253);
+    tight.segments[1].physical = kFlash + 253;
+    const QString odd = folder.file("odd.elf", tight.bytes());
+    EXPECT_EQ(run({"add-segment", odd, "--name", "X", "--data", data, "--address", "0x08002000"}),
+              2);
+    EXPECT_EQ(err,
+              "spb-elf: the segment 1, filled up to a word, at 0x08000000 would share addresses "
+              "with the segment 2 at 0x080000FD\n");
+    EXPECT_TRUE(read(odd) == tight.bytes());
     const Bytes before = read(path);
     for (const auto &[arguments, status] : cases) {
         EXPECT_EQ(run(arguments), status) << arguments.join(' ').toStdString();

@@ -90,13 +90,19 @@ std::string changeTable(const files::CrcRewrite &rewrite)
 std::optional<std::string> overlapOf(const files::ElfRewrite &rewrite)
 {
     const Loads loads(rewrite);
-    for (std::size_t i = loads.before.size(); i < loads.after.size(); ++i) {
-        for (std::size_t other = 0; other < i; ++other) {
+    const std::size_t old = loads.before.size();
+    for (std::size_t i = 0; i < loads.after.size(); ++i) {
+        if (i < old && loads.after[i].p_filesz == loads.before[i].p_filesz) {
+            continue;
+        }
+        const std::string what =
+            i < old ? "the segment " + std::to_string(i + 1) + ", filled up to a word,"
+                    : rewrite.added[i - old];
+        for (std::size_t other = 0; other < loads.after.size(); ++other) {
             const files::Range a = rangeOf(loads.after[i]);
             const files::Range b = rangeOf(loads.after[other]);
-            if (!a.empty() && !b.empty() && files::overlaps(a, b)) {
-                return rewrite.added[i - loads.before.size()] + " at " +
-                       hexText(loads.after[i].p_paddr) +
+            if (other != i && !a.empty() && !b.empty() && files::overlaps(a, b)) {
+                return what + " at " + hexText(loads.after[i].p_paddr) +
                        " would share addresses with the segment " + std::to_string(other + 1) +
                        " at " + hexText(loads.after[other].p_paddr);
             }

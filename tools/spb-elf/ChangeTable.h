@@ -12,7 +12,7 @@ std::string changeTable(const files::ElfRewrite &rewrite);
 /// What the sums do to a file of another format: a line for each segment and one for the table.
 std::string changeTable(const files::CrcRewrite &rewrite);
 
-/// New segments that would share addresses with another one.
+/// New segments, and old ones that grow, that would share addresses with another one.
 /// @return a sentence that names both; nothing when all is well
 std::optional<std::string> overlapOf(const files::ElfRewrite &rewrite);
 
