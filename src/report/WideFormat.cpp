@@ -258,7 +258,6 @@ std::size_t formatWide(wchar_t *out, std::size_t capacity, const wchar_t *format
         const wchar_t *percent = std::wcschr(format, L'%');
         const wchar_t *at = percent != nullptr ? percent : format + std::wcslen(format);
         message.putPlain(format, at);
-        format = at;
         if (percent == nullptr) {
             break;
         }

@@ -55,7 +55,7 @@ files::Result<QString> decode(const QByteArray &bytes)
 {
     const bool isUtf16 = bytes.startsWith("\xFF\xFE") || bytes.startsWith("\xFE\xFF");
     // Latin-1 gives every byte a character, which is enough for a declaration.
-    const auto encoding =
+    auto encoding =
         isUtf16 ? files::Result<QString>(QStringLiteral("UTF-16"))
                 : declaredEncoding(QString::fromLatin1(
                       bytes.startsWith("\xEF\xBB\xBF") ? bytes.mid(3, 256) : bytes.left(256)));

@@ -71,7 +71,7 @@ Result<void> checkPublicTarget(const std::string &path)
         return {};
     }
     QFile file;
-    constexpr std::uint64_t kLongest = 64 * 1024;
+    constexpr std::uint64_t kLongest = std::uint64_t{64} * 1024;
     if (files::openForReading(file, name)) {
         const auto text = files::readAll(file, kLongest);
         const std::string_view head = "-----BEGIN PUBLIC KEY-----";

@@ -59,7 +59,7 @@ files::Result<RawSignature> compute(const EcKey &key, const Digest &digest)
 
 files::Result<RawSignature> signDeterministic(const EcKey &key, const Digest &digest)
 {
-    const auto signature = compute(key, digest);
+    auto signature = compute(key, digest);
     if (!signature) {
         return signature;
     }

@@ -7,7 +7,7 @@ namespace files
 
 Result<SecretBytes> readKeyFile(const QString &path, std::uint64_t expectedSize)
 {
-    constexpr std::uint64_t kMaximum = 16 * 1024 * 1024;
+    constexpr std::uint64_t kMaximum = std::uint64_t{16} * 1024 * 1024;
     QFile file;
     if (const auto opened = openForReading(file, path); !opened) {
         return tl::unexpected<Error>(opened.error());

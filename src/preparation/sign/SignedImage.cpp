@@ -147,6 +147,8 @@ Result<QByteArray> SignedImage::build(const QByteArray &bytes) const
     return file;
 }
 
+// Names and kinds of its parameters are the library's.
+// NOLINTNEXTLINE(performance-unnecessary-value-param)
 bool SignedImage::createSignedImage(QString path, QByteArray bytes)
 {
     const auto report = [this](const std::wstring &text) {

@@ -78,6 +78,7 @@ void CentralWidget::GenerateSspEnabled()
     ssp(*this)->form()->updateGenerate();
 }
 
+// NOLINTNEXTLINE(performance-unnecessary-value-param): its callers know it like this
 void CentralWidget::DisplayBlobInfo(QString path)
 {
     ssp(*this)->displaySecrets(path);
@@ -108,6 +109,7 @@ void CentralWidget::GenerateSignEnabled()
     sign(*this)->form()->updateGenerate();
 }
 
+// NOLINTNEXTLINE(performance-unnecessary-value-param): its callers know it like this
 void CentralWidget::DisplaySignInfo(QString path)
 {
     sign(*this)->displayInput(path);

@@ -334,7 +334,7 @@ private:
 void buildPieces(const MapContents &contents, MapPicture &picture, double pixel)
 {
     const double pixels = 1 / pixel;
-    const auto snap = [=](double x) { return static_cast<int>(x * pixels + 0.5) * pixel; };
+    const auto snap = [=](double x) { return std::round(x * pixels) * pixel; };
     std::vector<MapPiece> &pieces = picture.pieces;
     int last[kMostLanes] = {-1, -1, -1, -1};  // piece of each lane
     for (std::size_t at = 0; at < picture.places.size(); ++at) {

@@ -17,7 +17,7 @@ constexpr int kMostEntries = 200;
 
 QString cleanedPath(const QString &text)
 {
-    const QString trimmed = text.trimmed();
+    QString trimmed = text.trimmed();
     if (trimmed.startsWith(QLatin1String("file:/"))) {
         const QUrl url(trimmed);
         if (url.isLocalFile()) {

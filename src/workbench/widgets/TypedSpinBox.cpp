@@ -43,7 +43,7 @@ void TypedSpinBox::reset(int value)
 {
     m_typed.clear();
     setValue(value);
-    lineEdit()->setText(textFromValue(this->value()));
+    lineEdit()->setText(QSpinBox::textFromValue(this->value()));
 }
 
 }  // namespace workbench

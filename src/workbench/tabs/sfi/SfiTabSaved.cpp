@@ -17,7 +17,7 @@ struct SavedText {
     const char *key;
     QLatin1String row;
 };
-constexpr SavedText kSavedTexts[] = {
+const SavedText kSavedTexts[] = {
     {"Encryption key file", sfi_row::kKey},       {"Nonce file", sfi_row::kNonce},
     {"Option bytes file", sfi_row::kOptionBytes}, {"Available RAM size", sfi_row::kRam},
     {"Continuation Token", sfi_row::kToken},      {"ouput SFI file", sfi_row::kOutput},
