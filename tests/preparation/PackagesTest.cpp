@@ -211,6 +211,9 @@ TEST_F(Packages, DamageIsToldFromAnotherKey)
         return preparation::openSfu(ByteView(bytes).first(64), ByteView(bytes).subspan(64),
                                     ByteView(key));
     };
+    Bytes otherHead = update;
+    otherHead[16] ^= 1;  // the header's size
+    EXPECT_EQ(open(otherHead).error().code, files::ErrorCode::BadValue);
     // Two pieces change places: each is whole, but in another's stead.
     std::swap_ranges(update.begin() + 64, update.begin() + 64 + 4112, update.begin() + 64 + 4112);
     EXPECT_EQ(open(update)->verdict, Verdict::Damaged);

@@ -332,11 +332,12 @@ TEST(SfiPlacement, WhatOnlySeemsToCollideIsBuilt)
     // Head and padding of a module lie outside its extent; firmware may touch it, if its last
     // Flash word is whole; external firmware is another memory; the top alone is no overlap.
     request.module(0x20, Bytes(32)).module(0xFFFFFFF0, Bytes(16));
+    request.module(0x100, Bytes(33), {}, "sixteen letters!").firmware(0x140, Bytes(4));
     request.firmware(0x40, Bytes(4)).firmware(0x44, Bytes(4)).firmware(0x44, {});
     request.external(0xFFFFFFFE, Bytes(2));
     request.regions.append(ExtBinInfo());
     EXPECT_EQ(outline(open(request).image),
-              "m@20+40 m@FFFFFFF0+30 F@40+4 F@44+4 E@FFFFFFFE+12 C@0+4 ");
+              "m@20+40 m@FFFFFFF0+30 M@100+60 F@40+4 F@44+4 F@140+4 E@FFFFFFFE+12 C@0+4 ");
     EXPECT_TRUE(request.messages.empty());
 }
 
