@@ -1,7 +1,9 @@
+#include "crypto/primitives/DeterministicSigner.h"
 #include "crypto/primitives/EcKey.h"
 #include "preparation/PackageInputs.h"
 #include "preparation/Preparation.h"
 #include "preparation/SfiRequestBuilder.h"
+#include "preparation/licence/LicenceFormat.h"
 #include "preparation/sfu/SfuSealer.h"
 #include "preparation/smi/SmiSealer.h"
 #include "preparation/ssp/SspSealer.h"
@@ -344,6 +346,37 @@ TEST_F(SpbUnpackKinds, SignedImagesNeedAPublicKey)
     EXPECT_EQ(run({path("a.smi"), "--public-key", mine}), 3);
 }
 
+TEST_F(SpbUnpackKinds, LicencesAreVerifiedWithTheTokensKey)
+{
+    const std::string pem = privatePem(ramp(3, 3, 32), false);
+    const auto signer = crypto::EcKey::readPrivate(Bytes(pem.begin(), pem.end()), nullptr).value();
+    preparation::Licence licence;
+    licence.index = 7;
+    licence.identifier = "FW";
+    licence.left = 41;
+    licence.keyIdentifier = signer.identifier().value();
+    std::ranges::copy(signer.publicPoint(), licence.ephemeralPoint.begin());
+    const Bytes head = preparation::encodeLicence(licence);
+    const auto digest = crypto::sha256(preparation::ByteView(head).first(220)).value();
+    licence.signature = crypto::signDeterministic(signer, digest).value();
+    QByteArray bytes = arrayOf(preparation::encodeLicence(licence));
+    const QString file = put("a.bin", bytes);
+    const QString mine = put("mine.pem", QByteArray::fromStdString(publicPem(3)));
+    const QString other = put("other.pem", QByteArray::fromStdString(publicPem(4)));
+    const QJsonObject object = json({file});
+    EXPECT_EQ(object["kind"], "licence");
+    EXPECT_EQ(object["verdict"], "not checked");
+    EXPECT_EQ(object["identifier"], "FW");
+    EXPECT_EQ(object["left"], 41);
+    EXPECT_EQ(json({file, "--public-key", mine})["verdict"], "authentic");
+    EXPECT_EQ(json({file, "--public-key", other}, 2)["verdict"], "another key");
+    bytes[60] = 1;
+    EXPECT_EQ(json({put("b", bytes), "--public-key", mine}, 2)["verdict"], "damaged");
+    EXPECT_EQ(run({file, "--key", key}), 3);
+    EXPECT_EQ(run({put("c", bytes + '0')}), 1);
+    EXPECT_TRUE(err.contains("285 bytes")) << err.constData();
+}
+
 TEST_F(SpbUnpackKinds, StructureOfSmuAndSsfi)
 {
     ImageBytes smu;
@@ -375,7 +408,9 @@ TEST_F(SpbUnpackKinds, FaultsNameTheNearestKind)
     } cases[] = {
         {{put("b", smi.left(100))}, 1, "kind SMI: It has 100 bytes, its head says 192"},
         {{put("c", "SMIMAGIK" + smi.mid(8))}, 1, "The nearest is SMI, but"},
-        {{put("d", "firmware")}, 1, "no SFI, SSFI, SMI, SFU, SSP, SMU and no signed image"},
+        {{put("d", "firmware")},
+         1,
+         "no SFI, SSFI, SMI, SFU, SSP, SMU, licence and no signed image"},
         {{path("a.smi"), "--area", "1", "--key", key, "--out", path("o")}, 3, "no areas"},
         {{put("x.sfuh", contents("a.sfuh"))}, 1, "its body can't be read"},
         {{put("x", contents("a.sfuh"))}, 1, "use --body"},

@@ -1,3 +1,4 @@
+#include "support/Chip.h"
 #include "support/TokenFixture.h"
 
 #include "crypto/primitives/Digests.h"
@@ -7,11 +8,6 @@
 #include <QDirIterator>
 
 #include <csignal>
-#include <openssl/core_names.h>
-#include <openssl/ec.h>
-#include <openssl/evp.h>
-#include <openssl/kdf.h>
-#include <openssl/params.h>
 #include <sys/wait.h>
 
 using namespace crypto;
@@ -230,55 +226,6 @@ TEST_F(Stock, CountsUnderKill)
     }
     EXPECT_GT(said, 20u);
 }
-
-/// The chip's half, with another library's words: ECDH, X9.63 with SHA-256, AES-256 key wrap.
-class Chip
-{
-public:
-    Chip() : m_key(EVP_EC_gen("P-256")) {}
-
-    [[nodiscard]] Bytes point() const
-    {
-        Bytes bytes(65);
-        std::size_t size = 0;
-        EVP_PKEY_get_octet_string_param(m_key.get(), OSSL_PKEY_PARAM_PUB_KEY, bytes.data(),
-                                        bytes.size(), &size);
-        return {bytes.end() - 64, bytes.end()};
-    }
-    [[nodiscard]] Bytes unwrap(ByteView ephemeral, ByteView info, ByteView wrapped) const
-    {
-        Bytes encoded = {4};
-        encoded.insert(encoded.end(), ephemeral.begin(), ephemeral.end());
-        const EvpKey peer(EVP_PKEY_new());
-        EVP_PKEY_copy_parameters(peer.get(), m_key.get());
-        EVP_PKEY_set1_encoded_public_key(peer.get(), encoded.data(), encoded.size());
-        const KeyContext context(EVP_PKEY_CTX_new(m_key.get(), nullptr));
-        Bytes bits(32);
-        std::size_t size = bits.size();
-        EVP_PKEY_derive_init(context.get());
-        EVP_PKEY_CTX_set_ecdh_kdf_type(context.get(), EVP_PKEY_ECDH_KDF_X9_63);
-        EVP_PKEY_CTX_set_ecdh_kdf_md(context.get(), EVP_sha256());
-        EVP_PKEY_CTX_set_ecdh_kdf_outlen(context.get(), 32);
-        void *const copy = OPENSSL_memdup(info.data(), info.size());
-        EVP_PKEY_CTX_set0_ecdh_kdf_ukm(context.get(), static_cast<unsigned char *>(copy),
-                                       static_cast<int>(info.size()));
-        EVP_PKEY_derive_set_peer(context.get(), peer.get());
-        EVP_PKEY_derive(context.get(), bits.data(), &size);
-        const std::unique_ptr<EVP_CIPHER_CTX, files::FreeWith<&EVP_CIPHER_CTX_free>> cipher(
-            EVP_CIPHER_CTX_new());
-        EVP_CIPHER_CTX_set_flags(cipher.get(), EVP_CIPHER_CTX_FLAG_WRAP_ALLOW);
-        EVP_DecryptInit_ex(cipher.get(), EVP_aes_256_wrap(), nullptr, bits.data(), nullptr);
-        Bytes key(32);
-        int length = 0;
-        EVP_DecryptUpdate(cipher.get(), key.data(), &length, wrapped.data(),
-                          static_cast<int>(wrapped.size()));
-        key.resize(static_cast<std::size_t>(std::max(length, 0)));
-        return key;
-    }
-
-private:
-    EvpKey m_key;
-};
 
 TEST_F(Stock, IsWrappedForOneChipAlone)
 {

@@ -70,15 +70,14 @@ Result<void> checkTogether(const Options &options, const console::Arguments &ima
 Result<void> checkForKind(const Options &options, PackageKind kind)
 {
     const std::string what = std::string("a package of the kind ") + kindName(kind);
-    const bool hasKey =
-        kind != PackageKind::Signed && kind != PackageKind::Ssfi && kind != PackageKind::Smu;
+    const bool isSigned = kind == PackageKind::Signed || kind == PackageKind::Licence;
+    const bool hasKey = !isSigned && kind != PackageKind::Ssfi && kind != PackageKind::Smu;
     if (options.key && !hasKey) {
         return fail(ErrorCode::BadValue,
-                    what + (kind == PackageKind::Signed
-                                ? " is checked with --public-key, not with --key"
-                                : " has nothing that a key could open"));
+                    what + (isSigned ? " is checked with --public-key, not with --key"
+                                     : " has nothing that a key could open"));
     }
-    if (options.publicKey && kind != PackageKind::Signed) {
+    if (options.publicKey && !isSigned) {
         return fail(ErrorCode::BadValue, what + " has no signature, --public-key is for another");
     }
     if (options.body && kind != PackageKind::Sfu) {
@@ -97,11 +96,11 @@ Result<void> checkForKind(const Options &options, PackageKind kind)
 const char *helpText()
 {
     return "Usage: spb-unpack [--json] [--key FILE [--out FILE [--area N]]] PACKAGE\n"
-           "       spb-unpack [--json] [--public-key PEM] SIGNED_IMAGE\n"
+           "       spb-unpack [--json] [--public-key PEM] SIGNED_IMAGE|LICENCE\n"
            "\n"
-           "Shows a package, checks it, and unpacks it: SFI, SFIx, SMI, SFU, SSP, and signed "
-           "images;\n"
-           "of SMU and SSFI files the structure. The kind is told by the content.\n"
+           "Shows a package, checks it, and unpacks it: SFI, SFIx, SMI, SFU, SSP, signed "
+           "images\n"
+           "and licences; of SMU and SSFI files the structure. The kind is told by the content.\n"
            "\n"
            "  --key FILE   check every part with this key (16 bytes)\n"
            "  --out FILE   write what is inside to FILE: the firmware of an SFI as raw binary\n"
@@ -109,7 +108,7 @@ const char *helpText()
            "               SMI, the firmware of an SFU, the payload of an SSP (0600)\n"
            "  --area N     with --out: write the plain bytes of area N of an SFI alone\n"
            "  --body FILE  the body of an SFU; without it the .sfu beside the .sfuh\n"
-           "  --public-key PEM  verify a signed image with this key\n"
+           "  --public-key PEM  verify a signed image or a licence with this key\n"
            "  --json       print one JSON object\n"
            "  --help       print this text\n"
            "  --version    print the program's version\n"

@@ -14,7 +14,7 @@ namespace unpack
 struct Options {
     bool json = false;
     std::optional<std::string> key;
-    std::optional<std::string> publicKey;  ///< PEM, for a signed image
+    std::optional<std::string> publicKey;  ///< PEM, for a signed image or a licence
     std::optional<std::string> body;       ///< of an SFU package; none: beside its header
     std::optional<std::string> out;
     std::optional<std::uint32_t> area;  ///< index from 1; none for all `F` areas

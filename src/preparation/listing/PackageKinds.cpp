@@ -4,6 +4,7 @@
 #include "files/containers/SfiReader.h"
 #include "files/containers/SmuReader.h"
 #include "preparation/ImageOpener.h"
+#include "preparation/licence/LicenceVerifier.h"
 #include "preparation/sfu/SfuSealer.h"
 #include "preparation/sign/SignVerifier.h"
 #include "preparation/smi/SmiSealer.h"
@@ -68,6 +69,7 @@ std::string nearestKind(ByteView file)
         {"SFI, but it does not begin with SFIMAGIC", likeness(file, kSfiMagic)},
         {"SMI, but it does not begin with SMIMAGIC", likeness(file, kSmiMagic)},
         {"SSP, but it does not begin with SSPIMAGE", likeness(file, kSspMagic)},
+        {"licence, but it does not begin with SPBLICN1", likeness(file, kLicenceMagic)},
         {"SFU, but it does not begin with SFUH", likeness(file, kSfuMagic) * 2},
         {"signed image, but: " + (signedReason ? "" : signedReason.error().text),
          likeness(file.last(tail), kSignMagic)},
@@ -152,6 +154,26 @@ PackageReport reportSigned(const OpenedSign &opened)
     report.add("sizeKind", "Signature size kind", trailer.sizeKind);
     report.add("keyIdentifier", "Key identifier", trailer.keyIdentifier);
     report.add("signature", "Signature", trailer.signature);
+    report.conclude(signVerdictText(opened.verdict), opened.verdict == SignVerdict::Authentic,
+                    opened.verdict == SignVerdict::Damaged);
+    return report;
+}
+
+PackageReport reportLicence(const OpenedLicence &opened)
+{
+    const Licence &licence = opened.licence;
+    PackageReport report("licence");
+    report.add("formatVersion", "Format version", 1);
+    report.add("identifier", "Firmware identifier", licence.identifier);
+    report.add("index", "Index", licence.index);
+    report.add("device", "Device", licence.device);
+    report.add("left", "Licences left behind it", licence.left);
+    report.add("nonce", "Nonce", licence.nonce);
+    report.add("chipIdentifier", "Chip's key identifier", licence.chipIdentifier);
+    report.add("ephemeralKey", "Ephemeral public key", licence.ephemeralPoint);
+    report.add("wrappedKey", "Wrapped key", licence.wrappedKey);
+    report.add("keyIdentifier", "Key identifier", licence.keyIdentifier);
+    report.add("signature", "Signature", licence.signature);
     report.conclude(signVerdictText(opened.verdict), opened.verdict == SignVerdict::Authentic,
                     opened.verdict == SignVerdict::Damaged);
     return report;
@@ -261,6 +283,8 @@ const char *kindName(PackageKind kind)
         return "SFU";
     case PackageKind::Ssp:
         return "SSP";
+    case PackageKind::Licence:
+        return "licence";
     case PackageKind::Smu:
         return "SMU";
     }
@@ -277,9 +301,11 @@ Result<PackageKind> kindOf(ByteView file)
         // Both kinds begin alike; only one of the two structures holds.
         return !parseImage(file) && files::readSsfi(file) ? PackageKind::Ssfi : PackageKind::Sfi;
     }
-    const std::pair<std::string_view, PackageKind> magics[] = {{kSmiMagic, PackageKind::Smi},
-                                                               {kSfuMagic, PackageKind::Sfu},
-                                                               {kSspMagic, PackageKind::Ssp}};
+    const std::pair<std::string_view, PackageKind> magics[] = {
+        {kSmiMagic, PackageKind::Smi},
+        {kSfuMagic, PackageKind::Sfu},
+        {kSspMagic, PackageKind::Ssp},
+        {kLicenceMagic, PackageKind::Licence}};
     for (const auto &[magic, kind] : magics) {
         if (beginsWith(file, magic)) {
             return kind;
@@ -289,7 +315,7 @@ Result<PackageKind> kindOf(ByteView file)
         return PackageKind::Smu;
     }
     return fail(ErrorCode::BadMagic,
-                "no SFI, SSFI, SMI, SFU, SSP, SMU and no signed image. The nearest is " +
+                "no SFI, SSFI, SMI, SFU, SSP, SMU, licence and no signed image. The nearest is " +
                     nearestKind(file));
 }
 
@@ -305,6 +331,8 @@ Result<PackageReport> openPackage(PackageKind kind, ByteView file, ByteView body
         return reported(openSsp(file, keys.key), reportSsp);
     case PackageKind::Signed:
         return reported(openSigned(file, keys.publicKey), reportSigned);
+    case PackageKind::Licence:
+        return reported(openLicence(file, keys.publicKey), reportLicence);
     case PackageKind::Smu: {
         bool protectedMissing = false;
         auto image = files::readSmu(file, &protectedMissing);

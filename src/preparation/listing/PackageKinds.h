@@ -9,7 +9,7 @@ namespace preparation
 {
 
 /// The kinds of packages, in the order in which a file is compared with them.
-enum class PackageKind { Signed, Sfi, Ssfi, Smi, Sfu, Ssp, Smu };
+enum class PackageKind { Signed, Sfi, Ssfi, Smi, Sfu, Ssp, Licence, Smu };
 
 /// "SFI", "signed image".
 const char *kindName(PackageKind kind);
@@ -17,7 +17,7 @@ const char *kindName(PackageKind kind);
 /// What a package is opened with.
 struct PackageKeys {
     std::optional<ByteView> key;               ///< 16 bytes
-    const crypto::EcKey *publicKey = nullptr;  ///< of a signed image
+    const crypto::EcKey *publicKey = nullptr;  ///< of a signed image or a licence
 };
 
 /// Tells a file's kind from its bytes.
