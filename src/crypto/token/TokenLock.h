@@ -1,22 +1,27 @@
 #pragma once
 #include "crypto/token/TokenModules.h"
 
-#include <QLockFile>
+#include <utility>
 
 namespace crypto
 {
 
 /// Keeps other programs of the same user off a token's counters while it lives: PKCS#11 has no call
-/// that compares and writes in one. A program that was killed holds no lock.
+/// that compares and writes in one. The system frees it with the program, however that ends.
 class TokenLock
 {
 public:
     /// Waits at most five seconds. @return Refused when another program holds it for longer
     static files::Result<TokenLock> take(const TokenInfo &token);
 
+    TokenLock(TokenLock &&other) noexcept : m_file(std::exchange(other.m_file, -1)) {}
+    TokenLock(const TokenLock &) = delete;
+    TokenLock &operator=(const TokenLock &) = delete;
+    ~TokenLock();
+
 private:
-    explicit TokenLock(std::unique_ptr<QLockFile> file) : m_file(std::move(file)) {}
-    std::unique_ptr<QLockFile> m_file;
+    explicit TokenLock(int file) : m_file(file) {}
+    int m_file;  ///< descriptor; -1 for none
 };
 
 }  // namespace crypto
