@@ -113,7 +113,7 @@ Result<void> takeCounter(CreateOptions &options, const char *value)
 
 /// An option of one word among two; the first one is the default.
 console::Option word(const Target &target, const char *name, char letter, const char *usual,
-                     const char *other, Use use)
+                     const char *other, const Use &use)
 {
     return option(
         target, name, letter, true, [=](CreateOptions &options, const char *value) -> Result<void> {

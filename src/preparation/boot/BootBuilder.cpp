@@ -188,6 +188,7 @@ Result<void> seal(const BootRequest &request, std::size_t firmwareSize, Bytes &i
         }
     }
     std::vector<BootTlv> views;
+    views.reserve(values.size());
     for (const OwnedTlv &entry : values) {
         views.push_back({entry.type, entry.value});
     }
@@ -206,7 +207,7 @@ Result<Bytes> buildBootImage(const BootRequest &request, ByteView firmware)
     if (auto good = check(request, firmware); !good) {
         return tl::unexpected(good.error());
     }
-    const auto protectedValues = protectedBlock(request);
+    auto protectedValues = protectedBlock(request);
     if (!protectedValues) {
         return protectedValues;
     }

@@ -43,9 +43,8 @@ QString ImgTab::askForTemplate()
     if (!QFileInfo(start).isDir()) {
         start = QCoreApplication::applicationDirPath() + QStringLiteral("/Template/Image");
     }
-    const QString path =
-        QFileDialog::getOpenFileName(context().boxParent, QStringLiteral("Open file"), start,
-                                     QStringLiteral("XML files (*.xml)"));
+    QString path = QFileDialog::getOpenFileName(context().boxParent, QStringLiteral("Open file"),
+                                                start, QStringLiteral("XML files (*.xml)"));
     if (!path.isEmpty()) {
         folders.setValue(kFolderKey, QFileInfo(path).path());
     }
