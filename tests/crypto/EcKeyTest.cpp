@@ -102,6 +102,13 @@ TEST(DeterministicSigner, GivesTheSignaturesOfTheStandard)
         EXPECT_TRUE(*key->verify(digestOf(tested.message), *signature));
         EXPECT_FALSE(*key->verify(digestOf("other"), *signature));
         EXPECT_FALSE(*key->verify(digestOf(tested.message), ByteView(*signature).first(63)));
+        std::vector<std::uint8_t> longer(signature->begin(), signature->end());
+        longer.push_back(0);
+        EXPECT_FALSE(*key->verify(digestOf(tested.message), longer));
+        longer.assign(key->publicPoint().begin(), key->publicPoint().end());
+        EXPECT_TRUE(EcKey::fromPoint(tested.curve, longer));
+        longer.push_back(0);
+        EXPECT_FALSE(EcKey::fromPoint(tested.curve, longer));
     }
 }
 

@@ -47,6 +47,7 @@ TEST(FileReader, ReadsFromTheStartAndKeepsTheName)
     const auto all = files::readAll(file);
     ASSERT_TRUE(all);
     EXPECT_EQ(std::string(all->span().begin(), all->span().end()), "0123456789");
+    EXPECT_TRUE(files::readAll(file, 10));
     const auto limited = files::readAll(file, 9);
     ASSERT_FALSE(limited);
     EXPECT_EQ(limited.error().code, ErrorCode::TooLarge);
