@@ -41,7 +41,7 @@ QString ObkTab::askForTemplate()
     if (!QFileInfo(start).isDir()) {
         start = QCoreApplication::applicationDirPath() + QStringLiteral("/Template/OBkey");
     }
-    const QString path =
+    QString path =
         QFileDialog::getOpenFileName(context().boxParent, QStringLiteral("Open file"), start,
                                      QStringLiteral("XML files (*.xml)"));
     if (!path.isEmpty()) {
