@@ -81,8 +81,7 @@ private:
             const double before = next == m_rights.end() ? left : next->first - kLabelGap - wide;
             return before < left && before >= std::max(0.0, left - nudge) ? before : left;
         }
-        const double behind =
-            next == m_rights.begin() ? left : std::prev(next)->second + kLabelGap;
+        const double behind = next == m_rights.begin() ? left : std::prev(next)->second + kLabelGap;
         return behind > left && behind <= left + nudge && behind + wide <= m_width ? behind : left;
     }
 

@@ -1,8 +1,8 @@
 #include "workbench/tabs/obk/ObkTab.h"
 
-#include "workbench/templates/ObkRows.h"
 #include "workbench/tabs/obk/ObkTables.h"
 #include "workbench/tabs/obk/ObkTabs.h"
+#include "workbench/templates/ObkRows.h"
 #include "workbench/widgets/FieldNames.h"
 
 #include <QFileInfo>

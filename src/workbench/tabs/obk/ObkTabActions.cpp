@@ -2,9 +2,9 @@
 #include "obk/SystemTools.h"
 #include "report/Level.h"
 #include "workbench/forms/FormContext.h"
-#include "workbench/templates/ObkRows.h"
 #include "workbench/tabs/obk/ObkTab.h"
 #include "workbench/tabs/obk/ObkTables.h"
+#include "workbench/templates/ObkRows.h"
 #include "workbench/widgets/Boxes.h"
 #include "workbench/widgets/FileChoice.h"
 #include "workbench/widgets/ToolProgress.h"
@@ -41,9 +41,8 @@ QString ObkTab::askForTemplate()
     if (!QFileInfo(start).isDir()) {
         start = QCoreApplication::applicationDirPath() + QStringLiteral("/Template/OBkey");
     }
-    QString path =
-        QFileDialog::getOpenFileName(context().boxParent, QStringLiteral("Open file"), start,
-                                     QStringLiteral("XML files (*.xml)"));
+    QString path = QFileDialog::getOpenFileName(context().boxParent, QStringLiteral("Open file"),
+                                                start, QStringLiteral("XML files (*.xml)"));
     if (!path.isEmpty()) {
         folders.setValue(kFolderKey, QFileInfo(path).path());
     }
