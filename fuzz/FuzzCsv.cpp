@@ -31,6 +31,10 @@ Plain plainValues(const QByteArray &text, bool isBare)
             return {{}, number};
         }
         for (int i = isBare ? 0 : 1; i < fields.size(); i += isBare ? 1 : 2) {
+            const bool isFirst = number == 1 && i == 0;
+            if (!isFirst && fields[i].startsWith("\xEF\xBB\xBF")) {
+                return {{}, number};
+            }
             bool ok = false;
             const QString field = QString::fromUtf8(fields[i].constData(), fields[i].size());
             const std::uint32_t value = field.simplified().toUInt(&ok, isBare ? 16 : 0);
@@ -55,7 +59,10 @@ std::vector<std::uint8_t> seed(std::uint8_t kind, std::string_view text)
 std::vector<std::vector<std::uint8_t>> fuzzSeeds()
 {
     return {seed(0, "OPTR, 0x1FEFF8AA\nSECBOOTADD,0x0C000\r\nWRP, 010,X,255\n"),
-            seed(1, "1A, 2B,0xFFFFFFFF\n00000000,deadbeef"), seed(0, "a,\xC2\xA0 4294967296 \n")};
+            seed(1, "1A, 2B,0xFFFFFFFF\n00000000,deadbeef"), seed(0, "a,\xC2\xA0 4294967296 \n"),
+            seed(1, "\xEF\xBB\xBF"
+                    "1,2\n\xEF\xBB\xBF"
+                    "3,4")};
 }
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t *data, std::size_t size)

@@ -61,7 +61,8 @@ bool appendLine(std::string_view line, ValueTable table, Bytes &out)
 
 Result<RecordOwner<FileData>> readValues(std::string_view text, ValueTable table)
 {
-    if (text.starts_with(kByteOrderMark)) {
+    // A mark alone is a line without values.
+    if (text.starts_with(kByteOrderMark) && text.size() > kByteOrderMark.size()) {
         text.remove_prefix(kByteOrderMark.size());
     }
     Bytes values;
