@@ -127,6 +127,7 @@ TEST_F(SmiTabTest, RefusalsLeaveTheOldFiles)
 TEST_F(SmiTabTest, ChecksComeBeforeAnythingIsBuilt)
 {
     const QString other = folder.file("b.elf", elfOf({0x08004000, {{".text", Bytes(64, 1)}}}));
+    ASSERT_TRUE(QFile::link(elf, folder.path("link.elf")));
     const struct {
         const char *row;
         QString text;
@@ -136,6 +137,7 @@ TEST_F(SmiTabTest, ChecksComeBeforeAnythingIsBuilt)
         {"clearElf", folder.path("./o.smi"),
          "The SMI file and the clear ELF file can't be the same file"},
         {"clearElf", folder.path("a.elf"), "The output file a.elf is one of the inputs"},
+        {"clearElf", folder.path("link.elf"), "The output file link.elf is one of the inputs"},
         {"key", folder.file("k", std::string(15, 'k')), "Size of k is expected to be 16 bytes"},
     };
     for (const auto &[row, text, box] : cases) {

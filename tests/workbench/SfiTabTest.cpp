@@ -430,15 +430,23 @@ TEST_F(SfiTab, PaneChangesBetweenModulesListAndImage)
 
 TEST_F(SfiTab, KeyFieldsOfBothTabsAreFilledTogether)
 {
-    const QString key = folder.path("new.bin");
-    {
+    const struct {
+        const char *row;
+        int bytes;
+        const char *made;
+    } files[] = {{"nonce", 12, "Nonce file successfully created"},
+                 {"key", 16, "Encrytpion Key file successfully created"}};
+    QString key;
+    for (const auto &[row, bytes, made] : files) {
+        key = folder.path(row + QString(".bin"));
         DialogAnswers dialogs({key, QMessageBox::Ok});
-        click("key_generate");
-        EXPECT_EQ(dialogs.seen()[1].text, "Encrytpion Key file successfully created");
+        click(row + QString("_generate"));
+        EXPECT_EQ(dialogs.seen()[1].text, made);
+        EXPECT_EQ(contentsOf(key).size(), bytes);
+        EXPECT_EQ(edit(row)->text(), key);
+        EXPECT_EQ(form.findChild<QLineEdit *>(QString("sfix_%1_edit").arg(row))->text(), key);
+        EXPECT_EQ(form.lastOutputFolder, QFileInfo(key).absolutePath());
     }
-    EXPECT_EQ(contentsOf(key).size(), 16);
-    EXPECT_EQ(edit("key")->text(), key);
-    EXPECT_EQ(form.findChild<QLineEdit *>("sfix_key_edit")->text(), key);
     DialogAnswers dialogs({key, QString()});
     click("nonce_open");
     EXPECT_EQ(edit("nonce")->text(), key);
