@@ -214,10 +214,14 @@ TEST_F(KeyFiles, HashFilesHoldTheDigestOfTheRawKeyAndAreLocked)
     EXPECT_EQ(messages(), QStringList());
     EXPECT_EQ(raw.SaveHashPubKey(rsaKey(), path("missing/hash.bin")), -1);
     EXPECT_EQ(messages(), QStringList("5|Error: Error: reading Device key file fails\n"));
-    const FullDisk full(16);
-    EXPECT_EQ(raw.SaveHashPubKey(rsaKey(), path("hash.bin")), -1);
-    EXPECT_EQ(messages(), QStringList("5|Error: Error: writing PubKey hash fails\n"));
+    // No file can have the second name, which shows only when the file is put in its place.
+    for (const QString &name : {QString("hash.bin"), QString(256, 'n')}) {
+        const FullDisk full(name == "hash.bin" ? 16 : 64);
+        EXPECT_EQ(raw.SaveHashPubKey(rsaKey(), path(name)), -1);
+        EXPECT_EQ(messages(), QStringList("5|Error: Error: writing PubKey hash fails\n"));
+    }
     EXPECT_EQ(contents("hash.bin").size(), 32);
+    EXPECT_EQ(entries(), QStringList("hash.bin"));
 }
 
 TEST_F(KeyFiles, OnlyWritersThatLockReplaceALockedFile)

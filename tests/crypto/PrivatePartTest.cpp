@@ -1,5 +1,6 @@
 #include "crypto/CryptoTestSupport.h"
 
+#include <array>
 #include <openssl/core_names.h>
 
 namespace
@@ -36,34 +37,33 @@ TEST_F(PrivatePart, OfAP256KeyIsSeventyBytes)
     service.Buffer_Cleanup(service.prvKeyBin);
 }
 
-/// A key on a curve whose name is one byte longer than that of P-256, so that its last private
-/// byte stands where the public half's tag is looked for.
-crypto::EvpKey brainpoolKey(bool endsLikeATag)
+/// An Ed448 key: its private bytes stand where the parts of a P-256 key are looked for.
+crypto::EvpKey strangeKey(unsigned char octetTag, unsigned char sequenceTag,
+                          unsigned char publicTag)
 {
-    constexpr BN_ULONG kTag = 0xA1;
-    while (true) {
-        crypto::EvpKey key(EVP_EC_gen("brainpoolP256t1"));
-        BIGNUM *found = nullptr;
-        EVP_PKEY_get_bn_param(key.get(), OSSL_PKEY_PARAM_PRIV_KEY, &found);
-        const crypto::SecretNumber number(found);
-        if ((BN_mod_word(found, 256) == kTag) == endsLikeATag) {
-            return key;
-        }
-    }
+    constexpr std::size_t kStart = 0x10;  // of the private bytes in the file
+    std::array<unsigned char, 57> number = {};
+    number[0x1B - kStart] = octetTag;
+    number[0x1D - kStart] = sequenceTag;
+    number[0x44 - kStart] = publicTag;
+    return crypto::EvpKey(
+        EVP_PKEY_new_raw_private_key(EVP_PKEY_ED448, nullptr, number.data(), number.size()));
 }
 
 TEST_F(PrivatePart, OtherKeysMissTheOffsets)
 {
-    const crypto::EvpKey other = brainpoolKey(false);
-    const crypto::EvpKey unlucky = brainpoolKey(true);
     const crypto::EvpKey bare(EVP_EC_gen("P-256"));
     EVP_PKEY_set_int_param(bare.get(), OSSL_PKEY_PARAM_EC_INCLUDE_PUBLIC, 0);
-    for (const auto &[key, place] :
-         {std::pair(other.get(), "PUB"), {unlucky.get(), "SEQ"}, {bare.get(), "PUB"}}) {
+    const crypto::EvpKey noSequence = strangeKey(4, 0, 0xA1);
+    const crypto::EvpKey noOctets = strangeKey(5, 0x30, 0xA1);
+    const crypto::EvpKey shortForm = strangeKey(4, 0x30, 0xA1);
+    for (const auto &[key, place] : {std::pair(bare.get(), "offset_PUB"),
+                                     {noSequence.get(), "offset_SEQ"},
+                                     {noOctets.get(), "offset_OCT_STR"},
+                                     {shortForm.get(), "Start"}}) {
         EXPECT_EQ(reduce(key), 0);
-        EXPECT_EQ(
-            messages(),
-            QStringList(QString("5|Error: Error: offset_%1 value Private Key \n").arg(place)));
+        EXPECT_EQ(messages(),
+                  QStringList(QString("5|Error: Error: %1 value Private Key \n").arg(place)));
         EVP_PKEY_free(std::exchange(read, nullptr));
     }
     EXPECT_EQ(service.prvKeyBin, nullptr);

@@ -1,3 +1,4 @@
+#include "crypto/primitives/DeterministicSigner.h"
 #include "files/FileManager.h"
 #include "preparation/KnownAnswers.h"
 #include "preparation/PackageInputs.h"
@@ -79,7 +80,7 @@ protected:
 
     /// Signs the first bytes of `whole`; the result is the file "signed" in the folder.
     bool sign(const std::string &pem, const Bytes &whole, std::size_t signedSize,
-              char *phrase = nullptr)
+              char *phrase = nullptr, unsigned version = 9)
     {
         Bytes cut(whole.begin(), whole.begin() + static_cast<std::ptrdiff_t>(signedSize));
         FileData image;
@@ -88,7 +89,7 @@ protected:
         FileData *imageAddress = &image;
         SignedImage out;
         SignedImage *outAddress = &out;
-        out.setSigImgVer(9);
+        out.setSigImgVer(version);
         out.setSigImgFooter();
         out.setSigImgBin(&imageAddress);
         QByteArray path = QFile::encodeName(folder.file("key.pem", pem));
@@ -220,6 +221,37 @@ TEST_F(Packages, DamageIsToldFromAnotherKey)
     EXPECT_EQ(open(update)->firstBadPiece, 1U);
     update.resize(update.size() - 4112);
     EXPECT_EQ(open(update).error().code, files::ErrorCode::WrongSize);
+
+    Bytes payload = bytesOf(ssp(QByteArray(152, 'x'), folder.file("hash.bin", Bytes(32, 1))));
+    for (const std::uint8_t version : Bytes{0, 2}) {
+        payload[8] = version;
+        const auto opened = preparation::openSsp(payload, std::nullopt);
+        ASSERT_FALSE(opened) << unsigned{version};
+        EXPECT_EQ(opened.error().code, files::ErrorCode::BadValue);
+    }
+}
+
+TEST_F(Packages, ASignatureUnderAnotherCurvesNameIsDamaged)
+{
+    const std::string pem = privatePem(ramp(0x21, 3, 32), false);
+    const auto key = crypto::EcKey::readPrivate(Bytes(pem.begin(), pem.end()), nullptr);
+    ASSERT_TRUE(key);
+    const Bytes image = {1, 2, 3};
+    for (const auto &[curve, verdict] :
+         {std::pair(crypto::Curve::P256, preparation::SignVerdict::Authentic),
+          {crypto::Curve::BrainpoolP256t1, preparation::SignVerdict::Damaged}}) {
+        preparation::SignTrailer trailer;
+        trailer.signedSize = trailer.fileSize = 3;
+        trailer.curve = static_cast<std::uint8_t>(curve);
+        trailer.keyIdentifier = *key->identifier();
+        const auto digest = preparation::signDigest(image, encodeSignTrailer(trailer));
+        trailer.signature = *crypto::signDeterministic(*key, *digest);
+        const auto encoded = encodeSignTrailer(trailer);
+        Bytes file = image + Bytes(encoded.begin(), encoded.end());
+        EXPECT_EQ(preparation::openSigned(file, &*key)->verdict, verdict);
+        file[3 + 22] = 1;  // reserved
+        EXPECT_FALSE(preparation::openSigned(file, nullptr));
+    }
 }
 
 TEST_F(Packages, RefusalsNameTheInputAndGiveNothing)
@@ -265,6 +297,8 @@ TEST_F(Packages, RefusalsNameTheInputAndGiveNothing)
          "without one is needed"},
         {[&] { return sign(locked, {1}, 1, phrase); },
          "Error: The EC private key file can't be used: the pass phrase doesn't open the key"},
+        {[&] { return sign(pem, {1}, 1, nullptr, 256); },
+         "Error: The image version is 256, it must be between 0 and 255"},
     };
     for (const auto &[builds, error] : cases) {
         messages.clear();
@@ -275,6 +309,7 @@ TEST_F(Packages, RefusalsNameTheInputAndGiveNothing)
     messages.clear();
     // The largest that fits: the end is 2^32 itself.
     EXPECT_FALSE(sfu({1, 2}, 0xFFFFFFFE, 255).isEmpty());
+    EXPECT_TRUE(sign(pem, {1}, 1, nullptr, 255));
 }
 
 TEST_F(Packages, SignedImageIsOneWithTheFileOrNothing)

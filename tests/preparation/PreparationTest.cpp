@@ -249,6 +249,8 @@ INSTANTIATE_TEST_SUITE_P(
               "The record of firmware counts 2 segments and holds 1"},
         Fault{"SsfiType", [](auto &r) { r.ssfiArea({1}, {}).ssfi.type = 7; },
               "Wrong file type 7 for SSFI file, expected 11"},
+        Fault{"EmptySsfi", [](auto &r) { r.ssfiArea({}, {}); },
+              "The SSFI file's record holds no data"},
         Fault{"NullObk", [](auto &r) { r.obkFiles.append(nullptr); },
               "There is no record for OBK file 1"},
         Fault{"Identifier", [](auto &r) { r.module(0, {1}, {}, "seventeen letters"); },
