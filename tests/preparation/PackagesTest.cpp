@@ -322,7 +322,6 @@ TEST_F(Packages, SignedImageIsOneWithTheFileOrNothing)
     FileData *address = &image;
     SignedImage out;
     SignedImage *outAddress = &out;
-    out.setSigImgVer(255);  // the highest
     out.setSigImgFooter();
     out.setSigImgBin(&address);
     QByteArray key = QFile::encodeName(folder.file("key.pem", privatePem(ramp(0x21, 3, 32), true)));
