@@ -1,6 +1,7 @@
 #include "files/firmware/FirmwareWriter.h"
 #include "files/OpenFixture.h"
 #include "files/SegmentBuilder.h"
+#include "files/firmware/OutputBuffer.h"
 #include "report/DisplayMng.h"
 #include "support/FullDisk.h"
 #include "support/HexLines.h"
@@ -38,6 +39,15 @@ protected:
         return record ? piecesOf(static_cast<const FileData &>(*record)) : PlainImage();
     }
 };
+
+TEST(OutputBuffer, AFailedWriteIsTheLastAndIsRemembered)
+{
+    int calls = 0;
+    files::OutputBuffer buffer([&calls](auto) { return ++calls > 1; });
+    buffer.fill(1 << 20, 0xFF);
+    EXPECT_FALSE(buffer.flush());
+    EXPECT_EQ(calls, 1);
+}
 
 TEST_F(FirmwareWriter, BinaryFillsHolesAndStartsAtTheFirstAddress)
 {
