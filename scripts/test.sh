@@ -1,6 +1,7 @@
 #!/usr/bin/env bash
-# Installs what is missing, then: format check, all tests, ten seconds of each fuzz target, and all
-# tests again under the address and undefined-behaviour sanitizers.
+# Installs what is missing, then: format check, all tests, the linter over what changed last (five
+# minutes, SPB_LINT_SECONDS), ten seconds of each fuzz target, and all tests again under the address and
+# undefined-behaviour sanitizers.
 set -euo pipefail
 cd "$(dirname "$0")/.."
 
@@ -18,6 +19,9 @@ build() {
 echo "== Tests (dev)"
 build dev
 ctest --preset dev -j "$(nproc)"
+
+echo "== Lint, for five minutes at most"
+./scripts/lint.sh --recent "${SPB_LINT_SECONDS:-300}"
 
 echo "== Fuzz targets"
 build fuzz
