@@ -2,17 +2,20 @@
 #include "app/WindowUnderTest.h"
 #include "workbench/forms/RowForm.h"
 #include "workbench/forms/Tab.h"
-#include "workbench/widgets/InfoPane.h"
-#include "workbench/widgets/InfoTabs.h"
 
 #include <QAbstractButton>
 #include <QAction>
-#include <QElapsedTimer>
+#include <QCheckBox>
+#include <QComboBox>
 #include <QLabel>
+#include <QLineEdit>
 #include <QMenuBar>
+#include <QPushButton>
 #include <QSet>
+#include <QSpinBox>
 #include <QTabBar>
 #include <QTabWidget>
+#include <QTableWidget>
 #include <QTest>
 
 #include <gtest/gtest.h>
@@ -257,134 +260,5 @@ INSTANTIATE_TEST_SUITE_P(
                                    "info_tabs firmwareInfo_table firmwareInfo_segments "
                                    "imageInfo_table imageInfo_segments"}),
     [](const auto &row) { return std::string(row.param.key); });
-
-/// A form that is made of runtime words, as templates make them.
-class Rows : public ::testing::Test
-{
-protected:
-    static FormRow row(const QString &name, RowKind kind, const QString &label)
-    {
-        FormRow made;
-        made.name = name;
-        made.kind = kind;
-        made.label = label;
-        return made;
-    }
-    RowForm form{"x", nullptr};
-};
-
-TEST_F(Rows, HundredsAreLaidOutOnce)
-{
-    QList<FormRow> rows;
-    for (int i = 0; i < 800; ++i) {
-        rows << row(QString("r%1").arg(i), i % 2 == 0 ? RowKind::Text : RowKind::Check,
-                    QString("Row %1").arg(i));
-    }
-    form.resize(600, 400);
-    form.show();
-    QElapsedTimer watch;
-    watch.start();
-    form.addRows(rows);
-    QCoreApplication::processEvents();
-    EXPECT_LT(watch.elapsed(), 1500);
-    EXPECT_EQ(form.edit("r798")->objectName(), "x_r798_edit");
-}
-
-TEST_F(Rows, EdgesStayWhenRowsAreHiddenAndComeAfterTheButtonWhenRebuilt)
-{
-    FormRow named = row("wide", RowKind::Text, "A label that is wider than all others");
-    named.needed = true;
-    named.objectName = "Field name";
-    named.check = [](const QString &text) { return text == "bad" ? QString("why") : QString(); };
-    form.addGenerate("&Go");
-    form.addRows({row("one", RowKind::Text, "One"), named});
-    form.resize(700, 300);
-    form.show();
-    const int left = form.edit("one")->x();
-    form.setRowVisible("wide", false);
-    QCoreApplication::processEvents();
-    EXPECT_EQ(form.edit("one")->x(), left);
-    EXPECT_EQ(form.edit("wide")->objectName(), "Field name");
-    EXPECT_FALSE(form.generateButton()->isEnabled());
-    form.edit("wide")->setText("bad");
-    EXPECT_TRUE(form.generateButton()->isEnabled()) << "a sign refuses nothing";
-    ASSERT_EQ(form.edit("wide")->actions().size(), 1);
-    EXPECT_EQ(form.edit("wide")->actions()[0]->toolTip(), "why");
-    form.edit("wide")->setText("good");
-    EXPECT_FALSE(form.edit("wide")->actions()[0]->isVisible());
-
-    form.removeRows();
-    form.addRows({row("two", RowKind::Text, "Two")});
-    EXPECT_EQ(form.edit("one"), nullptr);
-    const QWidget *next = form.edit("two");
-    do {
-        next = next->nextInFocusChain();
-    } while ((next->focusPolicy() & Qt::TabFocus) == 0);
-    EXPECT_EQ(next->objectName(), "x_missing_label");
-}
-
-TEST_F(Rows, GripsChangeTheirListByKeysAndGiveItBack)
-{
-    form.addRows({row("one", RowKind::List, "&One"), row("two", RowKind::List, "&Two"),
-                  row("text", RowKind::Text, "Text")});
-    form.resize(700, 500);
-    form.show();
-    QCoreApplication::processEvents();
-    auto *grip = form.findChild<QWidget *>("x_one_grip");
-    const FileList *list = form.list("one");
-    EXPECT_EQ(grip->accessibleName(), "One height");
-    EXPECT_NE(grip->focusPolicy() & Qt::TabFocus, 0);
-    const auto heightAfter = [&](Qt::Key key) {
-        QTest::keyClick(grip, key);
-        QCoreApplication::processEvents();
-        return list->height();
-    };
-    const int before = list->height();
-    const int line = list->fontMetrics().lineSpacing();
-    EXPECT_EQ(heightAfter(Qt::Key_Down), before + line);
-    EXPECT_EQ(heightAfter(Qt::Key_PageDown), before + 6 * line);
-    EXPECT_EQ(heightAfter(Qt::Key_Up), before + 5 * line);
-    for (int i = 0; i < 50; ++i) {
-        heightAfter(Qt::Key_PageUp);
-    }
-    EXPECT_GT(list->height(), line) << "a list never vanishes";
-    EXPECT_EQ(heightAfter(Qt::Key_Return), before);
-    form.setRowVisible("two", false);
-    EXPECT_TRUE(grip->isHidden()) << "a list alone takes what there is";
-}
-
-TEST_F(Rows, WithoutListsTheMapOfThePaneInFrontStandsBelow)
-{
-    for (const bool hasList : {false, true}) {
-        QWidget page;
-        auto *rows = new RowForm("x", &page);
-        rows->addRows({row("text", RowKind::Text, "Text"),
-                       row("last", hasList ? RowKind::List : RowKind::Text, "Last")});
-        rows->addGenerate("Go");
-        auto *first = new InfoPane("x_a", "A", {}, &page);
-        auto *second = new InfoPane("x_b", "B", {}, &page);
-        auto *panes = new InfoTabs("x_info_tabs", first, "A", second, "B", &page);
-        layFormPage(&page, rows, panes);
-        page.resize(1000, 600);
-        page.show();
-        for (InfoPane *pane : {first, second}) {
-            PaneContents contents;
-            contents.map.groups = {{"file", {}}};
-            contents.map.blocks = {{0x8000000, 16, 0, 1, -1}};
-            pane->show(contents);
-        }
-        for (const int front : {InfoTabs::kFirst, InfoTabs::kSecond}) {
-            panes->setCurrentIndex(front);
-            QCoreApplication::processEvents();
-            EXPECT_EQ(first->map()->isVisible(), front == InfoTabs::kFirst);
-            EXPECT_EQ(second->map()->isVisible(), front == InfoTabs::kSecond);
-        }
-        EXPECT_EQ(rows->isAncestorOf(second->map()), !hasList);
-        if (!hasList) {
-            EXPECT_GT(second->map()->height(), page.height() / 2);
-            EXPECT_GT(second->map()->mapTo(rows, QPoint()).y(), rows->edit("last")->y());
-        }
-    }
-}
 
 }  // namespace

@@ -1,3 +1,5 @@
+#include "report/DisplayMng.h"
+#include "support/MessageLog.h"
 #include "workbench/forms/Tab.h"
 #include "workbench/frame/CentralWidget.h"
 #include "workbench/widgets/ResizeFilter.h"
@@ -138,6 +140,17 @@ TEST(EmptyForm, HasNothingAndLocksNothing)
     EXPECT_TRUE(empty.children().isEmpty());
     empty.setSFImcuComboBoxH5(true);
     empty.clearForms();
+}
+
+TEST(EndOfAForm, GivesTheMessagesBack)
+{
+    MessageLog log;
+    {
+        const CentralWidget form(1);
+        const CentralWidget empty(0);
+    }
+    DisplayMng::getInstance().logMessage(5, L"late");
+    EXPECT_EQ(log.all(), (Messages{{5, "Error: late"}}));
 }
 
 TEST_F(Panels, HamburgerOpensAndCloses)

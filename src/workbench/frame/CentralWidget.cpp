@@ -25,6 +25,7 @@ CentralWidget::CentralWidget(unsigned char buildForm, QWidget *parent) : QWidget
     if (buildForm == 0) {
         return;
     }
+    m_displayBefore = DisplayMng::getInstance().displayCallback;
     preparation.setDisplayCallback(displayMessage);
     fileManager.setDisplayCallback(displayMessage);
     DisplayMng::getInstance().displayCallback = displayMessage;
@@ -54,6 +55,9 @@ CentralWidget::CentralWidget(unsigned char buildForm, QWidget *parent) : QWidget
 
 CentralWidget::~CentralWidget()
 {
+    if (m_context != nullptr) {  // or a box would come up for a window that is gone
+        DisplayMng::getInstance().displayCallback = m_displayBefore;
+    }
     // Pages that a tab showed belong to the tab widget, the others still to nobody.
     for (QWidget *page : imageGenPages) {
         if (page->parent() == nullptr) {

@@ -13,6 +13,7 @@
 #include <QWidget>
 
 #include <cstdint>
+#include <functional>
 #include <memory>
 #include <string>
 #include <vector>
@@ -277,8 +278,9 @@ private:
     [[nodiscard]] const PanelButton &panelButton(const char *name) const;
     void connectPanel();
 
-    std::unique_ptr<workbench::FormContext> m_context;  ///< null without a form
-    std::vector<workbench::Tab *> m_tabs;               ///< owned by their pages
+    std::unique_ptr<workbench::FormContext> m_context;          ///< null without a form
+    std::function<void(int, const wchar_t *)> m_displayBefore;  ///< put back at the form's end
+    std::vector<workbench::Tab *> m_tabs;                       ///< owned by their pages
     std::vector<PanelButton> m_panelButtons;
     QMessageBox *m_aboutBox = nullptr;  ///< null until the first look
 };
