@@ -38,6 +38,7 @@ function(project_show_headers name scope)
         endif()
     endforeach()
     target_include_directories(${name} ${scope} ${shown})
+    set_property(GLOBAL APPEND PROPERTY project_rooms ${name})
 endfunction()
 
 # project_add_library(name SOURCES ... LINK ... [PRIVATE_LINK ...]): one library, one folder; static,

@@ -1,27 +1,68 @@
-# Compiles one line for each edge, as a source of the lower library would be compiled.
+# Compiles lines as a source of each room would be compiled: it finds the room's own headers, and an
+# include of any header from beside or above ends the compilation.
+cmake_policy(VERSION 3.25)
 
-# compiles(out folders header): whether an include of the header finds a file there.
-function(compiles out folders header)
-    file(WRITE ${FOLDER}/edge.cpp
-        "#if !__has_include(\"${header}\")\n#error no such file\n#endif\n")
-    set(flags "")
-    foreach(folder ${folders})
-        list(APPEND flags -I${folder})
+set(floors 0)
+function(add_floor)
+    math(EXPR floors "${floors} + 1")
+    set(floors ${floors} PARENT_SCOPE)
+    set(floor_${floors} ${ARGN} PARENT_SCOPE)
+endfunction()
+
+function(headers out room)
+    file(GLOB_RECURSE found RELATIVE ${INCLUDES}/${room} ${INCLUDES}/${room}/*.h)
+    set(${out} ${found} PARENT_SCOPE)
+endfunction()
+
+# compile(outResult outText folders source)
+function(compile outResult outText folders source)
+    file(WRITE ${FOLDER}/edge.cpp "${source}")
+    list(TRANSFORM folders PREPEND -I)
+    execute_process(COMMAND ${COMPILER} -E -fPIC -std=c++20 ${folders} ${FOLDER}/edge.cpp
+        RESULT_VARIABLE result ERROR_VARIABLE text OUTPUT_QUIET)
+    set(${outResult} ${result} PARENT_SCOPE)
+    set(${outText} "${text}" PARENT_SCOPE)
+endfunction()
+
+function(check room folders)
+    set(source "")
+    headers(own ${room})
+    if(NOT own)
+        message(SEND_ERROR "${room} has no headers in ${INCLUDES}: this check looks in vain")
+    endif()
+    foreach(header ${own})
+        string(APPEND source
+            "#if !__has_include(\"${header}\")\n#error misses its own ${header}\n#endif\n")
     endforeach()
-    execute_process(COMMAND ${COMPILER} -E -std=c++20 ${flags} ${FOLDER}/edge.cpp
-        RESULT_VARIABLE result OUTPUT_QUIET ERROR_QUIET)
-    set(${out} ${result} PARENT_SCOPE)
+    set(mine 0)  # its floor
+    foreach(number RANGE 1 ${floors})
+        if(room IN_LIST floor_${number})
+            set(mine ${number})
+        endif()
+        foreach(other ${floor_${number}})
+            if(mine EQUAL 0 OR other STREQUAL room)
+                continue()
+            endif()
+            headers(theirs ${other})
+            foreach(header ${theirs})
+                string(APPEND source
+                    "#if __has_include(\"${header}\")\n#error can include ${header}\n#endif\n")
+            endforeach()
+            math(EXPR distance "${number} - ${mine}")
+            if(distance GREATER 1)
+                continue()  # the question below is enough
+            endif()
+            list(GET theirs 0 header)
+            compile(result text "${folders}" "#include \"${header}\"\n")
+            if(result EQUAL 0 OR NOT text MATCHES "${header}[^\n]*(No such file|not found)")
+                message(SEND_ERROR "${room} includes ${header} of ${other}: ${text}")
+            endif()
+        endforeach()
+    endforeach()
+    compile(result text "${folders}" "${source}")
+    if(NOT result EQUAL 0)
+        message(SEND_ERROR "${room}: ${text}")
+    endif()
 endfunction()
 
-function(check lower own higher folders)
-    compiles(ownResult "${folders}" ${own})
-    if(NOT ownResult EQUAL 0)
-        message(SEND_ERROR "${lower} doesn't find its own ${own}")
-    endif()
-    compiles(higherResult "${folders}" ${higher})
-    if(higherResult EQUAL 0)
-        message(SEND_ERROR "${lower} can include ${higher}, which lies above it")
-    endif()
-endfunction()
-
-include(${EDGES})
+include(${ROOMS})
