@@ -11,7 +11,7 @@ case $purpose in
     run) ;;
     test) packages+=(libgtest-dev libgmock-dev clang clang-format libclang-rt-14-dev
               clang-tidy desktop-file-utils appstream locales python3 python3-cryptography
-              openssl srecord softhsm2) ;;
+              openssl srecord softhsm2 strace) ;;
     bench) packages+=(libbenchmark-dev srecord binutils-arm-none-eabi gcc-arm-none-eabi elfutils llvm python3) ;;
     *) echo "setup.sh: unknown purpose '$purpose'" >&2; exit 3 ;;
 esac

@@ -2,6 +2,8 @@
 
 #include "app/LaunchCheck.h"
 #include "app/MainWindow.h"
+#include "files/base/Wipe.h"
+#include "report/Level.h"
 #include "version/Version.h"
 #include "workbench/widgets/Contrast.h"
 
@@ -12,6 +14,7 @@
 
 #include <cstdio>
 #include <cstdlib>
+#include <new>
 
 namespace app
 {
@@ -63,6 +66,22 @@ public:
     }
 };
 
+/// The last edge: what ran out of memory below it has lost its request, and nothing else.
+class SafeApplication : public QApplication
+{
+public:
+    using QApplication::QApplication;
+    bool notify(QObject *receiver, QEvent *event) override
+    {
+        try {
+            return QApplication::notify(receiver, event);
+        } catch (const std::bad_alloc &) {
+            report::message(report::Level::Error, L"Unable to allocate memory");
+            return true;
+        }
+    }
+};
+
 void describeApplication(QApplication &application)
 {
     QApplication::setApplicationName(QStringLiteral("VDR32 Sealed Package Builder"));
@@ -80,6 +99,7 @@ void describeApplication(QApplication &application)
 
 int run(int argc, char **argv)
 {
+    files::forbidCoreDumps();
     const QByteArrayList arguments = [&] {
         QByteArrayList list;
         for (int i = 0; i < argc; ++i) {
@@ -100,7 +120,7 @@ int run(int argc, char **argv)
     QGuiApplication::setHighDpiScaleFactorRoundingPolicy(
         Qt::HighDpiScaleFactorRoundingPolicy::PassThrough);
     previousHandler = qInstallMessageHandler(handleStartMessage);
-    QApplication application(argc, argv);
+    SafeApplication application(argc, argv);
     qInstallMessageHandler(handleMessage);
     describeApplication(application);
     const MainWindow window(argc, argv);

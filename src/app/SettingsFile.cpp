@@ -90,6 +90,31 @@ void storeGroup(QSettings &ini, const QString &name, const SavedGroup &group)
     ini.endGroup();
 }
 
+/// Whether a value came back from a file as what it was written as; a file knows texts and lists of
+/// texts only.
+bool isSame(const QVariant &written, QVariant read)
+{
+    if (written.type() == QVariant::List || written.type() == QVariant::StringList) {
+        return written.toStringList() == read.toStringList();
+    }
+    return read == written || (read.convert(written.userType()) && read == written);
+}
+
+/// QSettings reports nothing when the disk under its file is full: what it wrote is read again.
+bool holdsAll(std::span<const std::uint8_t> bytes, const QSettings &written)
+{
+    const IniCopy copy;  // of another name, since QSettings keeps what it knows of a file
+    if (!copy.fill(bytes)) {
+        return false;
+    }
+    const QSettings read(copy.path(), QSettings::IniFormat);
+    const QStringList keys = written.allKeys();
+    return read.allKeys().size() == keys.size() &&
+           std::ranges::all_of(keys, [&](const QString &key) {
+               return isSame(written.value(key), read.value(key));
+           });
+}
+
 void store(QSettings &ini, const SavedState &state)
 {
     const SavedWindow &window = state.window;
@@ -142,18 +167,13 @@ Result<void> writeSettings(const QString &path, const SavedState &state)
     } else if (bytes.error().code != ErrorCode::NotFound) {
         return tl::unexpected<files::Error>(bytes.error());
     }
-    {
-        QSettings ini(copy.path(), QSettings::IniFormat);
-        store(ini, state);
-        ini.sync();
-        if (ini.status() == QSettings::AccessError) {
-            return files::fail(ErrorCode::WriteFailed,
-                               "the settings can't be prepared in " + copy.path().toStdString());
-        }
-    }
+    QSettings ini(copy.path(), QSettings::IniFormat);
+    store(ini, state);
+    ini.sync();
     const auto bytes = readBytes(copy.path());
-    if (!bytes) {
-        return tl::unexpected<files::Error>(bytes.error());
+    if (ini.status() == QSettings::AccessError || !bytes || !holdsAll(bytes->span(), ini)) {
+        return files::fail(ErrorCode::WriteFailed,
+                           "the settings can't be prepared in " + copy.path().toStdString());
     }
     return files::writeWhole(path, bytes->span(), files::Secrecy::Secret);
 }

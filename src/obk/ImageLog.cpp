@@ -61,9 +61,14 @@ Result<void> appendImageLog(const QString &path, const QDateTime &now, const QSt
     struct stat entry = {};
     // A log of an earlier version may be readable by others. One write, so that lines of two
     // programs don't mix.
-    const bool isWritten =
-        ::fstat(handle, &entry) == 0 && S_ISREG(entry.st_mode) && ::fchmod(handle, 0600) == 0 &&
-        ::write(handle, bytes.constData(), static_cast<std::size_t>(bytes.size())) == bytes.size();
+    const bool isOurs =
+        ::fstat(handle, &entry) == 0 && S_ISREG(entry.st_mode) && ::fchmod(handle, 0600) == 0;
+    const ssize_t count =
+        isOurs ? ::write(handle, bytes.constData(), static_cast<std::size_t>(bytes.size())) : -1;
+    const bool isWritten = count == bytes.size();
+    if (count > 0 && !isWritten && ::ftruncate(handle, entry.st_size) == 0) {
+        errno = ENOSPC;  // half a line would run into the next one
+    }
     const bool isClosed = ::close(handle) == 0;
     if (!isWritten || !isClosed) {
         return failed();

@@ -91,6 +91,7 @@ TEST_F(Imgtool, NeverOverwritesAKey)
     EXPECT_NE(run({"keygen", "-k", "new", "-t", "ed25519", "-e", "none/pub"}), "");
     EXPECT_EQ(contents("new"), "(none)") << "half a pair is no pair";
     EXPECT_NE(run({"keygen", "-k", "new", "-t", "ed25519", "-e", "new"}), "");
+    EXPECT_NE(run({"keygen", "-k", "new", "-t", "ed25519", "-e", "./new"}), "");
     EXPECT_EQ(contents("new"), "(none)");
     run({"keygen", "-k", "one", "-t", "ed25519", "-e", "pub"});
     const std::string first = contents("pub");

@@ -1,8 +1,11 @@
 #include "tools/console/Program.h"
 
+#include "files/base/Wipe.h"
 #include "version/Version.h"
 
 #include <getopt.h>
+
+#include <QFile>
 
 #include <algorithm>
 #include <charconv>
@@ -121,7 +124,15 @@ Result<std::uint32_t> parseNumber(std::string_view text, std::uint32_t largest)
 int runProgram(int argc, char **argv, const Program &program)
 {
     g_name = program.complaintWord != nullptr ? program.complaintWord : program.name;
+    files::forbidCoreDumps();
     std::setlocale(LC_CTYPE, "");  // file names are in the user's encoding
+    // Turned into a name and back such an argument would be another file's name.
+    for (int at = 1; at < argc; ++at) {
+        if (QFile::encodeName(QFile::decodeName(argv[at])) != argv[at]) {
+            return complain(kUsage, "argument " + std::to_string(at) +
+                                        " is not text in the encoding of this locale");
+        }
+    }
     try {
         return run(argc, argv, program);
     } catch (const std::bad_alloc &) {

@@ -72,7 +72,11 @@ void SfiDemo::type(const char *name, const QString &text)
     if (auto *field = find<QWidget>(name)) {
         field->setFocus();
         QTest::keyClick(field, Qt::Key_A, Qt::ControlModifier);
-        QTest::keyClicks(field, text);
+        for (const QChar letter : text) {
+            // QTest knows the keys of ASCII only.
+            QTest::sendKeyEvent(QTest::Click, field, Qt::Key_unknown, QString(letter),
+                                Qt::NoModifier);
+        }
     }
 }
 

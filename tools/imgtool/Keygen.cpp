@@ -6,7 +6,10 @@
 #include <QFile>
 #include <QFileInfo>
 
+#include <cerrno>
+#include <cstdio>
 #include <fcntl.h>
+#include <sys/stat.h>
 #include <unistd.h>
 
 namespace imgtool
@@ -34,33 +37,26 @@ std::string typeList()
     return list;
 }
 
-/// A new, empty file that is ours alone; gone again unless it is kept.
-class Claim
+/// Puts a file where there is none; an old one is never replaced, nor one that came meanwhile.
+int renameToFree(const char *from, const char *to)
 {
-public:
-    explicit Claim(const std::string &path)
-        : m_path(path), m_file(::open(path.c_str(), O_CREAT | O_EXCL | O_WRONLY | O_CLOEXEC, 0600))
-    {
+    const int done = ::renameat2(AT_FDCWD, from, AT_FDCWD, to, RENAME_NOREPLACE);
+    if (done == 0 || (errno != EINVAL && errno != ENOSYS)) {
+        return done;
     }
-    ~Claim()
-    {
-        if (m_file >= 0) {
-            ::close(m_file);
-            if (!m_isKept) {
-                ::unlink(m_path.c_str());
-            }
-        }
-    }
-    Claim(const Claim &) = delete;
-    Claim &operator=(const Claim &) = delete;
-    [[nodiscard]] bool isOurs() const { return m_file >= 0; }
-    void keep() { m_isKept = true; }
+    // Some file systems know no such renaming, but all of these know links.
+    return ::link(from, to) == 0 ? ::unlink(from) : -1;
+}
 
-private:
-    std::string m_path;
-    int m_file;
-    bool m_isKept = false;
-};
+/// Writes a file for its owner alone, where there is none.
+Result<void> writeNew(const std::string &path, std::span<const std::uint8_t> bytes)
+{
+    const files::LastingCalls calls{.rename = renameToFree};
+    return files::SafeWriter::open(QFile::decodeName(path.c_str()), files::Secrecy::Secret, calls)
+        .and_then([&](files::SafeWriter writer) {
+            return writer.write(bytes).and_then([&] { return writer.commit(); });
+        });
+}
 
 /// A public key may be made again from its private one at any time, so an old one may go; nothing
 /// else may.
@@ -91,22 +87,27 @@ Result<void> writeBoth(const Request &request, const crypto::KeyPair &pair)
     if (!privatePem || !publicPem) {
         return tl::unexpected(privatePem ? publicPem.error() : privatePem.error());
     }
-    Claim claim(request.key);
-    if (claim.isOurs() && request.key == request.publicKey) {
+    struct stat entry = {};
+    if (::lstat(request.key.c_str(), &entry) == 0) {
+        return fail(ErrorCode::CannotOpen, request.key + " exists already; nothing is overwritten");
+    }
+    if (request.key == request.publicKey) {
         return fail(ErrorCode::Refused, "both halves can't go to " + request.key);
     }
-    if (!claim.isOurs()) {
-        return fail(ErrorCode::CannotOpen,
-                    request.key + " exists already, or can't be created; nothing is overwritten");
+    if (const auto written = writeNew(request.key, privatePem->span()); !written) {
+        return fail(ErrorCode::CannotOpen, request.key + " exists already, or can't be created (" +
+                                               written.error().text + "); nothing is overwritten");
     }
-    return files::writeWhole(QFile::decodeName(request.key.c_str()), privatePem->span(),
-                             files::Secrecy::Secret)
-        .and_then([&] {
-            return files::writeWhole(
-                QFile::decodeName(request.publicKey.c_str()),
-                {reinterpret_cast<const std::uint8_t *>(publicPem->data()), publicPem->size()});
-        })
-        .map([&claim] { claim.keep(); });
+    // Asked once more: another spelling of the private key's name is the private key by now.
+    auto written = checkPublicTarget(request.publicKey).and_then([&] {
+        return files::writeWhole(
+            QFile::decodeName(request.publicKey.c_str()),
+            {reinterpret_cast<const std::uint8_t *>(publicPem->data()), publicPem->size()});
+    });
+    if (!written) {
+        ::unlink(request.key.c_str());
+    }
+    return written;
 }
 
 int run(const Request &request)

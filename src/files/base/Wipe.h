@@ -3,6 +3,7 @@
 
 #include <cstring>
 #include <span>
+#include <sys/resource.h>
 #include <vector>
 
 namespace files
@@ -48,5 +49,13 @@ public:
 private:
     std::vector<std::uint8_t> m_bytes;
 };
+
+/// A crash must not write what is in the memory to a disk. For the start of each program that
+/// handles keys.
+inline void forbidCoreDumps()
+{
+    const rlimit none = {0, 0};
+    static_cast<void>(::setrlimit(RLIMIT_CORE, &none));  // lowering a limit is always allowed
+}
 
 }  // namespace files
