@@ -18,6 +18,11 @@ QString withoutBlanks(QString text)
     return text;
 }
 
+QString selectorKey(const QString &name)
+{
+    return withoutBlanks(name).toCaseFolded();
+}
+
 int findEntry(const ObDataItem &item, const QString &text)
 {
     for (int at = 0; at < item.entries.size(); ++at) {
@@ -91,38 +96,42 @@ Condition condition(const QString &dependency)
     return {text.section(QLatin1Char(','), 0, 0), text.section(QLatin1Char(','), 1, 1)};
 }
 
-std::vector<Selector> selectorsOf(const std::vector<ObDataItem> &items)
+Selectors selectorsOf(const std::vector<ObDataItem> &items)
 {
-    std::vector<Selector> selectors;
+    Selectors selectors;
     for (const ObDataItem &item : items) {
+        QString value;
         if (item.kind == ItemKind::List) {
             const int entry = currentEntry(item);
-            selectors.push_back(
-                {item.nameText(),
-                 listNumber(entry < 0 ? item.text() : listEntry(item.entries[entry]).value)});
+            value = listNumber(entry < 0 ? item.text() : listEntry(item.entries[entry]).value);
         } else if (item.kind == ItemKind::Bool) {
             const auto checked = isChecked(item);
-            selectors.push_back(
-                {item.nameText(), checked ? boolText(item, *checked) : item.text()});
+            value = withoutBlanks(checked ? boolText(item, *checked) : item.text());
+        } else {
+            continue;
         }
+        Selector &selector = selectors[selectorKey(item.nameText())];
+        selector.name = selector.values.isEmpty() ? item.nameText() : selector.name;
+        selector.values.append(value);
     }
     return selectors;
 }
 
-bool isNamed(const QString &selector, const QString &name)
+const Selector *findSelector(const Condition &wanted, const Selectors &selectors)
 {
-    return withoutBlanks(name).compare(selector, Qt::CaseInsensitive) == 0;
+    const auto found = selectors.constFind(selectorKey(wanted.selector));
+    return found == selectors.constEnd() ? nullptr : &*found;
 }
 
-bool isSwitchedOn(const Condition &wanted, const std::vector<Selector> &selectors)
+bool isSwitchedOn(const Condition &wanted, const Selectors &selectors)
 {
-    return std::none_of(selectors.begin(), selectors.end(), [&wanted](const Selector &selector) {
-        return isNamed(wanted.selector, selector.name) &&
-               withoutBlanks(selector.value) != wanted.value;
-    });
+    const Selector *const selector = findSelector(wanted, selectors);
+    return selector == nullptr ||
+           std::all_of(selector->values.begin(), selector->values.end(),
+                       [&wanted](const QString &value) { return value == wanted.value; });
 }
 
-void applyDependencies(std::vector<ObDataItem> &items, const std::vector<Selector> &selectors)
+void applyDependencies(std::vector<ObDataItem> &items, const Selectors &selectors)
 {
     for (ObDataItem &item : items) {
         if (item.kind == ItemKind::Data && item.dependency) {

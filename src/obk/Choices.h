@@ -1,6 +1,8 @@
 #pragma once
 #include "obk/ObDataItem.h"
 
+#include <QHash>
+
 #include <optional>
 #include <vector>
 
@@ -45,11 +47,14 @@ QString boolText(const ObDataItem &item, bool checked);
 /// and four upper-case digits.
 QString permissionText(std::uint32_t word);
 
-/// A Bool or List that switches fields, with what it says now.
+/// The Bool and List items of one name, which switch fields.
 struct Selector {
-    QString name;
-    QString value;  ///< a List's number, a Bool's "True" or "False"
+    QString name;        ///< as the first of them has it
+    QStringList values;  ///< what they say now: a List's number, a Bool's "True" or "False"
 };
+
+/// Selectors by their names without blanks and without regard to case.
+using Selectors = QHash<QString, Selector>;
 
 /// What a "Dependency" asks for: a selector's name and a value, without blanks.
 struct Condition {
@@ -58,18 +63,18 @@ struct Condition {
 };
 Condition condition(const QString &dependency);
 
-/// Whether a dependency's selector means this name: in either case, blanks don't count.
-bool isNamed(const QString &selector, const QString &name);
-
 /// All Bool and List items with the values that they have in the template.
-std::vector<Selector> selectorsOf(const std::vector<ObDataItem> &items);
+Selectors selectorsOf(const std::vector<ObDataItem> &items);
 
-/// False when a selector of that name (in either case, blanks don't count) has another value than
-/// the dependency asks for. A field without such a selector is on.
-bool isSwitchedOn(const Condition &wanted, const std::vector<Selector> &selectors);
+/// The selector that a condition means; null for none.
+const Selector *findSelector(const Condition &wanted, const Selectors &selectors);
+
+/// False when a selector of that name has another value than the dependency asks for. A field
+/// without such a selector is on.
+bool isSwitchedOn(const Condition &wanted, const Selectors &selectors);
 
 /// Sets `hasTypeSlot` of each Data item with a "Dependency" by what the selectors say: a field that
 /// is switched off takes no part in the slot lists.
-void applyDependencies(std::vector<ObDataItem> &items, const std::vector<Selector> &selectors);
+void applyDependencies(std::vector<ObDataItem> &items, const Selectors &selectors);
 
 }  // namespace obk

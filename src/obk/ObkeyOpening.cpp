@@ -72,6 +72,22 @@ void reportUnreadable(const QString &path, const files::Error &error)
              QString::fromStdString(error.text));
 }
 
+/// Why nothing was read: something else stands where the template is looked for.
+/// @param before  the element in front of which it stands
+/// @param format  the element of this kind of template
+QString misplacedText(const QDomNode &found, const QString &before, const QString &format)
+{
+    const QString start = QStringLiteral("XML document is invalid! ");
+    if (found.isComment()) {
+        return start + QStringLiteral("A comment stands before %1, so nothing was read. Please "
+                                      "move the comment into %2.")
+                           .arg(before, format);
+    }
+    return start + QStringLiteral("%1 doesn't stand directly behind the %2, so nothing was read.")
+                       .arg(before, before == format ? QStringLiteral("start of Root")
+                                                     : QStringLiteral("XML declaration"));
+}
+
 /// The file's bytes, before anything is known about them.
 files::Result<QByteArray> readBytes(const QString &path)
 {
@@ -166,14 +182,14 @@ bool Obkey::parseTemplateXML(const QString &path)
     document = *parsed;
     check_DB();
     const QDomNode node = GetObdataNode();
+    const QString format = QLatin1String(templateKind == 1 ? "McubootFormat" : "Obdata");
     if (dbState != 4) {
-        const bool isComment = document.firstChild().nextSibling().isComment();
         tell(Level::Error,
-             isComment ? QStringLiteral("XML document is invalid! A comment stands before "
-                                        "Root, so nothing was read. Please move the comment "
-                                        "into Obdata.")
-                       : QStringLiteral("XML document is invalid! Root doesn't stand directly "
-                                        "behind the XML declaration, so nothing was read."));
+             misplacedText(document.firstChild().nextSibling(), QStringLiteral("Root"), format));
+        return false;
+    }
+    if (!node.isElement()) {
+        tell(Level::Error, misplacedText(node, format, format));
         return false;
     }
     return templateKind == 0 ? parseOBkeyXML(node) : parseMcubootXML(node);

@@ -3,6 +3,7 @@
 #include <QRegularExpression>
 
 #include <algorithm>
+#include <set>
 
 namespace obk
 {
@@ -28,10 +29,20 @@ std::int32_t slotId(const QString &text)
     return number.match(text).captured(1).toInt();
 }
 
-void setSize(std::vector<Slot> &declared, std::int32_t id, const QString &size)
+/// The numbers of slots that an item names, each once.
+std::set<std::int32_t> slotIds(const QStringList &texts)
+{
+    std::set<std::int32_t> ids;
+    for (const QString &text : texts) {
+        ids.insert(slotId(text));
+    }
+    return ids;
+}
+
+void setSizes(std::vector<Slot> &declared, const std::set<std::int32_t> &ids, const QString &size)
 {
     for (Slot &slot : declared) {
-        if (slot.id == id) {
+        if (ids.count(slot.id) != 0) {
             slot.size = size;
         }
     }
@@ -168,15 +179,16 @@ Result<void> checkFlash(std::vector<Slot> &declared, const Areas &areas)
 void addFlashSlot(const ObDataItem &item, const QString &value, std::uint32_t flashStart,
                   FlashSlots &declared)
 {
-    for (const QString &text : item.slotTexts) {
-        const std::int32_t id = slotId(text);
-        if (!item.slotIsStart) {
-            for (auto *list : {&declared.all, &declared.execution, &declared.download}) {
-                setSize(*list, id, hexText(lowWord(value)));
-            }
-            continue;
+    if (!item.slotIsStart) {
+        const auto ids = slotIds(item.slotTexts);
+        for (auto *list : {&declared.all, &declared.execution, &declared.download}) {
+            setSizes(*list, ids, hexText(lowWord(value)));
         }
-        const Slot slot{slotName(item.nameText()), id, hexText(lowWord(value) + flashStart), {}};
+        return;
+    }
+    for (const QString &text : item.slotTexts) {
+        const Slot slot{
+            slotName(item.nameText()), slotId(text), hexText(lowWord(value) + flashStart), {}};
         declared.all.push_back(slot);
         if (item.hasTypeSlot) {
             (item.isExecution ? declared.execution : declared.download).push_back(slot);
@@ -187,14 +199,13 @@ void addFlashSlot(const ObDataItem &item, const QString &value, std::uint32_t fl
 void addObkSlot(const ObDataItem &item, const QString &value, std::uint32_t obkStart,
                 std::vector<Slot> &declared)
 {
+    if (!item.obkSlotIsStart) {
+        setSizes(declared, slotIds(item.obkSlotTexts), hexText(lowWord(value)));
+        return;
+    }
     for (const QString &text : item.obkSlotTexts) {
-        const std::int32_t id = slotId(text);
-        if (item.obkSlotIsStart) {
-            declared.push_back(
-                {slotName(item.nameText()), id, hexText(lowWord(value) + obkStart), {}});
-        } else {
-            setSize(declared, id, hexText(lowWord(value)));
-        }
+        declared.push_back(
+            {slotName(item.nameText()), slotId(text), hexText(lowWord(value) + obkStart), {}});
     }
 }
 

@@ -266,18 +266,39 @@ QString textOf(const QDomNode &node)
     return QString::fromStdString(get_txt(node));
 }
 
+/// What stands in the file's header must not go another way than it looks without a word.
+void warn(Template &model, const QString &text)
+{
+    model.warning += (model.warning.isEmpty() ? QString() : QStringLiteral("\n")) + text;
+}
+
 void readDestination(Template &model, const QString &text)
 {
     const QString digits = text.mid(2);
     model.obDestAddressText = text;
     // A value that needs the 32nd bit doesn't fit and becomes 0: that is what readers of such files
     // rely on, but nobody expects it.
-    model.obDestAddress = digits.toInt(nullptr, 16);
-    const bool isZero = digits.count(QLatin1Char('0')) == digits.size();
-    if (*model.obDestAddress == 0 && isHex(QLatin1String("0x") + digits) && !isZero) {
-        model.warning =
-            QStringLiteral("ObDestAddress \"%1\" is above 0x7FFFFFFF and is written as 0.")
-                .arg(text);
+    bool isRead = false;
+    model.obDestAddress = digits.toInt(&isRead, 16);
+    if (!isHex(text)) {
+        warn(model,
+             QStringLiteral("ObDestAddress \"%1\" isn't hexadecimal behind 0x and is written "
+                            "as 0x%2.")
+                 .arg(text, QString::number(static_cast<std::uint32_t>(*model.obDestAddress), 16)
+                                .toUpper()));
+    } else if (!isRead) {
+        warn(model, QStringLiteral("ObDestAddress \"%1\" is above 0x7FFFFFFF and is written as 0.")
+                        .arg(text));
+    }
+}
+
+void readEncryption(Template &model, const QString &text)
+{
+    bool isRead = false;
+    model.doEncryption = text.toInt(&isRead);
+    if (!isRead) {
+        warn(model, QStringLiteral("DoEncryption \"%1\" is no decimal number and is written as 0.")
+                        .arg(text));
     }
 }
 
@@ -304,7 +325,7 @@ Result<void> readInfoTag(const QString &tag, const QString &text, Template &mode
     if (tag == QLatin1String("ObDestAddress")) {
         readDestination(model, text);
     } else if (tag == QLatin1String("DoEncryption")) {
-        model.doEncryption = text.toInt();
+        readEncryption(model, text);
     } else if (tag == QLatin1String("GlobalAlign")) {
         model.globalAlign = static_cast<std::uint8_t>(text.toUInt() & 0xFF);
     } else {

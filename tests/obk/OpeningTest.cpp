@@ -68,6 +68,9 @@ const Case kCases[] = {
     {"CommentBeforeRoot", replaced(kPlain, "<Root>", "<!-- me -->\n<Root>"),
      "XML document is invalid! A comment stands before Root, so nothing was read. Please move the "
      "comment into Obdata."},
+    {"CommentBeforeObdata", replaced(kPlain, "<Obdata>", "<!-- me --><Obdata>"),
+     "XML document is invalid! A comment stands before Obdata, so nothing was read. Please move "
+     "the comment into Obdata."},
     {"DoubledTag", replaced(kPlain, "<Width>4</Width>", "<Width>4</Width><Width>4</Width>"),
      "XML document is invalid! \"Width\" Element is duplicated under Data tag."},
     {"DoubledName", replaced(kPlain, "<Width>4", "<Name>B</Name><Width>4"),
@@ -178,13 +181,33 @@ TEST_F(Templates, SlotsAtTheEndsOfTheirAreasPass)
     EXPECT_TRUE(said().isEmpty());
 }
 
-TEST_F(Templates, ADestinationThatDoesNotFitIsZeroAndSaysSo)
+TEST_F(Templates, HeaderWordsThatReadInAnotherWayThanTheyLookSaySo)
 {
-    ASSERT_TRUE(open("", "<ObDestAddress>0x80000000</ObDestAddress><DoEncryption>-1"
-                         "</DoEncryption><GlobalAlign>256</GlobalAlign>"));
-    EXPECT_EQ(said(), QStringList("4|Warning: ObDestAddress \"0x80000000\" is above 0x7FFFFFFF and "
-                                  "is written as 0."));
-    EXPECT_EQ(generate(), QByteArray::fromHex("0000000000000000ffffffff"));
+    const struct {
+        const char *destination;
+        const char *encryption;
+        QString expected;
+        const char *bytes;
+    } cases[] = {
+        {"0x80000000", "-1",
+         "ObDestAddress \"0x80000000\" is above 0x7FFFFFFF and is written as 0.",
+         "0000000000000000ffffffff"},
+        {"0C000012", "1",
+         "ObDestAddress \"0C000012\" isn't hexadecimal behind 0x and is written as 0x12.",
+         "120000000000000001000000"},
+        {"0X7FFFFFFF", "0x1", "DoEncryption \"0x1\" is no decimal number and is written as 0.",
+         "ffffff7f0000000000000000"},
+    };
+    for (const auto &one : cases) {
+        ASSERT_TRUE(open("", std::string("<ObDestAddress>") + one.destination +
+                                 "</ObDestAddress><DoEncryption>" + one.encryption +
+                                 "</DoEncryption><GlobalAlign>256</GlobalAlign>"));
+        EXPECT_EQ(said(), QStringList("4|Warning: " + one.expected));
+        EXPECT_EQ(generate(), QByteArray::fromHex(one.bytes));
+    }
+    ASSERT_TRUE(open("", "<ObDestAddress>0x000000007fffFFFF</ObDestAddress><DoEncryption>0"
+                         "</DoEncryption><GlobalAlign>1</GlobalAlign>"));
+    EXPECT_TRUE(said().isEmpty());
 }
 
 TEST_F(Templates, AnInvalidOrMissingSchemaIsReportedOnce)
@@ -227,6 +250,18 @@ TEST_F(Templates, SelectorsSwitchFieldsByNameInAnyCaseAndValueExactly)
     EXPECT_FALSE(selected("My list,0xA"));
     EXPECT_FALSE(selected("My list,1"));
     EXPECT_TRUE(selected("Other,1"));
+    // Of two selectors of a name each must say the value.
+    const auto both = [this](const char *second) {
+        std::string body;
+        for (const char *value : {"1", second}) {
+            body += std::string("<Bool><Name>B</Name><Width>1</Width><Default>") + value +
+                    "</Default><True>1</True><False>0</False></Bool>";
+        }
+        EXPECT_TRUE(open(body + data("A", "1", "4", "<Dependency>b,1</Dependency>")));
+        return obkey.model.items[2].hasTypeSlot;
+    };
+    EXPECT_TRUE(both("1"));
+    EXPECT_FALSE(both("0"));
 }
 
 TEST_F(Templates, TheMemoryTableLeavesOutWhatIsReservedOrSwitchedOff)

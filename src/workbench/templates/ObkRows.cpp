@@ -17,6 +17,8 @@
 #include <QToolButton>
 #include <QVBoxLayout>
 
+#include <algorithm>
+
 namespace workbench
 {
 
@@ -24,6 +26,9 @@ namespace
 {
 
 enum Column { kLabel, kField, kUnit, kNote };
+
+constexpr std::size_t kPartRows = 100;
+constexpr int kLabelWidth = 150;  // pixels
 
 std::vector<PermissionBit> permissionBits()
 {
@@ -51,6 +56,14 @@ QPalette muted(QPalette palette)
     return palette;
 }
 
+/// Only a text that needs it is wrapped: where heights depend on widths, each new width of the
+/// window has all rows measured anew.
+void tell(QLabel *note, const QString &text)
+{
+    note->setWordWrap(!text.isEmpty());
+    note->setText(text);
+}
+
 }  // namespace
 
 ObkRows::ObkRows(const QString &tab, QWidget *parent) : QScrollArea(parent), m_tab(tab)
@@ -67,26 +80,60 @@ void ObkRows::build(const obk::Template &model, const QString &folder)
     m_rows.clear();
     m_model = model;
     m_folder = folder;
+    m_grids.clear();
     // Filled before it is shown, so that everything is laid out once.
     m_page = new QWidget;
-    m_grid = new QGridLayout(m_page);
-    m_grid->setContentsMargins(0, 4, 8, 4);
-    m_grid->setHorizontalSpacing(10);
-    m_grid->setColumnStretch(kField, 3);
-    m_grid->setColumnStretch(kNote, 2);
+    auto *const column = new QVBoxLayout(m_page);
+    column->setContentsMargins(0, 4, 8, 4);
     m_rows.reserve(model.items.size());
     for (std::size_t at = 0; at < model.items.size(); ++at) {
         const ObDataItem &item = model.items[at];
         const bool isShown = !item.hidden && item.kind != obk::ItemKind::Output &&
                              !(item.kind == obk::ItemKind::Data && item.reserved);
-        if (isShown) {
-            addRow(item, static_cast<int>(at));
+        if (!isShown) {
+            continue;
         }
+        if (m_rows.size() % kPartRows == 0) {
+            startPart();
+        }
+        addRow(item, static_cast<int>(at));
     }
-    m_grid->setRowStretch(m_grid->rowCount(), 1);
+    alignParts();
+    column->addStretch(1);
     setWidget(m_page);  // destroys the one before
     for (std::size_t at = 0; at < m_rows.size(); ++at) {
         check(at);
+    }
+}
+
+void ObkRows::startPart()
+{
+    m_part = new QWidget(m_page);
+    m_grid = new QGridLayout(m_part);
+    m_grid->setContentsMargins(0, 0, 0, 0);
+    m_grid->setHorizontalSpacing(10);
+    m_grid->setColumnStretch(kField, 3);
+    m_grid->setColumnStretch(kNote, 2);
+    m_grids.push_back(m_grid);
+    m_page->layout()->addWidget(m_part);
+}
+
+void ObkRows::alignParts() const
+{
+    if (m_grids.size() < 2) {
+        return;
+    }
+    for (const int column : {int(kLabel), int(kUnit)}) {
+        int widest = 0;
+        for (QGridLayout *const grid : m_grids) {
+            for (int line = 0; line < grid->rowCount(); ++line) {
+                const QLayoutItem *const cell = grid->itemAtPosition(line, column);
+                widest = std::max(widest, cell == nullptr ? 0 : cell->sizeHint().width());
+            }
+        }
+        for (QGridLayout *const grid : m_grids) {
+            grid->setColumnMinimumWidth(column, widest);
+        }
     }
 }
 
@@ -100,7 +147,7 @@ void ObkRows::addRow(const ObDataItem &item, int index)
 {
     ObkRow row;
     row.item = index;
-    row.field = new QWidget(m_page);
+    row.field = new QWidget(m_part);
     auto *const column = new QVBoxLayout(row.field);
     column->setContentsMargins(0, 0, 0, 0);
     switch (item.kind) {
@@ -155,7 +202,7 @@ void ObkRows::addPermission(ObkRow &row, const ObDataItem &item)
         return;
     }
     row.permissions = new PermissionTable(QLatin1String("obk_") + nameInObjects(item.nameText()),
-                                          permissionBits(), m_page);
+                                          permissionBits(), m_part);
     row.permissions->setMask(obk::lowWord(item.text()));
     auto *const edit = row.edit;
     auto *const table = row.permissions;
@@ -228,22 +275,23 @@ void ObkRows::addFile(ObkRow &row, const ObDataItem &item)
     }
     column->addLayout(line);
     connect(row.edit, &QLineEdit::textChanged, this, &ObkRows::fieldChanged);
-    connect(row.open, &QPushButton::clicked, this, [this, name] { emit openPressed(name); });
+    connect(row.open, &QPushButton::clicked, this, [this, at = row.item] { emit openPressed(at); });
 }
 
 void ObkRows::addRegenerate(ObkRow &row, const ObDataItem &item, QHBoxLayout *line)
 {
     const QString name = item.nameText();
-    row.regenerate = new QPushButton(tr("Regenerate"), row.field);
-    nameWidget(row.regenerate, name, name + QLatin1String(" Regenerate"));
-    row.regenerate->setToolTip(tr("Makes a new key pair; an old key is kept under another name"));
+    // Made in the order of the Tab key, as all of a row.
     row.keyType = new QComboBox(row.field);
     nameWidget(row.keyType, objectName(item, "combo"), name + tr(" key type"));
     row.keyType->addItems(item.keyType.value_or(QString()).split(QLatin1Char(',')));
+    row.regenerate = new QPushButton(tr("Regenerate"), row.field);
+    nameWidget(row.regenerate, name, name + QLatin1String(" Regenerate"));
+    row.regenerate->setToolTip(tr("Makes a new key pair; an old key is kept under another name"));
     line->addWidget(row.keyType, 1);
     line->addWidget(row.regenerate);
     connect(row.regenerate, &QPushButton::clicked, this,
-            [this, name] { emit regeneratePressed(name); });
+            [this, at = row.item] { emit regeneratePressed(at); });
 }
 
 void ObkRows::addClear(ObkRow &row, const ObDataItem &item, QHBoxLayout *line)
@@ -258,18 +306,17 @@ void ObkRows::addClear(ObkRow &row, const ObDataItem &item, QHBoxLayout *line)
 void ObkRows::place(ObkRow &row, const ObDataItem &item)
 {
     const int line = m_grid->rowCount();
-    auto *const label = new QLabel(m_page);
+    auto *const label = new QLabel(m_part);
     label->setTextFormat(Qt::PlainText);
     label->setText(item.nameText());
-    label->setWordWrap(true);
-    label->setMinimumWidth(150);
-    auto *const unit = new QLabel(unitText(item), m_page);
+    label->setWordWrap(label->sizeHint().width() > kLabelWidth);
+    label->setMinimumWidth(kLabelWidth);
+    auto *const unit = new QLabel(unitText(item), m_part);
     unit->setTextFormat(Qt::PlainText);
     unit->setPalette(muted(palette()));
-    row.note = new QLabel(m_page);
+    row.note = new QLabel(m_part);
     row.note->setObjectName(objectName(item, "note"));
     row.note->setTextFormat(Qt::PlainText);
-    row.note->setWordWrap(true);
     row.note->setMinimumWidth(120);
     const QString tip = plainToolTip(item.tooltip.value_or(QString()));
     for (QWidget *const input :
@@ -294,24 +341,27 @@ void ObkRows::place(ObkRow &row, const ObDataItem &item)
     }
 }
 
-std::vector<QWidget *> ObkRows::focusOrder() const
+void ObkRows::leadFocusTo(std::initializer_list<QWidget *> following) const
 {
-    std::vector<QWidget *> order;
-    for (const ObkRow &row : m_rows) {
-        for (QWidget *const widget :
-             {static_cast<QWidget *>(row.edit), static_cast<QWidget *>(row.check),
-              static_cast<QWidget *>(row.combo), static_cast<QWidget *>(row.open),
-              static_cast<QWidget *>(row.keyType), static_cast<QWidget *>(row.regenerate),
-              static_cast<QWidget *>(row.clear)}) {
-            if (widget != nullptr) {
-                order.push_back(widget);
-            }
-        }
-        for (int bit = 15; row.permissions != nullptr && bit >= 0; --bit) {
-            order.push_back(row.permissions->button(bit));
-        }
+    if (m_rows.empty()) {
+        return;
     }
-    return order;
+    const ObkRow &last = m_rows.back();
+    QWidget *before = nullptr;
+    for (QWidget *const widget :
+         {static_cast<QWidget *>(last.edit), static_cast<QWidget *>(last.check),
+          static_cast<QWidget *>(last.combo), static_cast<QWidget *>(last.open),
+          static_cast<QWidget *>(last.keyType), static_cast<QWidget *>(last.regenerate),
+          static_cast<QWidget *>(last.clear)}) {
+        before = widget != nullptr ? widget : before;
+    }
+    if (last.permissions != nullptr) {
+        before = last.permissions->button(0);
+    }
+    for (QWidget *const widget : following) {
+        QWidget::setTabOrder(before, widget);
+        before = widget;
+    }
 }
 
 std::vector<std::optional<QString>> ObkRows::fields() const
@@ -322,6 +372,13 @@ std::vector<std::optional<QString>> ObkRows::fields() const
         texts[item] = row.text(m_model.items[item]);
     }
     return texts;
+}
+
+ObkRow *ObkRows::row(int item)
+{
+    const auto found = std::find_if(m_rows.begin(), m_rows.end(),
+                                    [item](const ObkRow &row) { return row.item == item; });
+    return found == m_rows.end() ? nullptr : &*found;
 }
 
 ObkRow *ObkRows::row(const QString &name, obk::ItemKind kind)
@@ -356,23 +413,11 @@ void ObkRows::applySelectors(obk::Template &model)
         const bool isOn = obk::isSwitchedOn(wanted, selectors);
         row.edit->setEchoMode(isOn ? QLineEdit::Normal : QLineEdit::NoEcho);
         row.edit->setEnabled(isOn);
-        row.edit->setToolTip(
-            plainToolTip(isOn ? item.tooltip.value_or(QString())
-                              : tr("Off. \"%1\" set to \"%2\" switches it on.")
-                                    .arg(selectorName(wanted.selector), wanted.value)));
+        row.edit->setToolTip(plainToolTip(
+            isOn ? item.tooltip.value_or(QString())
+                 : tr("Off. \"%1\" set to \"%2\" switches it on.")
+                       .arg(obk::findSelector(wanted, selectors)->name, wanted.value)));
     }
-}
-
-QString ObkRows::selectorName(const QString &wanted) const
-{
-    for (const ObDataItem &item : m_model.items) {
-        const bool isSelector =
-            item.kind == obk::ItemKind::Bool || item.kind == obk::ItemKind::List;
-        if (isSelector && obk::isNamed(wanted, item.nameText())) {
-            return item.nameText();
-        }
-    }
-    return wanted;
 }
 
 QString ObkRows::faultOf(const ObkRow &row) const
@@ -411,7 +456,7 @@ void ObkRows::check(std::size_t at)
         return;
     }
     const QString fault = faultOf(m_rows[at]);
-    m_rows[at].note->setText(fault.isEmpty() ? QString() : QString(QChar(0x26A0)) + ' ' + fault);
+    tell(m_rows[at].note, fault.isEmpty() ? QString() : QString(QChar(0x26A0)) + ' ' + fault);
 }
 
 void ObkRows::setNote(ObkRow &row, const QString &note, bool canRestore)
@@ -420,15 +465,16 @@ void ObkRows::setNote(ObkRow &row, const QString &note, bool canRestore)
     if (note.isEmpty()) {
         check(static_cast<std::size_t>(&row - m_rows.data()));
     } else {
-        row.note->setText(note);
+        tell(row.note, note);
     }
     if (canRestore && row.restore == nullptr) {
         row.restore = new QPushButton(tr("Put it back"), row.field);
         nameWidget(row.restore, objectName(item, "restore"),
                    item.nameText() + tr(" put the old key back"));
         row.field->layout()->addWidget(row.restore);
+        QWidget::setTabOrder(row.regenerate, row.restore);
         connect(row.restore, &QPushButton::clicked, this,
-                [this, name = item.nameText()] { emit restorePressed(name); });
+                [this, at = row.item] { emit restorePressed(at); });
     }
     if (row.restore != nullptr) {
         row.restore->setVisible(canRestore);

@@ -26,12 +26,15 @@ public:
     /// @param folder  relative paths of files count from it
     void build(const obk::Template &model, const QString &folder);
 
-    /// What takes the focus, in the order of the rows.
-    [[nodiscard]] std::vector<QWidget *> focusOrder() const;
+    /// Puts what follows the rows behind them in the order of the Tab key, where new rows stand
+    /// last. Moving the rows instead would take long.
+    void leadFocusTo(std::initializer_list<QWidget *> following) const;
 
     /// Text of each item's field by item; absent for items without one.
     [[nodiscard]] std::vector<std::optional<QString>> fields() const;
 
+    /// The row of an item; null for none.
+    [[nodiscard]] ObkRow *row(int item);
     /// The row of an item of that name and kind, by the exact name first; null for none.
     [[nodiscard]] ObkRow *row(const QString &name, obk::ItemKind kind);
 
@@ -45,9 +48,10 @@ public:
 signals:
     void fieldChanged();  ///< any of them
     void selectorChanged(const QString &item);
-    void openPressed(const QString &item);
-    void regeneratePressed(const QString &item);
-    void restorePressed(const QString &item);
+    // Of a row, by its item: names may be missing.
+    void openPressed(int item);
+    void regeneratePressed(int item);
+    void restorePressed(int item);
 
 private:
     void addRow(const ObDataItem &item, int index);
@@ -60,16 +64,21 @@ private:
     void addClear(ObkRow &row, const ObDataItem &item, QHBoxLayout *line);
     static void lock(ObkRow &row);
     void place(ObkRow &row, const ObDataItem &item);
+    void startPart();
+    void alignParts() const;
     void check(std::size_t row);
     [[nodiscard]] QString faultOf(const ObkRow &row) const;
-    [[nodiscard]] QString selectorName(const QString &wanted) const;
     [[nodiscard]] QString objectName(const ObDataItem &item, const char *role) const;
 
     QString m_tab;
     obk::Template m_model;  ///< as built; names, kinds and widths of the rows
     QString m_folder;
     QWidget *m_page = nullptr;
+    // The part of the rows that is being built: thousands of siblings would be laid out and painted
+    // in quadratic time.
+    QWidget *m_part = nullptr;
     QGridLayout *m_grid = nullptr;
+    std::vector<QGridLayout *> m_grids;  ///< of all parts
     std::vector<ObkRow> m_rows;
 };
 

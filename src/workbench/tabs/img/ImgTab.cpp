@@ -226,13 +226,7 @@ void ImgTab::showTemplate()
             m_outputLabel->setText(item.nameText());
         }
     }
-    // New rows stand at the end of the window's order.
-    QWidget *before = m_refresh;
-    for (QWidget *const widget : m_rows->focusOrder()) {
-        QWidget::setTabOrder(before, widget);
-        before = widget;
-    }
-    QWidget::setTabOrder(before, m_output);
+    m_rows->leadFocusTo({m_output, m_folder, m_generate, m_command, m_copy, m_said});
     showCommand();
 }
 

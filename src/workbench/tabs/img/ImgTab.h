@@ -38,7 +38,7 @@ public:
     void openTemplate();
     /// Opens the shown template once more; without one nothing happens.
     void refresh();
-    void chooseFile(const QString &item);
+    void chooseFile(int item);
     void chooseOutput();
     void copyCommand();
     void generate();

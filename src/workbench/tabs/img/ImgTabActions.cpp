@@ -79,9 +79,9 @@ void ImgTab::open(const QString &path)
     showTemplate();
 }
 
-void ImgTab::chooseFile(const QString &item)
+void ImgTab::chooseFile(int item)
 {
-    ObkRow *const row = m_rows->row(item, obk::ItemKind::File);
+    ObkRow *const row = m_rows->row(item);
     if (row == nullptr) {
         return;
     }

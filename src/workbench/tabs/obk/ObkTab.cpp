@@ -177,9 +177,12 @@ void ObkTab::connectAll()
     connect(m_folder, &QPushButton::clicked, this, &ObkTab::chooseOutput);
     connect(m_generate, &QPushButton::clicked, this, &ObkTab::generate);
     connect(m_rows, &ObkRows::selectorChanged, this, &ObkTab::followSelector);
-    connect(m_rows, &ObkRows::openPressed, this, &ObkTab::chooseFile);
-    connect(m_rows, &ObkRows::regeneratePressed, this, &ObkTab::regenerateKey);
-    connect(m_rows, &ObkRows::restorePressed, this, &ObkTab::restoreKey);
+    connect(m_rows, &ObkRows::openPressed, this,
+            [this](int item) { chooseFile(m_rows->row(item)); });
+    connect(m_rows, &ObkRows::regeneratePressed, this,
+            [this](int item) { regenerateKey(m_rows->row(item)); });
+    connect(m_rows, &ObkRows::restorePressed, this,
+            [this](int item) { restoreKey(m_rows->row(item)); });
 }
 
 void ObkTab::showTemplate()
@@ -197,13 +200,7 @@ void ObkTab::showTemplate()
     showOutput();
     showEncryption();
     showSlots();
-    // New rows stand at the end of the window's order.
-    QWidget *before = m_refresh;
-    for (QWidget *const widget : m_rows->focusOrder()) {
-        QWidget::setTabOrder(before, widget);
-        before = widget;
-    }
-    QWidget::setTabOrder(before, m_output);
+    m_rows->leadFocusTo({m_output, m_folder, m_generate, m_info, m_slots});
 }
 
 void ObkTab::showOutput()

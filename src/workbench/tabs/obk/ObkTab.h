@@ -11,6 +11,7 @@ namespace workbench
 {
 
 class ObkInfoTable;
+struct ObkRow;
 class ObkRows;
 class ObkSlotTable;
 
@@ -29,9 +30,8 @@ public:
     void refresh();
     /// Asks for the output's path.
     void chooseOutput();
-    void chooseFile(const QString &item);
-    void regenerateKey(const QString &item);
-    void restoreKey(const QString &item);
+    void chooseFile(const QString &item);     ///< by the item's name
+    void regenerateKey(const QString &item);  ///< likewise
     /// Switches the fields that depend on selectors.
     void followSelector(const QString &item);
     void generate();
@@ -46,6 +46,10 @@ private:
     [[nodiscard]] bool isFromCommandLine() const { return !context().templatePath.empty(); }
     [[nodiscard]] QString askForTemplate();
     void open(const QString &path);
+    // Rows may be null: then nothing happens.
+    void chooseFile(ObkRow *row);
+    void regenerateKey(ObkRow *row);
+    void restoreKey(ObkRow *row);
     void showTemplate();
     void showOutput();
     void showEncryption();

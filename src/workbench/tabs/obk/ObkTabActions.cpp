@@ -97,7 +97,16 @@ void ObkTab::chooseOutput()
 
 void ObkTab::chooseFile(const QString &item)
 {
-    ObkRow *const row = m_rows->row(item, obk::ItemKind::File);
+    chooseFile(m_rows->row(item, obk::ItemKind::File));
+}
+
+void ObkTab::regenerateKey(const QString &item)
+{
+    regenerateKey(m_rows->row(item, obk::ItemKind::File));
+}
+
+void ObkTab::chooseFile(ObkRow *row)
+{
     if (row == nullptr) {
         return;
     }
@@ -118,9 +127,8 @@ void ObkTab::followSelector(const QString &)
     }
 }
 
-void ObkTab::regenerateKey(const QString &item)
+void ObkTab::regenerateKey(ObkRow *row)
 {
-    ObkRow *const row = m_rows->row(item, obk::ItemKind::File);
     if (row == nullptr) {
         return;
     }
@@ -139,9 +147,8 @@ void ObkTab::regenerateKey(const QString &item)
     report::message(done.level, L"%ls", done.message.toStdWString().c_str());
 }
 
-void ObkTab::restoreKey(const QString &item)
+void ObkTab::restoreKey(ObkRow *row)
 {
-    ObkRow *const row = m_rows->row(item, obk::ItemKind::File);
     if (row == nullptr || row->keptAs.isEmpty()) {
         return;
     }
