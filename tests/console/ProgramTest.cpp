@@ -3,7 +3,10 @@
 
 #include <gtest/gtest.h>
 
+#include <cstdio>
+#include <fcntl.h>
 #include <stdexcept>
+#include <unistd.h>
 
 namespace
 {
@@ -106,6 +109,21 @@ TEST(Program, WhatIsThrownIsComplainedAbout)
     const Ran ran = run({}, []() -> int { throw std::runtime_error("odd"); });
     EXPECT_EQ(ran.status, 4);
     EXPECT_EQ(ran.err, "tool: odd\n");
+}
+
+TEST(Program, AFullOutputIsNoSuccess)
+{
+    std::fflush(stdout);
+    const int own = ::dup(STDOUT_FILENO);
+    const int full = ::open("/dev/full", O_WRONLY);
+    ASSERT_TRUE(own >= 0 && full >= 0 && ::dup2(full, STDOUT_FILENO) >= 0);
+    const bool isPrinted = console::print("x");
+    std::fflush(stdout);
+    ::dup2(own, STDOUT_FILENO);
+    ::close(own);
+    ::close(full);
+    std::clearerr(stdout);
+    EXPECT_FALSE(isPrinted);
 }
 
 TEST(Program, NumbersAreWholeAndBounded)

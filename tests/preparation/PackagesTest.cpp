@@ -198,6 +198,61 @@ TEST_F(Packages, AreNeverAuthenticAfterOneFlippedBit)
               0);
 }
 
+/// @return how many results of sealers that go wrong were given out
+template <typename Request, typename Build>
+int wrongOnesGivenOut(const Request &asked, const Build &build,
+                      std::initializer_list<std::function<void(Request &)>> mistakes)
+{
+    EXPECT_TRUE(build(asked, {})) << "the request is good";
+    int count = 0;
+    for (const auto &mistake : mistakes) {
+        const auto sealOther = [&](Request other) {
+            mistake(other);
+            return build(other, {});
+        };
+        count += build(asked, sealOther) ? 1 : 0;
+    }
+    const auto sealDamaged = [&](const Request &request) {
+        auto made = build(request, {});
+        made->data()[made->size() - 1] ^= 1;
+        return made;
+    };
+    return count + (build(asked, sealDamaged) ? 1 : 0);
+}
+
+TEST_F(Packages, WhatDiffersFromItsInputsIsDropped)
+{
+    using namespace preparation;
+    const Bytes key = bytesOf(kKey);
+    const Bytes nonce = bytesOf(kNonce);
+    const Bytes longNonce = ramp(0xA0, 3, 16);
+    const Bytes asked = ramp(1, 7, 152);
+    const Bytes other = ramp(1, 9, 152);
+    const Bytes version = bytesOf(kSecurityVersion);
+    EXPECT_EQ(wrongOnesGivenOut<SmiRequest>(
+                  {asked, 0x08004000, true, key, nonce, version},
+                  [](const auto &request, const SmiSeal &seal) { return buildSmi(request, seal); },
+                  {[&](SmiRequest &request) { request.section = other; },
+                   [](SmiRequest &request) { request.loadAddress += 4; },
+                   [](SmiRequest &request) { request.hash = false; },
+                   [&](SmiRequest &request) { request.securityVersion = longNonce; }}),
+              0);
+    EXPECT_EQ(wrongOnesGivenOut<SfuRequest>(
+                  {asked, 0x08004000, 3, key, nonce},
+                  [](const auto &request, const SfuSeal &seal) { return buildSfu(request, seal); },
+                  {[&](SfuRequest &request) { request.firmware = other; },
+                   [](SfuRequest &request) { request.loadAddress += 4; },
+                   [](SfuRequest &request) { request.imageVersion = 4; }}),
+              0);
+    EXPECT_EQ(wrongOnesGivenOut<SspRequest>(
+                  {asked, key, longNonce, {kOemTableHash, {1}}},
+                  [](const auto &request, const SspSeal &seal) { return buildSsp(request, seal); },
+                  {[&](SspRequest &request) { request.payload = other; },
+                   [](SspRequest &request) { request.oem.digest[31] = 1; },
+                   [](SspRequest &request) { request.oem.kind = kOemPublicKey; }}),
+              0);
+}
+
 TEST_F(Packages, DamageIsToldFromAnotherKey)
 {
     const Bytes other(16, 0x77);

@@ -5,6 +5,8 @@
 
 #include <gtest/gtest.h>
 
+#include <fcntl.h>
+
 namespace
 {
 
@@ -82,6 +84,7 @@ TEST_F(Sink, ANewLogFileEmptiesItsTargetAndKeepsTheLinesOfTheOldOne)
     };
     sink.initLogFile(path("a.log"));
     ASSERT_NE(sink.logFile, nullptr);
+    EXPECT_NE(::fcntl(::fileno(sink.logFile), F_GETFD) & FD_CLOEXEC, 0) << "tools get it, too";
     std::fputs("10:20:30:456 first", sink.logFile);
     sink.initLogFile(path("\xC3\xA9.log"));
     EXPECT_EQ(contents(path("a.log")), "10:20:30:456 first");

@@ -6,7 +6,9 @@
 #include "files/base/KeyFile.h"
 #include "preparation/SfiRequestBuilder.h"
 #include "preparation/sealing/ImageKeys.h"
+#include "process/RunTool.h"
 #include "report/DisplayMng.h"
+#include "support/FakeTool.h"
 #include "support/FreedBlocks.h"
 #include "support/ScratchFolder.h"
 
@@ -83,6 +85,22 @@ TEST(Wiping, RandomKeysLeaveNothing)
     const auto made = files::readKeyFile(folder.path("key.bin"), 16);
     ASSERT_TRUE(made);
     EXPECT_EQ(FreedBlocks::holding(made->span()), 0U);
+}
+
+TEST(Wiping, WhatAToolPrintsIsTheCallersAlone)
+{
+    const ScratchFolder folder;
+    const QByteArray secret = kKey.toHex();
+    FakeTool tool(folder.path("tool"));
+    tool.setOrders({"print " + QString::fromLatin1(secret)});
+    const QString path = tool.path();
+    const FreedBlocks freed;
+    {
+        auto outcome = process::runTool(path, {});
+        ASSERT_TRUE(outcome.output.startsWith(secret));
+        files::wipe(outcome.output);
+    }
+    EXPECT_EQ(FreedBlocks::holding(viewOf(secret)), 0U);
 }
 
 class CurveKey : public ::testing::Test

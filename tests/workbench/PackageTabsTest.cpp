@@ -1,6 +1,7 @@
 #include "preparation/PackageInputs.h"
 #include "preparation/ssp/SspSealer.h"
 #include "workbench/SfiFixture.h"
+#include "workbench/forms/PackageForm.h"
 #include "workbench/tabs/sign/SignFooter.h"
 #include "workbench/tabs/smi/SmiSections.h"
 #include "workbench/tabs/ssp/SspTab.h"
@@ -196,6 +197,16 @@ TEST_F(SspTabTest, MakesAnImageAndShowsIt)
     const auto plain = opened->payload.span();
     EXPECT_EQ(std::string(plain.begin(), plain.end()),
               "\xFF\x7F" + std::string(2, '\0') + std::string(148, 's'));
+}
+
+TEST(PackageInput, BytesOfARecordAreWiped)
+{
+    std::uint8_t secret[] = {1, 2, 3};
+    FileData record;
+    record.segments = {{0, 2, secret}, {8, 1, secret + 2}};
+    workbench::wipeSegments(&record);
+    EXPECT_EQ(secret[0] | secret[1] | secret[2], 0);
+    workbench::wipeSegments(nullptr);
 }
 
 TEST_F(SspTabTest, PasswordsAreJudgedInOrder)

@@ -61,6 +61,14 @@ protected:
         }
         return all;
     }
+    QStringList toolTips() const
+    {
+        QStringList all;
+        for (const QComboBox *box : boxes()) {
+            all << box->toolTip();
+        }
+        return all;
+    }
     static QStringList same(const QString &text, int count)
     {
         QStringList all;
@@ -101,6 +109,7 @@ TEST_F(Panels, H5LocksTheBoxesAndGivesTheChoiceBack)
         all[i]->setCurrentIndex(2 + i);
     }
     const QStringList chosen = devices();
+    const QStringList tips = toolTips();
     QStringList locked;
     for (const QComboBox *box : all) {
         locked << (box->objectName() == "ob_mcu_combo" ? "[VDR32H5xx]" : "[VDR32H5]");
@@ -115,6 +124,7 @@ TEST_F(Panels, H5LocksTheBoxesAndGivesTheChoiceBack)
     EXPECT_EQ(devices(), locked);
     form.sfiButton->click();
     EXPECT_EQ(devices(), chosen);
+    EXPECT_EQ(toolTips(), tips) << "not why it was locked";
     all[0]->setCurrentIndex(5);
     const QStringList later = devices();
     form.wbButton->click();

@@ -89,6 +89,7 @@ TEST(RecentPaths, KeepTheLastTenOfEachKindThroughASaveAndARestore)
                                 << "rubbish");
     EXPECT_EQ(other.of("key").size(), RecentPaths::kMost);
     EXPECT_EQ(other.of("key").first(), "/k=5");
+    EXPECT_EQ(other.of("key").count("/k=5"), 1);
     EXPECT_EQ(other.of("key"), store.of("key"));
     EXPECT_EQ(other.of("nonce"), QStringList("/n"));
 }

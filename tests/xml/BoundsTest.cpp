@@ -93,6 +93,7 @@ INSTANTIATE_TEST_SUITE_P(
         Case{"Utf8", "\xEF\xBB\xBF<?xml version=\"1.0\" encoding='utf-8'?><a>\xC3\xA9</a>", {}},
         Case{"Latin1", "<?xml version='1.0' encoding='ISO-8859-1'?><a>\xE9</a>", {}},
         Case{"NoLatin1WithoutAWord", "<a>\xE9</a>", ErrorCode::BadValue, "UTF-8"},
+        Case{"CutInsideACharacter", "<a/>\xC3", ErrorCode::BadValue, "UTF-8"},
         Case{"Utf16", utf16("<?xml version='1.0' encoding='UTF-16'?><a>é</a>"), {}},
         Case{"Utf16HidesNothing", utf16("<!DOCTYPE a>"), ErrorCode::BadValue, "DOCTYPE"},
         Case{"Utf16ThatSaysUtf8", utf16("<?xml version='1.0' encoding='UTF-8'?><a/>"),

@@ -5,6 +5,7 @@
 
 #include <QByteArray>
 
+#include <functional>
 #include <optional>
 
 namespace preparation
@@ -19,10 +20,14 @@ struct SfuRequest {
     ByteView nonceFile;              ///< 12 bytes
 };
 
+/// Makes the bytes of a checked request, not looked at again.
+using SfuSeal = std::function<files::Result<QByteArray>(const SfuRequest &)>;
+
 /// Builds header and body, opens both again and compares them with the request.
+/// @param seal  for tests: one that goes wrong instead of the right one
 /// @return the header's 64 bytes, then the body; WrongSize for key, nonce or firmware; BadValue for
 ///         a version above 255 or a range that ends above 2^32
-files::Result<QByteArray> buildSfu(const SfuRequest &request);
+files::Result<QByteArray> buildSfu(const SfuRequest &request, const SfuSeal &seal = {});
 
 /// A secure update after the check.
 struct OpenedSfu {

@@ -75,7 +75,7 @@ Result<Tag> checkBlockOf(ByteView head, ByteView data)
     return block;
 }
 
-Result<QByteArray> seal(const SmiRequest &request)
+Result<QByteArray> sealRightly(const SmiRequest &request)
 {
     const std::vector<std::uint8_t> head = headOf(request);
     const auto nonce = packageNonce(kKind, request.key, {request.nonceFile, head, request.section});
@@ -167,12 +167,12 @@ Result<OpenedSmi> openSmi(ByteView file, std::optional<ByteView> key)
     return opened;
 }
 
-Result<QByteArray> buildSmi(const SmiRequest &request)
+Result<QByteArray> buildSmi(const SmiRequest &request, const SmiSeal &seal)
 {
     if (auto checked = checkRequest(request); !checked) {
         return tl::unexpected(checked.error());
     }
-    auto file = seal(request);
+    auto file = seal ? seal(request) : sealRightly(request);
     if (!file) {
         return file;
     }

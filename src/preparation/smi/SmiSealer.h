@@ -5,6 +5,7 @@
 
 #include <QByteArray>
 
+#include <functional>
 #include <optional>
 
 namespace preparation
@@ -20,10 +21,14 @@ struct SmiRequest {
     ByteView securityVersion;  ///< 16 bytes
 };
 
+/// Makes the bytes of a checked request, not looked at again.
+using SmiSeal = std::function<files::Result<QByteArray>(const SmiRequest &)>;
+
 /// Builds the file, opens it again and compares it with the request.
+/// @param seal  for tests: one that goes wrong instead of the right one
 /// @return the file; WrongSize for key, nonce, version or section; BadValue for a range that ends
 ///         above 2^32
-files::Result<QByteArray> buildSmi(const SmiRequest &request);
+files::Result<QByteArray> buildSmi(const SmiRequest &request, const SmiSeal &seal = {});
 
 /// A secure module image after the check.
 struct OpenedSmi {

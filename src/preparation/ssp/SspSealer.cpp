@@ -34,7 +34,7 @@ std::vector<std::uint8_t> headOf(const SspRequest &request)
     return head;
 }
 
-Result<QByteArray> seal(const SspRequest &request)
+Result<QByteArray> sealRightly(const SspRequest &request)
 {
     const std::vector<std::uint8_t> head = headOf(request);
     const auto nonce = packageNonce(kKind, request.key, {request.nonceFile, head, request.payload});
@@ -120,7 +120,7 @@ Result<OpenedSsp> openSsp(ByteView file, std::optional<ByteView> key)
     return opened;
 }
 
-Result<QByteArray> buildSsp(const SspRequest &request)
+Result<QByteArray> buildSsp(const SspRequest &request, const SspSeal &seal)
 {
     for (const auto &checked : {checkInputSize(request.payload, kSspPayloadBytes, "payload"),
                                 checkInputSize(request.key, kKeyBytes, "encryption key"),
@@ -129,7 +129,7 @@ Result<QByteArray> buildSsp(const SspRequest &request)
             return tl::unexpected(checked.error());
         }
     }
-    auto file = seal(request);
+    auto file = seal ? seal(request) : sealRightly(request);
     if (!file) {
         return file;
     }

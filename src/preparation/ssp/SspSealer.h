@@ -5,6 +5,7 @@
 
 #include <QByteArray>
 
+#include <functional>
 #include <optional>
 #include <string_view>
 
@@ -25,9 +26,13 @@ struct SspRequest {
     OemKey oem;
 };
 
+/// Makes the bytes of a checked request, not looked at again.
+using SspSeal = std::function<files::Result<QByteArray>(const SspRequest &)>;
+
 /// Builds the file, opens it again and compares it with the request.
+/// @param seal  for tests: one that goes wrong instead of the right one
 /// @return 232 bytes; or WrongSize for payload, key or nonce
-files::Result<QByteArray> buildSsp(const SspRequest &request);
+files::Result<QByteArray> buildSsp(const SspRequest &request, const SspSeal &seal = {});
 
 /// A provisioning image after the check; the view refers to the file's bytes.
 struct OpenedSsp {
