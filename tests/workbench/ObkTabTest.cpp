@@ -2,7 +2,9 @@
 #include "support/DialogAnswers.h"
 #include "support/ScratchFolder.h"
 #include "workbench/frame/CentralWidget.h"
+#include "workbench/widgets/ToolProgress.h"
 
+#include <QApplication>
 #include <QCheckBox>
 #include <QComboBox>
 #include <QCoreApplication>
@@ -13,6 +15,7 @@
 #include <QPushButton>
 #include <QTableWidget>
 #include <QTest>
+#include <QTimer>
 #include <QToolButton>
 
 #include <gtest/gtest.h>
@@ -200,6 +203,33 @@ TEST_F(ObkTabTest, TheCommandLinesTemplateIsOpenedWithoutADialog)
     EXPECT_FALSE(edit("obk_xml_edit")->isEnabled());
     form.generateOBkey();
     EXPECT_EQ(answers.texts(), QStringList("Information|SUCCESS OBKey File Generation \n"));
+}
+
+TEST_F(ObkTabTest, ANewKeyIsSeenByEveryRowThatNamesIt)
+{
+    open(shipped("key-provisioning"));
+    const QString name = "obk_authenticationKey%1Image_note";
+    QLabel *const other = find<QLabel>(name.arg("NonSecure"));
+    EXPECT_FALSE(other->text().isEmpty());
+    DialogAnswers answers({QMessageBox::Ok});
+    click("Authentication key, secure image");
+    EXPECT_TRUE(other->text().isEmpty()) << "its file is the public half";
+    EXPECT_TRUE(find<QLabel>(name.arg("Secure"))->text().isEmpty());
+}
+
+TEST_F(ObkTabTest, ClosingTheBoxOfAToolEndsTheTool)
+{
+    workbench::ToolProgress progress(&form);
+    QTimer::singleShot(100, &form, [this] {
+        for (QWidget *const window : QApplication::topLevelWidgets()) {
+            if (window->objectName() == "progress_box") {
+                window->close();
+            }
+        }
+    });
+    auto watch = progress.watch();
+    watch.limitMs = 20000;
+    EXPECT_EQ(process::runTool("sleep", {"30"}, watch).ending, process::Ending::Cancelled);
 }
 
 TEST_F(ObkTabTest, KeysWithoutNamesAreMadeOneByOne)

@@ -14,6 +14,7 @@
 #include <QLabel>
 #include <QLineEdit>
 #include <QPushButton>
+#include <QRegularExpression>
 #include <QToolButton>
 #include <QVBoxLayout>
 
@@ -60,8 +61,11 @@ QPalette muted(QPalette palette)
 /// window has all rows measured anew.
 void tell(QLabel *note, const QString &text)
 {
+    // A path is one long word; without places to break it would lose its end.
+    static const QRegularExpression joint(QStringLiteral("([/_])|(?=\\.\\w)"));
     note->setWordWrap(!text.isEmpty());
-    note->setText(text);
+    note->setText(QString(text).replace(joint, QStringLiteral("\\1") + QChar(0x200B)));
+    note->setToolTip(plainToolTip(text));
 }
 
 }  // namespace
@@ -457,6 +461,15 @@ void ObkRows::check(std::size_t at)
     }
     const QString fault = faultOf(m_rows[at]);
     tell(m_rows[at].note, fault.isEmpty() ? QString() : QString(QChar(0x26A0)) + ' ' + fault);
+}
+
+void ObkRows::checkFiles()
+{
+    for (std::size_t at = 0; at < m_rows.size(); ++at) {
+        if (m_rows[at].open != nullptr && m_rows[at].keptAs.isEmpty()) {
+            check(at);
+        }
+    }
 }
 
 void ObkRows::setNote(ObkRow &row, const QString &note, bool canRestore)

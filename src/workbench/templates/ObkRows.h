@@ -42,6 +42,9 @@ public:
     /// @param model  the items get the flag by which slots count
     void applySelectors(obk::Template &model);
 
+    /// Looks again at the files that rows name, but for rows that tell of an old key.
+    void checkFiles();
+
     /// Puts a sentence beside a row; instead of an empty one stands what is wrong with the field.
     void setNote(ObkRow &row, const QString &note, bool canRestore);
 

@@ -44,7 +44,9 @@ ToolProgress::ToolProgress(QWidget *parent) : m_box(new QMessageBox(parent))
     m_box->resize(350, 10);
     auto *const cancel = m_box->addButton(QMessageBox::Cancel);
     nameWidget(cancel, QStringLiteral("progress_cancel_button"), tr("Cancel the operation"));
-    connect(cancel, &QPushButton::clicked, this, [this] { m_isCancelled = true; });
+    // However the box goes: by its button, by Escape or by its window's own frame, which presses no
+    // button and would leave nothing that ends the tool.
+    connect(m_box, &QMessageBox::finished, this, [this] { m_isCancelled = true; });
     m_box->show();
 }
 

@@ -141,8 +141,10 @@ void ObkTab::regenerateKey(ObkRow *row)
                            QDateTime::currentDateTime(), run);
     progress.finish();
     row->keptAs = done.keptAs;
-    const QString kept =
-        done.keptAs.isEmpty() ? QString() : tr("The old key is in %1").arg(done.keptAs);
+    const QString kept = done.keptAs.isEmpty()
+                             ? QString()
+                             : tr("The old key is in %1").arg(QDir::cleanPath(done.keptAs));
+    m_rows->checkFiles();  // other rows may name the new files
     m_rows->setNote(*row, kept, !done.isMade && !done.keptAs.isEmpty());
     report::message(done.level, L"%ls", done.message.toStdWString().c_str());
 }
@@ -159,6 +161,7 @@ void ObkTab::restoreKey(ObkRow *row)
         return;
     }
     row->keptAs.clear();
+    m_rows->checkFiles();
     m_rows->setNote(*row, tr("The old key is back."), false);
 }
 
