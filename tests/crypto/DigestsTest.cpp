@@ -107,4 +107,23 @@ TEST(Bytes, AreEqualOnlyInFull)
     EXPECT_NE(random, std::vector<std::uint8_t>(64));
 }
 
+TEST(AesGcm, TakesNoKeyAndNoTagOfAnotherSize)
+{
+    const std::vector<std::uint8_t> key(16, 7);
+    crypto::AesGcm seal(crypto::AesGcm::Direction::Seal, key);
+    seal.begin({}, kTextBytes);
+    const auto tag = seal.finishSealing();
+    ASSERT_TRUE(tag);
+    for (const std::size_t size : {0, 15, 16, 17}) {
+        std::vector<std::uint8_t> offered(tag->begin(), tag->end());
+        offered.resize(size);
+        crypto::AesGcm open(crypto::AesGcm::Direction::Open, key);
+        open.begin({}, kTextBytes);
+        EXPECT_EQ(open.finishOpening(offered).value_or(false), size == tag->size()) << size;
+    }
+    crypto::AesGcm shortKey(crypto::AesGcm::Direction::Seal, crypto::ByteView(key).first(15));
+    shortKey.begin({}, {});
+    EXPECT_FALSE(shortKey.finishSealing());
+}
+
 }  // namespace

@@ -89,6 +89,13 @@ TEST_F(ElfReader, TablesKeepNamesLinksAndSigns)
     EXPECT_EQ(elf->noteTable[0].name, "GNU");
     EXPECT_NE(elf->noteTable[0].descriptor, nullptr);
     EXPECT_EQ(elf->noteTable[1].descriptor, nullptr);
+
+    ElfPlan plan;
+    plan.segments = {{1, 0x10, {1}}};
+    plan.sections = {{".note", 7, Bytes(8) + Bytes{5, 0, 0, 0}}};
+    elf = open(elfBytes(plan));
+    ASSERT_TRUE(elf != nullptr && elf->noteTable.size() == 1) << "a note that is a head alone";
+    EXPECT_EQ(elf->noteTable[0].noteType, 5U);
 }
 
 TEST_F(ElfReader, BigEndianFileIsReadButForRawSectionOffsets)
@@ -138,6 +145,8 @@ TEST_F(ElfReader, BadHeadsAndProgramHeadersAreRefused)
     const Bytes good = elfBytes(usualElf());
     ElfPlan bare;
     bare.sections = {{".text", 1, {1}}};
+    ElfPlan noteOnly;
+    noteOnly.segments = {{4, 0x10, {1}}};
     const Bytes refused[] = {
         Bytes(good.begin(), good.begin() + 15),
         Bytes(good.begin(), good.begin() + 51),
@@ -152,6 +161,7 @@ TEST_F(ElfReader, BadHeadsAndProgramHeadersAreRefused)
         forged(good, kFirstSegment + 4, 0xFFFFFFF0, 4),
         forged(good, kFirstSegment + 64 + 16, 0x7FFFFFFF, 4),  // not even a PT_LOAD
         elfBytes(bare),
+        elfBytes(noteOnly),
     };
     for (const Bytes &bytes : refused) {
         EXPECT_EQ(open(bytes), nullptr) << "case " << &bytes - refused;

@@ -223,6 +223,9 @@ TEST_F(FirmwareWriter, RecordWritersTakeAnOpenFile)
     EXPECT_EQ(IntelSave(&file, data.data(), 2, 1), 1);
     EXPECT_EQ(ScratchFolder::contents(file.fileName()), ":02FFF0002233BA\nS2060000ff1122C7\n");
     EXPECT_EQ(checksum(data.data(), 3), 0x66U);
+    EXPECT_EQ(IntelSave(&file, data.data(), 2, 2), 1);
+    EXPECT_NE(ScratchFolder::contents(file.fileName()).find("\n:0100020011EC\n"),
+              std::string::npos);
 
     const FullDisk disk(static_cast<rlim_t>(file.size()));
     EXPECT_EQ(IntelSave(&file, data.data(), 0, 2), 1);

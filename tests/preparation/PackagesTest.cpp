@@ -286,6 +286,28 @@ TEST_F(Packages, DamageIsToldFromAnotherKey)
     }
 }
 
+TEST_F(Packages, ClearFieldsOfAProvisioningImageAreJudged)
+{
+    const Bytes image = bytesOf(ssp(asArray(ramp(1, 7, 152)), folder.file("h", Bytes(32, 1))));
+    ASSERT_TRUE(preparation::openSsp(image, std::nullopt));
+    const struct {
+        std::size_t at;
+        std::uint8_t value;
+        const char *words;
+    } cases[] = {{0, 'x', "SSPIMAGE"},
+                 {8, 2, "format version is 2"},
+                 {10, 3, "key kind is 3"},
+                 {12, 153, "payload size is 153"}};
+    for (const auto &[at, value, words] : cases) {
+        Bytes forged = image;
+        forged[at] = value;
+        const auto opened = preparation::openSsp(forged, std::nullopt);
+        ASSERT_FALSE(opened) << words;
+        EXPECT_NE(opened.error().text.find(words), std::string::npos) << opened.error().text;
+    }
+    EXPECT_FALSE(preparation::openSsp(image + Bytes{0}, std::nullopt));
+}
+
 TEST_F(Packages, ASignatureUnderAnotherCurvesNameIsDamaged)
 {
     const std::string pem = privatePem(ramp(0x21, 3, 32), false);
