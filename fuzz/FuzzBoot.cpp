@@ -12,6 +12,8 @@ namespace
 using namespace preparation;
 using Bytes = std::vector<std::uint8_t>;
 
+constexpr std::uint8_t kWrapKey[16] = {7};
+
 const crypto::KeyPair &signer()
 {
     static const crypto::KeyPair key = *crypto::KeyPair::make("ed25519");
@@ -27,7 +29,7 @@ const crypto::KeyPair &recipient()
 std::vector<Bytes> makeImages()
 {
     std::vector<Bytes> images;
-    for (int variant = 0; variant < 8; ++variant) {
+    for (int variant = 0; variant < 16; ++variant) {
         const crypto::PublicKey target = recipient().publicHalf();
         BootRequest request;
         request.padHeader = true;
@@ -36,6 +38,12 @@ std::vector<Bytes> makeImages()
         request.signer = &signer();
         request.confirm = (variant & 1) != 0;
         request.recipient = (variant & 2) != 0 ? &target : nullptr;
+        if ((variant & 8) != 0) {
+            request.recipient = nullptr;
+            request.wrapKey = kWrapKey;
+            request.bootRecord = "SPE";
+            request.ownValues = {{0xA0, {1, 2, 3}}};
+        }
         if ((variant & 4) != 0) {
             request.securityCounter = 9;
             request.dependencies = {{1, {2, 3, 4, 5}}};
@@ -83,7 +91,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t *data, std::size_t size
         return each.size() >= signedPart.size() &&
                std::ranges::equal(ByteView(each).first(signedPart.size()), signedPart);
     });
-    const auto verdict = verifyBootImage(*image, {&key, &recipient()});
+    const auto verdict = verifyBootImage(*image, {&key, &recipient(), kWrapKey});
     require(!verdict || isOurs);
     require(verdict || !isOurs || !image->rest.empty());
     return 0;

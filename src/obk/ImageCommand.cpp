@@ -13,10 +13,24 @@ namespace obk
 namespace
 {
 
-bool namesPassPhrase(const QString &option)
+/// How an option takes a pass phrase, if it does.
+enum class Phrase { None, Descriptor, File, Argument };
+
+QString optionOf(const ObDataItem &item)
 {
-    return option.startsWith(QLatin1Char('-')) &&
-           option.contains(QLatin1String("pass"), Qt::CaseInsensitive);
+    return item.option.value_or(QString()).trimmed();
+}
+
+Phrase phraseOf(QString option)
+{
+    if (!option.startsWith(QLatin1Char('-')) ||
+        !option.contains(QLatin1String("pass"), Qt::CaseInsensitive)) {
+        return Phrase::None;
+    }
+    option = option.endsWith(QLatin1Char('=')) ? option.chopped(1) : option;
+    return option.endsWith(QLatin1String("pass-fd"))     ? Phrase::Descriptor
+           : option.endsWith(QLatin1String("pass-file")) ? Phrase::File
+                                                         : Phrase::Argument;
 }
 
 QString shellWord(const QString &word)
@@ -34,7 +48,7 @@ QString shellWord(const QString &word)
 /// @param value  what is shown; of a Bool 1 or 0
 QStringList wordsOf(const ObDataItem &item, const QString &value)
 {
-    const QString option = item.option.value_or(QString()).trimmed();
+    const QString option = optionOf(item);
     if (item.kind == ItemKind::Bool) {
         return value == item.trueText ? option.split(QLatin1Char(' '), Qt::SkipEmptyParts)
                                       : QStringList();
@@ -45,8 +59,32 @@ QStringList wordsOf(const ObDataItem &item, const QString &value)
     if (option.isEmpty()) {
         return {value};
     }
-    return option.endsWith(QLatin1Char('=')) ? QStringList{option + value}
-                                             : QStringList{option, value};
+    if (option.endsWith(QLatin1Char('='))) {
+        return {option + value};
+    }
+    // An option may come with its first value: "--custom-tlv 0xa0".
+    return option.split(QLatin1Char(' '), Qt::SkipEmptyParts) + QStringList{value};
+}
+
+/// A pass phrase would be read by everybody who lists the processes.
+Result<void> checkPassPhrase(const ObDataItem &item, bool &isTaken)
+{
+    const Phrase phrase = phraseOf(optionOf(item));
+    const bool isHandedOver = phrase == Phrase::Descriptor && item.kind == ItemKind::Text;
+    const bool isFile = phrase == Phrase::File && item.kind == ItemKind::File;
+    if (phrase != Phrase::None && !isHandedOver && !isFile) {
+        return refuse(QStringLiteral("\"%1\" would show a pass phrase on the command line. It is a "
+                                     "Text with the Option --pass-fd, or a File with --pass-file. "
+                                     "Please update your xml file.")
+                          .arg(item.nameText()));
+    }
+    if (isHandedOver && isTaken) {
+        return refuse(QStringLiteral("\"%1\" is a second pass phrase, and the image tool takes "
+                                     "one. Please update your xml file.")
+                          .arg(item.nameText()));
+    }
+    isTaken = isTaken || isHandedOver;
+    return {};
 }
 
 }  // namespace
@@ -58,9 +96,12 @@ Result<void> checkImageCommand(const Template &model)
             QStringLiteral("\"Command\" is empty: it names what the image tool does, such "
                            "as create. Please update your xml file."));
     }
+    bool isPhraseTaken = false;
     for (const ObDataItem &item : model.items) {
-        const QString option = item.option.value_or(QString()).trimmed();
-        if (item.kind == ItemKind::Bool && option.isEmpty()) {
+        if (auto checked = checkPassPhrase(item, isPhraseTaken); !checked) {
+            return checked;
+        }
+        if (item.kind == ItemKind::Bool && optionOf(item).isEmpty()) {
             return refuse(
                 QStringLiteral("\"%1\" is a Bool without an Option, so it could never say "
                                "anything. Please update your xml file.")
@@ -92,7 +133,10 @@ Result<QStringList> imageArguments(const Template &model, const QString &templat
         if (item.kind == ItemKind::Output) {
             output = value;
         }
-        const bool isNamed = !item.option.value_or(QString()).trimmed().isEmpty();
+        if (isSecretOption(item) && !value.isEmpty()) {
+            value = QStringLiteral("0");  // standard input
+        }
+        const bool isNamed = !optionOf(item).isEmpty();
         if (item.kind == ItemKind::Output && !isNamed) {
             continue;
         }
@@ -104,8 +148,7 @@ Result<QStringList> imageArguments(const Template &model, const QString &templat
     arguments += last;
     const bool isOutputNamed =
         std::any_of(model.items.begin(), model.items.end(), [](const ObDataItem &item) {
-            return item.kind == ItemKind::Output &&
-                   !item.option.value_or(QString()).trimmed().isEmpty();
+            return item.kind == ItemKind::Output && !optionOf(item).isEmpty();
         });
     if (!isOutputNamed) {
         arguments << output;
@@ -115,7 +158,18 @@ Result<QStringList> imageArguments(const Template &model, const QString &templat
 
 bool isSecretOption(const ObDataItem &item)
 {
-    return namesPassPhrase(item.option.value_or(QString()).trimmed());
+    return item.kind == ItemKind::Text && phraseOf(optionOf(item)) == Phrase::Descriptor;
+}
+
+QByteArray imagePassPhrase(const Template &model, const std::vector<std::optional<QString>> &values)
+{
+    for (std::size_t at = 0; at < model.items.size(); ++at) {
+        if (isSecretOption(model.items[at])) {
+            return (at < values.size() && values[at] ? *values[at] : model.items[at].text())
+                .toUtf8();
+        }
+    }
+    return {};
 }
 
 QString shellText(const QString &program, const QStringList &arguments)
@@ -124,12 +178,12 @@ QString shellText(const QString &program, const QStringList &arguments)
     bool isSecret = false;
     for (const QString &argument : arguments) {
         const int equals = argument.indexOf(QLatin1Char('='));
-        const bool isJoined = equals > 0 && namesPassPhrase(argument.left(equals));
+        const bool isJoined = equals > 0 && phraseOf(argument.left(equals)) == Phrase::Argument;
         text += QLatin1Char(' ');
         text += isSecret   ? QStringLiteral("***")
                 : isJoined ? argument.left(equals + 1) + QLatin1String("***")
                            : shellWord(argument);
-        isSecret = !isSecret && !isJoined && namesPassPhrase(argument);
+        isSecret = !isSecret && !isJoined && phraseOf(argument) == Phrase::Argument;
     }
     return text;
 }

@@ -10,8 +10,8 @@
 namespace obk
 {
 
-/// The words of "Command" can stand in front of the parameters: there are some, and none is an
-/// option that a parameter stands for, too.
+/// The words of "Command" can stand in front of the parameters, each Bool has an option, and no
+/// pass phrase would go onto the command line.
 Result<void> checkImageCommand(const Template &model);
 
 /// Arguments of the image tool for a template's values: the words of "Command", each parameter in
@@ -24,12 +24,17 @@ Result<void> checkImageCommand(const Template &model);
 Result<QStringList> imageArguments(const Template &model, const QString &templatePath,
                                    const std::vector<std::optional<QString>> &values);
 
-/// Whether a parameter's option takes a pass phrase: its name has "pass" in it. Such a value is
-/// kept nowhere.
+/// Whether a parameter is a pass phrase: a Text whose option ends in "pass-fd". The command only
+/// names standard input, and such a value is kept nowhere.
 bool isSecretOption(const ObDataItem &item);
 
+/// The pass phrase among the values, which the image tool reads from standard input; empty for
+/// none.
+QByteArray imagePassPhrase(const Template &model,
+                           const std::vector<std::optional<QString>> &values);
+
 /// A command line that a shell reads as these words. The value of an option that takes a pass
-/// phrase is shown as "***".
+/// phrase itself is shown as "***".
 QString shellText(const QString &program, const QStringList &arguments);
 
 }  // namespace obk

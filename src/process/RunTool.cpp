@@ -7,6 +7,8 @@
 #include <climits>
 #include <csignal>
 #include <cstring>
+#include <fcntl.h>
+#include <optional>
 #include <unistd.h>
 
 namespace process
@@ -44,6 +46,57 @@ void takeOutput(QProcess &tool, std::size_t limit, ToolOutcome &outcome)
     outcome.output.append(came.left(static_cast<int>(std::min<std::size_t>(room, INT_MAX))));
     // Some tools print keys: of this copy nothing stays.
     ::explicit_bzero(came.data(), static_cast<std::size_t>(came.size()));
+}
+
+/// A pipe that holds its text before anybody reads it, so that nobody waits for the other.
+class InputPipe
+{
+public:
+    explicit InputPipe(const QByteArray &text)
+    {
+        const auto size = static_cast<std::size_t>(text.size());
+        m_isFilled = size <= kPipeRoom && ::pipe2(m_ends, O_CLOEXEC) == 0 &&
+                     ::write(m_ends[1], text.constData(), size) == text.size();
+    }
+    ~InputPipe()
+    {
+        for (const int end : m_ends) {
+            if (end >= 0) {
+                ::close(end);
+            }
+        }
+    }
+    InputPipe(const InputPipe &) = delete;
+    InputPipe &operator=(const InputPipe &) = delete;
+    [[nodiscard]] bool isFilled() const { return m_isFilled; }
+    /// The reading end as a file, which another open leads to the same pipe.
+    [[nodiscard]] QString path() const { return QStringLiteral("/proc/self/fd/%1").arg(m_ends[0]); }
+
+private:
+    static constexpr std::size_t kPipeRoom = 4096;
+    int m_ends[2] = {-1, -1};
+    bool m_isFilled = false;
+};
+
+/// Starts the tool. @return false when it doesn't run; outcome.reason says why
+bool start(QProcess &tool, const QString &program, const QStringList &arguments,
+           const QByteArray &input, ToolOutcome &outcome)
+{
+    std::optional<InputPipe> pipe;
+    if (!input.isEmpty()) {
+        pipe.emplace(input);
+        if (!pipe->isFilled()) {
+            outcome.reason = QStringLiteral("its input can't be handed over");
+            return false;
+        }
+    }
+    tool.setStandardInputFile(pipe ? pipe->path() : QProcess::nullDevice());
+    tool.start(program, arguments, QIODevice::ReadOnly);
+    if (!tool.waitForStarted(-1)) {
+        outcome.reason = tool.errorString();
+        return false;
+    }
+    return true;
 }
 
 /// @return whether the tool ended by itself; otherwise outcome.ending says why it has to be killed
@@ -86,11 +139,8 @@ ToolOutcome runTool(const QString &program, const QStringList &arguments, const 
     outcome.output.reserve(static_cast<int>(std::min<std::size_t>(watch.outputLimit, 1 << 20)));
     GroupLeader tool;
     tool.setProcessChannelMode(QProcess::MergedChannels);
-    tool.setStandardInputFile(QProcess::nullDevice());
     tool.setWorkingDirectory(folder);
-    tool.start(program, arguments, QIODevice::ReadOnly);
-    if (!tool.waitForStarted(-1)) {
-        outcome.reason = tool.errorString();
+    if (!start(tool, program, arguments, watch.input, outcome)) {
         return outcome;
     }
     if (!waitForEnd(tool, watch, outcome)) {

@@ -30,14 +30,17 @@ struct ToolOutcome {
 struct ToolWatch {
     int limitMs = 0;                                 ///< milliseconds; 0: no time limit
     std::size_t outputLimit = std::size_t{1} << 20;  ///< bytes kept; what follows is dropped
-    std::function<bool()> isCancelled = {};          ///< asked about 40 times a second
-    std::function<void()> idle = {};  ///< called as often, so that a window can repaint
+    QByteArray input = {};  ///< what standard input holds, 4096 bytes at most; it goes through a
+                            ///< pipe, and whoever hands a secret over wipes it
+    std::function<bool()> isCancelled = {};  ///< asked about 40 times a second
+    std::function<void()> idle = {};         ///< called as often, so that a window can repaint
 };
 
 /// Runs a tool to its end on the calling thread. There is no shell: each argument reaches the tool
-/// as it is. Standard input is at its end from the start. The tool leads a process group of its
-/// own; when it is cancelled or takes too long, the whole group is killed (SIGKILL). Children that
-/// outlive a tool which ended by itself are left alone and not waited for.
+/// as it is. Standard input is at its end from the start, or behind `ToolWatch::input`. The tool
+/// leads a process group of its own; when it is cancelled or takes too long, the whole group is
+/// killed (SIGKILL). Children that outlive a tool which ended by itself are left alone and not
+/// waited for.
 /// @param program  path of the executable; without a slash it is searched in PATH
 /// @param folder   working folder; empty: the program's own
 ToolOutcome runTool(const QString &program, const QStringList &arguments,

@@ -34,9 +34,17 @@ Ran run(std::vector<std::string> words, const std::function<int()> &body = {})
     const console::Program program = {
         .name = "tool",
         .help = "Usage: tool\n",
-        .options = {{"flag", false, keep}, {"key", true, keep, 'k'}},
+        .options = {{"flag", false, keep},
+                    {"key", true, keep, 'k'},
+                    {.name = "pair",
+                     .takesValue = true,
+                     .takeTwo =
+                         [&ran](const char *first, const char *second) {
+                             ran.seen += std::string(first) + "=" + second + ",";
+                             return Result<void>();
+                         }}},
         .check = [](const Arguments &arguments) -> Result<void> {
-            if (arguments.size() > 2) {
+            if (arguments.size() > 3) {
                 return files::fail(files::ErrorCode::BadValue, "too many files");
             }
             return {};
@@ -69,6 +77,7 @@ TEST(Program, OptionsStandAnywhereAndTakeValuesInBothForms)
     EXPECT_EQ(run({"--flag", "--", "--key"}).seen, "[]--key;");
     EXPECT_EQ(run({"--key="}).seen, "[]");
     EXPECT_EQ(run({"-k", "v", "-kw"}).seen, "[v][w]");
+    EXPECT_EQ(run({"a", "--pair", "1", "-2", "b", "--flag", "c"}).seen, "1=-2,[]a;b;c;");
     EXPECT_EQ(run({}).status, 2) << "the program's own status";
 }
 
@@ -83,8 +92,9 @@ TEST(Program, WrongUsageIsStatus3WithOneLineAndDoesNothing)
         {{"--flag=3"}, "tool: unknown option '--flag=3' (see --help)\n"},
         {{"a", "-k"}, "tool: -k needs a value (see --help)\n"},
         {{"a", "--key"}, "tool: --key needs a value (see --help)\n"},
+        {{"a", "--pair", "1"}, "tool: --pair needs two values (see --help)\n"},
         {{"--key", "bad"}, "tool: bad is bad (see --help)\n"},
-        {{"a", "b", "c"}, "tool: too many files (see --help)\n"},
+        {{"a", "b", "c", "d"}, "tool: too many files (see --help)\n"},
     };
     for (const auto &tested : cases) {
         const Ran ran = run(tested.words);

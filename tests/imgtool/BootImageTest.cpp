@@ -38,8 +38,9 @@ BootRequest smallRequest()
 struct SealCase {
     const char *name;
     const char *signer;
-    const char *recipient;  ///< null for a readable image
+    const char *recipient;  ///< null for a readable image; "aes" for an AES key
     bool confirm;
+    std::size_t step = 1;  ///< of the bits: each private RSA operation takes its time
 };
 
 class BootSeal : public ::testing::TestWithParam<SealCase>
@@ -56,12 +57,20 @@ TEST_P(BootSeal, NoFlippedBitPasses)
     request.signer = &key(seal.signer);
     request.confirm = seal.confirm;
     request.padSignature = seal.confirm;
+    request.bootRecord = "NSPE";
+    request.ownValues = {{0xA1, {1, 2}}};
     std::optional<crypto::PublicKey> recipient;
-    if (seal.recipient != nullptr) {
+    const Bytes wrapKey = patternBytes(32);
+    BootKeys keys = {&signer};
+    const std::string_view recipientName = seal.recipient != nullptr ? seal.recipient : "";
+    if (recipientName == "aes") {
+        request.wrapKey = keys.wrapKey = wrapKey;
+        request.imageKeyBytes = kLongImageKeyBytes;
+    } else if (seal.recipient != nullptr) {
         recipient = key(seal.recipient).publicHalf();
         request.recipient = &*recipient;
+        keys.recipient = &key(seal.recipient);
     }
-    const BootKeys keys = {&signer, seal.recipient != nullptr ? &key(seal.recipient) : nullptr};
     Bytes image = *buildBootImage(request, patternBytes(40));
     const auto isGood = [&] {
         const auto parsed = parseBootImage(image);
@@ -69,7 +78,7 @@ TEST_P(BootSeal, NoFlippedBitPasses)
     };
     ASSERT_TRUE(isGood());
     std::size_t accepted = 0;
-    for (std::size_t bit = 0; bit < 8 * image.size(); ++bit) {
+    for (std::size_t bit = 0; bit < 8 * image.size(); bit += seal.step) {
         image[bit / 8] ^= static_cast<std::uint8_t>(1U << bit % 8);
         accepted += isGood() ? 1 : 0;
         EXPECT_EQ(accepted, 0U) << "bit " << bit;
@@ -81,13 +90,15 @@ TEST_P(BootSeal, NoFlippedBitPasses)
     EXPECT_FALSE(isGood()) << "a byte more";
 }
 
-INSTANTIATE_TEST_SUITE_P(Keys, BootSeal,
-                         ::testing::Values(SealCase{"P256", "ecdsa-p256", nullptr, true},
-                                           SealCase{"Rsa2048ForP256", "rsa-2048", "ecdsa-p256",
-                                                    false},
-                                           SealCase{"Rsa3072", "rsa-3072", nullptr, false},
-                                           SealCase{"Ed25519ForX25519", "ed25519", "x25519", true}),
-                         [](const auto &seal) { return seal.param.name; });
+INSTANTIATE_TEST_SUITE_P(
+    Keys, BootSeal,
+    ::testing::Values(SealCase{"P256", "ecdsa-p256", nullptr, true},
+                      SealCase{"Rsa2048ForP256", "rsa-2048", "ecdsa-p256", false},
+                      SealCase{"Rsa3072", "rsa-3072", nullptr, false},
+                      SealCase{"Ed25519ForX25519", "ed25519", "x25519", true},
+                      SealCase{"P256ForRsa2048", "ecdsa-p256", "rsa-2048", false, 7},
+                      SealCase{"P256ForAes", "ecdsa-p256", "aes", false}),
+    [](const auto &seal) { return seal.param.name; });
 
 TEST(BootVerifier, RefusesWhatAnotherKeyMadeOrNothingProtects)
 {
@@ -132,6 +143,32 @@ TEST(BootBuilder, RefusesWhatWouldNotBoot)
         {"alignment of 3", [](auto &r) { r.slot.align = 3; }},
         {"alignment above the largest", [](auto &r) { r.slot.align = 16; }},
         {"erased byte of 1", [](auto &r) { r.slot.erased = 1; }},
+        {"AES-256 for P-256",
+         [](auto &r) {
+             static const crypto::PublicKey recipient = key("ecdsa-p256").publicHalf();
+             r.recipient = &recipient;
+             r.imageKeyBytes = kLongImageKeyBytes;
+         }},
+        {"AES-256 wrapped by AES-128",
+         [](auto &r) {
+             static const Bytes wrapKey(16);
+             r.wrapKey = wrapKey;
+             r.imageKeyBytes = kLongImageKeyBytes;
+         }},
+        {"the format's own type",
+         [](auto &r) {
+             r.ownValues = {{0x40, {1}}};
+         }},
+        {"one type twice",
+         [](auto &r) {
+             r.ownValues = {{0xA0, {1}}, {0xA0, {2}}};
+         }},
+        {"boot record of nobody", [](auto &r) { r.bootRecord = "SPE"; }},
+        {"role of 13 characters",
+         [](auto &r) {
+             r.bootRecord = "thirteen char";
+             r.signer = &key("ed25519");
+         }},
         {"X25519 doesn't sign", [](auto &r) { r.signer = &key("x25519"); }},
         {"block beyond 16 bits",
          [](auto &r) {
@@ -259,10 +296,73 @@ TEST_F(BootTool, FailuresLeaveTheFilesAndSayOneLine)
     EXPECT_EQ(contents("in.bin").size(), 50U);
 }
 
+TEST_F(BootTool, LockedKeysOpenWithTheirPhraseAlone)
+{
+    folder.file("phrase", std::string_view("open sesame\r\nsecond line"));
+    folder.file("empty", std::string_view("\n"));
+    folder.file("in.bin", patternBytes(50));
+    for (const char *const type : {"ecdsa-p256", "ed25519"}) {
+        const QString locked = QString(type) + ".pem";
+        run({"keygen", "-k", locked, "-t", type, "-e", "pub.pem", "--pass-file", "phrase"});
+        ASSERT_EQ(status, 0);
+        EXPECT_EQ(ScratchFolder::contents(folder.path(locked)).find("-----BEGIN ENCRYPTED"), 0U);
+        create("in.bin", "out.bin", {"-k", locked, "--pass-file", "phrase"});
+        EXPECT_EQ(status, 0);
+        EXPECT_TRUE(run({"verify", "-k", "pub.pem", "out.bin"}).contains("it is the key's"));
+        EXPECT_TRUE(create("in.bin", "none.bin", {"-k", locked}).contains("no terminal"));
+        EXPECT_TRUE(create("in.bin", "none.bin", {"-k", locked, "--pass-file", "in.bin"})
+                        .contains("doesn't open"));
+        EXPECT_TRUE(
+            create("in.bin", "none.bin", {"-k", locked, "--pass-file", "empty"}).contains("empty"));
+        EXPECT_TRUE(create("in.bin", "none.bin", {"-k", locked, "--pass-fd", "77"}).contains("77"));
+    }
+    EXPECT_EQ(contents("none.bin"), "(none)");
+    run({"keygen", "-k", "asked.pem", "-t", "ed25519", "-e", "p.pem", "-p"});
+    EXPECT_EQ(status, 1);
+    EXPECT_EQ(contents("asked.pem"), "(none)") << "never without the phrase that was asked for";
+}
+
+TEST_F(BootTool, SignaturesMadeElsewhereFitOneImage)
+{
+    folder.file("in.bin", patternBytes(50));
+    folder.file("other.bin", patternBytes(51));
+    const auto base = [](const QString &in, const QString &out, const QStringList &more) {
+        return QStringList{"sign", "--align", "8",  "-v",     "1.0",
+                           "-H",   "32",      "-S", "0x4000", "--pad-header"} +
+               more + QStringList{in, out};
+    };
+    create("in.bin", "whole.bin", {"--sig-out", "sig"});
+    ASSERT_EQ(status, 0);
+    const QStringList fixed = {"--fix-sig", "sig", "--fix-sig-pubkey", "pub.pem"};
+    run(base("in.bin", "fixed.bin", fixed));
+    EXPECT_EQ(status, 0);
+    EXPECT_EQ(contents("fixed.bin"), contents("whole.bin"));
+    EXPECT_TRUE(run(base("other.bin", "no.bin", fixed)).contains("isn't this image's"));
+    run(base("in.bin", "payload", {"--vector-to-sign", "payload"}));
+    EXPECT_EQ(contents("payload"), contents("whole.bin").substr(0, 82));
+    run(base("in.bin", "digest", {"--vector-to-sign", "digest"}));
+    EXPECT_NE(contents("whole.bin").find(contents("digest")), std::string::npos);
+    for (const QStringList &wrong : {QStringList{"--fix-sig", "sig"},
+                                     {"--fix-sig-pubkey", "pub.pem"},
+                                     fixed + QStringList{"-k", "key.pem"},
+                                     {"--sig-out", "sig"},
+                                     {"--vector-to-sign", "digest", "-k", "key.pem"},
+                                     {"-k", "key.pem", "--sig-out", "no.bin"},
+                                     {"--custom-tlv", "0xa0", "0x123"},
+                                     {"--sha", "512"},
+                                     {"--is-pure"}}) {
+        EXPECT_EQ(run(base("in.bin", "no.bin", wrong)).count('\n'), 1);
+        EXPECT_EQ(status, 1) << wrong.join(' ').toStdString();
+    }
+    EXPECT_EQ(contents("no.bin"), "(none)");
+}
+
 TEST_F(BootTool, ImagesAreReadBackAsModules)
 {
     folder.file("in.bin", patternBytes(50));
-    create("in.bin", "out.smu", {"-s", "auto", "-d", "(2, 1.0)"});
+    create(
+        "in.bin", "out.smu",
+        {"-s", "auto", "-d", "(2, 1.0)", "--boot-record", "SPE", "--custom-tlv", "0xa0", "0x12"});
     FileType *opened = nullptr;
     ASSERT_TRUE(FileManager().Open(folder.path("out.smu").toStdWString(), &opened, 0xFF, 0, 0));
     const files::RecordOwner<FileSMU> image(static_cast<FileSMU *>(opened));
@@ -275,7 +375,8 @@ TEST_F(BootTool, ImagesAreReadBackAsModules)
             names += std::string(entry.name) + " " + std::to_string(entry.length) + " ";
         }
     }
-    EXPECT_EQ(names, "SEC_CNT 4 DEPENDENCY 12 SHA256 32 KEYHASH 32 ED25519 64 ");
+    EXPECT_EQ(names, "SEC_CNT 4 BOOT_RECORD 91 DEPENDENCY 12 MODULE_INFO 1 SHA256 32 KEYHASH 32 "
+                     "ED25519 64 ");
 }
 
 }  // namespace

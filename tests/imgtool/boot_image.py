@@ -4,6 +4,7 @@
 Usage: boot_image.py IMGTOOL. Makes images with the tool over a table of options and rebuilds each
 one here; what holds random numbers (RSASSA-PSS, wrapped keys) is opened instead of compared.
 """
+import base64
 import hashlib
 import hmac
 import random
@@ -13,7 +14,7 @@ import sys
 import tempfile
 from pathlib import Path
 
-from cryptography.hazmat.primitives import hashes, serialization
+from cryptography.hazmat.primitives import hashes, keywrap, serialization
 from cryptography.hazmat.primitives.asymmetric import ec, padding, utils, x25519
 from cryptography.hazmat.primitives.ciphers import Cipher, algorithms, modes
 from cryptography.hazmat.primitives.kdf.hkdf import HKDF
@@ -24,6 +25,10 @@ BASE = ["-v", "3.4.517+66051", "-H", "0x40", "-S", "0x8000", "--align", "4"]
 SIGNERS = {None: None, "ecdsa-p256": 0x22, "rsa-2048": 0x20, "rsa-3072": 0x23, "ed25519": 0x24}
 PLAIN_MAGIC = bytes.fromhex("77c295f360d2ef7f3552500f2cb67980")
 WIDE_MAGIC = bytes.fromhex("20002de15d29410b8d77679c110f1f8a")
+AES_KEY = bytes(range(32))
+# Name of a recipient: type of its wrapped key, bytes of the image's key.
+RECIPIENTS = {"ecdsa-p256": (0x32, 16), "x25519": (0x33, 16), "rsa-2048": (0x30, 32),
+              "aes": (0x31, 32)}
 # Options, flags in the header, load address, protected values, bytes of the tail.
 EXTRAS = [
     ([], 0, 0, b"", None),
@@ -37,6 +42,8 @@ EXTRAS = [
     (["--confirm", "--max-align", "32", "--pad-sig"], 0, 0, b"", (0xFF, WIDE_MAGIC, 64)),
     (["--confirm", "--overwrite-only", "--public-key-format", "full"], 0, 0, b"",
      (0xFF, PLAIN_MAGIC, None)),
+    (["--non-bootable", "--custom-tlv", "0xa5", "0x0102fe", "--custom-tlv", "255", "text"], 0x10, 0,
+     struct.pack("<HH", 0xA5, 3) + b"\1\2\xfe" + struct.pack("<HH", 0xFF, 4) + b"text", None),
 ]
 
 
@@ -55,7 +62,23 @@ def values(block, magic):
     return found
 
 
+def boot_record(key):
+    """A map of CBOR: role, version, signer, description, and a place for the measurement."""
+    form = serialization.PublicFormat.PKCS1 if hasattr(key, "private_numbers") and \
+        hasattr(key, "decrypt") else SPKI
+    signer = hashlib.sha256(key.public_key().public_bytes(DER, form)).digest()
+    text = lambda word: bytes([0x60 | len(word)]) + word
+    record = b"\xa5" + b"\1" + text(b"SPE") + b"\4" + text(b"3.4.517") + b"\5\x58\x20" + signer + \
+        b"\6" + text(b"SHA256") + b"\2\x58\x20" + bytes(32)
+    return struct.pack("<HH", 0x60, len(record)) + record
+
+
 def unwrap(key, wrapped):
+    if isinstance(key, bytes):
+        return keywrap.aes_key_unwrap(key, wrapped)
+    if hasattr(key, "decrypt"):
+        oaep = padding.OAEP(padding.MGF1(hashes.SHA256()), hashes.SHA256(), None)
+        return key.decrypt(wrapped, oaep)
     if isinstance(key, x25519.X25519PrivateKey):
         peer, rest = x25519.X25519PublicKey.from_public_bytes(wrapped[:32]), wrapped[32:]
         shared = key.exchange(peer)
@@ -88,19 +111,26 @@ def check_signature(name, key, digest, found, whole):
 
 def check(folder, image, firmware, case):
     name, encrypt, (options, flags, load, guarded, tail) = case
+    key = lambda path: AES_KEY if path == "aes" else \
+        serialization.load_pem_private_key(Path(folder, path).read_bytes(), None)
+    if name:  # behind the security counter
+        at = 8 if guarded[:2] == b"\x50\0" else 0
+        guarded = guarded[:at] + boot_record(key(name)) + guarded[at:]
+    kind, key_bytes = RECIPIENTS.get(encrypt, (0, 0))
     body = firmware + bytes(-len(firmware) % 16) if encrypt else firmware
     guarded = struct.pack("<HH", 0x6908, 4 + len(guarded)) + guarded if guarded else b""
     head = struct.pack("<IIHHIIBBHII", 0x96F3B83D, load, 0x40, len(guarded), len(body),
-                       flags | (4 if encrypt else 0), *VERSION, 0) + bytes(0x20)
+                       flags | {0: 0, 16: 4, 32: 8}[key_bytes], *VERSION, 0) + bytes(0x20)
     assert image[:0x40] == head, "header"
     at = 0x40 + len(body)
     assert image[at:at + len(guarded)] == guarded, "protected values"
     stored, at = image[0x40:at], at + len(guarded)
     end = at + struct.unpack_from("<HH", image, at)[1]
     found = values(image[at:end], 0x6907)
-    key = lambda path: serialization.load_pem_private_key(Path(folder, path).read_bytes(), None)
     if encrypt:
-        stored = ctr(unwrap(key(encrypt), found[0x33 if encrypt == "x25519" else 0x32]), stored)
+        image_key = unwrap(key(encrypt), found[kind])
+        assert len(image_key) == key_bytes, "bytes of the image's key"
+        stored = ctr(image_key, stored)
     assert stored == body, "firmware"
     digest = hashlib.sha256(head + body + guarded).digest()
     assert found[0x10] == digest, "hash"
@@ -124,17 +154,20 @@ def main(tool):
             subprocess.run([tool, *arguments], cwd=folder, check=True, capture_output=True)
         for kind in ["x25519", *filter(None, SIGNERS)]:
             run("keygen", "-k", kind, "-t", kind, "-e", kind + ".pub")
+        Path(folder, "aes").write_bytes(base64.encodebytes(AES_KEY))
         done = 0
         for name in SIGNERS:
-            for encrypt in (None, "ecdsa-p256", "x25519"):
+            for encrypt in (None, *RECIPIENTS):
                 for extra in EXTRAS:
                     if "full" in extra[0] and not name:
                         continue
                     firmware = random.randbytes(random.randrange(1, 5000))
                     Path(folder, "in.bin").write_bytes(firmware)
                     run("create", *BASE, "--pad-header", *extra[0],
-                        *(["-k", name] if name else []),
-                        *(["-E", encrypt + ".pub"] if encrypt else []), "in.bin", "out.bin")
+                        *(["-k", name, "--boot-record", "SPE"] if name else []),
+                        *(["-E", encrypt + ("" if encrypt == "aes" else ".pub"), "--encrypt-keylen",
+                           str(8 * RECIPIENTS[encrypt][1])] if encrypt else []),
+                        "in.bin", "out.bin")
                     case = (name, encrypt, extra)
                     try:
                         check(folder, Path(folder, "out.bin").read_bytes(), firmware, case)

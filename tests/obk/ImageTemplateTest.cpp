@@ -86,6 +86,15 @@ TEST_F(ImageTemplate, FaultsStopWithOneMessage)
          "\"c\" is no value for \"A\", which takes one of its list."},
         {kGlobal + param("A", "Bool", "1") + kOutput, "\"A\" is a Bool without an Option, ..."},
         {"<GlobalParam><Title/><Command> </Command></GlobalParam>" + kOutput, "\"Command\" is ..."},
+        {kGlobal + param("A", "Text", "", option("--password")) + kOutput,
+         "\"A\" would show a ..."},
+        {kGlobal + param("A", "Data", "3", option("--pass-fd")) + kOutput,
+         "\"A\" would show a ..."},
+        {kGlobal + param("A", "Text", "", option("--pass-file=")) + kOutput,
+         "\"A\" would show a ..."},
+        {kGlobal + param("A", "Text", "", option("--pass-fd")) +
+             param("B", "Text", "", option("--pass-fd=")) + kOutput,
+         "\"B\" is a second ..."},
         {kGlobal + kOutput + "<Obdata/>", "XML document is invalid at line: 3, ..."},
     };
     for (const auto &[body, expected] : cases) {
@@ -99,24 +108,25 @@ TEST_F(ImageTemplate, FaultsStopWithOneMessage)
 TEST_F(ImageTemplate, ValuesBecomeArguments)
 {
     ASSERT_TRUE(openImage(
-        kGlobal + param("In", "File", "in.hex") + param("Key", "File", "/k.pem", option("-k")) +
+        kGlobal + param("Own", "Text", "0x12", option("--own 0xa0")) +
+        param("In", "File", "in.hex") + param("Key", "File", "/k.pem", option("-k")) +
         param("Size", "Data", "0x20", option("--size=")) +
         param("Off", "Bool", "0", option("--off")) + param("On", "Bool", "1", option("--on")) +
         param("None", "Text", "", option("--none")) +
         param("Erased", "List", "0", option("-R") + "<Val>0,zero</Val><Val>0xff</Val>") +
         param("Words", "Text", "a b", option("-d") + "<Hidden>1</Hidden><Enable>0</Enable>") +
         kOutput));
-    EXPECT_TRUE(obkey.model.items[7].hidden && obkey.model.items[7].isLocked);
+    EXPECT_TRUE(obkey.model.items[8].hidden && obkey.model.items[8].isLocked);
     const QString in = m_folder.path("in.hex");
     const QString out = m_folder.path("out.bin");
-    EXPECT_EQ(arguments(), (QStringList{"create", "-k", "/k.pem", "--size=0x20", "--on", "-R", "0",
-                                        "-d", "a b", in, out}));
+    EXPECT_EQ(arguments(), (QStringList{"create", "--own", "0xa0", "0x12", "-k", "/k.pem",
+                                        "--size=0x20", "--on", "-R", "0", "-d", "a b", in, out}));
     const std::vector<std::optional<QString>> form = {
-        std::nullopt, "", "", "1", "0", "n", "0xff", std::nullopt, "x.bin"};
+        "", std::nullopt, "", "", "1", "0", "n", "0xff", std::nullopt, "x.bin"};
     EXPECT_EQ(arguments(form), (QStringList{"create", "--off", "--none", "n", "-R", "0xff", "-d",
                                             "a b", in, m_folder.path("x.bin")}));
-    EXPECT_EQ(arguments({std::nullopt, std::nullopt, "1x"}).size(), 1) << "refused";
-    std::vector<std::optional<QString>> unnamed(8);
+    EXPECT_EQ(arguments({std::nullopt, std::nullopt, std::nullopt, "1x"}).size(), 1) << "refused";
+    std::vector<std::optional<QString>> unnamed(9);
     unnamed.emplace_back("");
     EXPECT_EQ(arguments(unnamed), QStringList("The output file has no name."));
 }
@@ -134,14 +144,18 @@ TEST_F(ImageTemplate, AShellReadsTheSameWordsAndNoPassPhrase)
     }
     EXPECT_EQ(read, words + QStringList(QString()));
     const QString shown = obk::shellText(
-        "t", {"--pass-phrase", "secret", "-k", "pass.pem", "--PASSWORD=secret", "x"});
-    EXPECT_EQ(shown, "t --pass-phrase *** -k pass.pem --PASSWORD=*** x");
+        "t", {"--pass-phrase", "secret", "-k", "pass.pem", "--PASSWORD=secret", "--pass-fd", "0"});
+    EXPECT_EQ(shown, "t --pass-phrase *** -k pass.pem --PASSWORD=*** --pass-fd 0");
 }
 
 TEST_F(ImageTemplate, ValuesGoBackButForPassPhrases)
 {
     ASSERT_TRUE(openImage(kGlobal + param("N", "Data", "1", option("-n")) +
-                          param("P", "Text", "", option("--passphrase")) + kOutput));
+                          param("P", "Text", "", option("--pass-fd")) + kOutput));
+    const std::vector<std::optional<QString>> form = {"2", "sécret", "new.bin"};
+    EXPECT_EQ(arguments(form).mid(1, 4), (QStringList{"-n", "2", "--pass-fd", "0"}));
+    EXPECT_EQ(obk::imagePassPhrase(obkey.model, form), QString("sécret").toUtf8());
+    EXPECT_FALSE(arguments({"2", "", "new.bin"}).contains("--pass-fd"));
     const std::string before = ScratchFolder::contents(obkey.templatePath);
     ASSERT_TRUE(obkey.saveImageValues({"2 < 3", "secret", "new.bin"}));
     const std::string after = ScratchFolder::contents(obkey.templatePath);

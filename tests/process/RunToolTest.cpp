@@ -68,6 +68,15 @@ TEST_F(RunTool, BothOutputsComeInTheirOrderAndInputIsClosed)
     EXPECT_FALSE(outcome.isOutputCut);
 }
 
+TEST_F(RunTool, InputIsReadToItsEndAndStandsNowhereElse)
+{
+    const auto outcome = run({"input", "input"}, {.input = "a phrase"});
+    EXPECT_EQ(outcome.output, QByteArray("input: a phrase\ninput: closed\n"));
+    EXPECT_EQ(run({"input"}, {.input = QByteArray(4096, 'x')}).output.size(), 4096 + 8);
+    EXPECT_EQ(run({"input"}, {.input = QByteArray(4097, 'x')}).ending, Ending::NotStarted);
+    EXPECT_EQ(run({"exit 3"}, {.input = "unread"}).exitCode, 3);
+}
+
 TEST_F(RunTool, EndingsAreToldApart)
 {
     EXPECT_EQ(run({"print x", "crash"}).ending, Ending::Crashed);

@@ -7,7 +7,7 @@
 ///   print TEXT   error TEXT   print as a line on standard output or error; "\n" breaks the line
 ///   raw N        N bytes, all values in turn        flood      prints without end
 ///   write PATH TEXT    a file of its own            copy FROM TO
-///   input        "input: closed" when standard input is at its end
+///   input        "input: " and what standard input holds, or "closed" when it is at its end
 ///   spawn PATH   a child that hangs, its process number in the file
 ///   sleep MS     hang       crash                   closeout   closes both outputs
 ///   exit N       and 0 when the orders end

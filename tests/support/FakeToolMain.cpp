@@ -3,6 +3,7 @@
 #include <cstdio>
 #include <cstdlib>
 #include <fstream>
+#include <iostream>
 #include <sstream>
 #include <string>
 #include <unistd.h>
@@ -80,7 +81,9 @@ void obey(const std::string &verb, std::istream &rest)
         words >> path >> to;
         std::ofstream(to, std::ios::binary) << std::ifstream(path, std::ios::binary).rdbuf();
     } else if (verb == "input") {
-        std::printf("input: %s\n", std::getchar() == EOF ? "closed" : "open");
+        std::string given;
+        std::getline(std::cin, given, '\0');
+        std::printf("input: %s\n", given.empty() ? "closed" : given.c_str());
     } else if (verb == "spawn") {
         spawn(text);
     } else if (verb == "sleep") {

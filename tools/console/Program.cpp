@@ -100,8 +100,14 @@ Result<Arguments> parseOptions(int argc, char **argv, std::span<const Option> op
         if (option == options.end()) {
             return fail(ErrorCode::BadValue, "unknown option '" + refusedOption(argv) + "'");
         }
-        if (auto taken = option->take(option->takesValue ? optarg : ""); !taken) {
-            return tl::unexpected<files::Error>(std::move(taken).error());
+        if (option->takeTwo && optind >= argc) {
+            return fail(ErrorCode::BadValue,
+                        std::string("--") + option->name + " needs two values");
+        }
+        const auto taken = option->takeTwo ? option->takeTwo(optarg, argv[optind++])
+                                           : option->take(option->takesValue ? optarg : "");
+        if (!taken) {
+            return tl::unexpected<files::Error>(taken.error());
         }
     }
     return Arguments(argv + optind, argv + argc);

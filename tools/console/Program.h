@@ -28,6 +28,8 @@ struct Option {
     /// sentence for the user
     std::function<files::Result<void>(const char *value)> take = {};
     char letter = 0;  ///< the short form; 0: none
+    /// In place of `take`, of an option that takes two values: "--name FIRST SECOND".
+    std::function<files::Result<void>(const char *first, const char *second)> takeTwo = {};
 };
 
 /// The command line without its options.

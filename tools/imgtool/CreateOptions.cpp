@@ -1,5 +1,7 @@
 #include "CreateOptions.h"
 
+#include <QByteArray>
+
 namespace imgtool
 {
 
@@ -23,16 +25,31 @@ const char *const kCreateHelp =
     "                            with that many zero bytes\n"
     "  -L, --load-addr ADDRESS   where the image runs in RAM\n"
     "  -F, --rom-fixed ADDRESS   where the image must stand in flash\n"
+    "      --non-bootable        the image belongs to another one and isn't started\n"
     "Signature:\n"
     "  -k, --key FILE            private key (PEM): P-256, RSA-2048, RSA-3072 or Ed25519;\n"
     "                            without it the image has a hash alone\n"
+    "      --pass-file FILE      pass phrase of a key: the first line of a file\n"
+    "      --pass-fd N           the same from an open descriptor; without both it is asked\n"
+    "                            for at the terminal\n"
+    "      --vector-to-sign W    payload or digest: writes what a signature is made over,\n"
+    "                            and no image\n"
+    "      --fix-sig FILE        a signature (Base64) that was made elsewhere\n"
+    "      --fix-sig-pubkey FILE its public key (PEM)\n"
+    "      --sig-out FILE        writes the signature (Base64), too\n"
+    "      --sha 256             the only digest that is made\n"
     "      --public-key-format F hash (default) or full: what stands in the image\n"
     "      --pad-sig             P-256 signatures always of 72 bytes, for old loaders\n"
     "Protected values:\n"
     "  -s, --security-counter N  a number, or auto: made of the version\n"
     "  -d, --dependencies LIST   \"(0, 1.2.3+4)(1, 2.0.0)\": image number and version needed\n"
-    "Encryption (AES-128-CTR):\n"
-    "  -E, --encrypt FILE        public key (PEM) that the key is wrapped for: P-256 or X25519\n"
+    "      --boot-record ROLE    role of the image for attestation, 12 characters at most\n"
+    "      --custom-tlv TYPE VALUE  a value of your own; TYPE has a low byte from 0xa0 on,\n"
+    "                            VALUE is text, or bytes as 0x and digits\n"
+    "Encryption (AES-CTR):\n"
+    "  -E, --encrypt FILE        what the key is wrapped for: public key (PEM) of P-256, X25519\n"
+    "                            or RSA-2048, or AES key (Base64)\n"
+    "      --encrypt-keylen N    128 (default) or 256; 256 with RSA-2048 or an AES key\n"
     "  -c, --clear               wraps a key, but leaves the firmware readable\n"
     "      --save-enctlv         the trailer has room for wrapped keys, not for plain ones\n"
     "Slot:\n"
@@ -43,7 +60,7 @@ const char *const kCreateHelp =
     "      --overwrite-only      the loader overwrites and never swaps\n"
     "  -R, --erased-val N        what an erased byte reads as: 0 or 0xff (default)\n"
     "  -x, --hex-addr ADDRESS    of the image in HEX and S-records\n"
-    "  -e, --endian ORDER        little; another one isn't made\n"
+    "  -e, --endian ORDER        little; big is refused\n"
     "\n"
     "Numbers are decimal, or hexadecimal behind 0x.\n";
 
@@ -126,6 +143,53 @@ console::Option word(const Target &target, const char *name, char letter, const 
         });
 }
 
+/// "0x" and digits are bytes, everything else is text.
+Result<void> takeOwnValue(CreateOptions &options, const char *type, const char *value)
+{
+    const auto number = console::parseNumber(type, UINT16_MAX);
+    const std::string_view text = value;
+    preparation::BootOwnValue own;
+    if (!number) {
+        return fail(ErrorCode::BadValue, "--custom-tlv: " + number.error().text);
+    }
+    own.type = static_cast<std::uint16_t>(*number);
+    if (!text.starts_with("0x")) {
+        own.value.assign(text.begin(), text.end());
+    } else {
+        const QByteArray digits(text.data() + 2, static_cast<int>(text.size() - 2));
+        const QByteArray bytes = QByteArray::fromHex(digits);
+        if (bytes.toHex() != digits.toLower()) {
+            return fail(ErrorCode::BadValue,
+                        std::string("--custom-tlv: '") + value +
+                            "' isn't 0x and an even number of hexadecimal digits");
+        }
+        own.value.assign(bytes.begin(), bytes.end());
+    }
+    options.request.ownValues.push_back(std::move(own));
+    return {};
+}
+
+Result<void> takeVector(CreateOptions &options, const char *value)
+{
+    const bool isPayload = std::string_view(value) == "payload";
+    options.vector = isPayload ? Vector::Payload : Vector::Digest;
+    return {};
+}
+
+/// What the format has and isn't made here: refused by name, as nothing else would tell why.
+console::Option refused(const Target &target, const char *name, bool takesValue,
+                        const char *allowed, const char *why)
+{
+    return option(target, name, 0, takesValue,
+                  [=](CreateOptions &, const char *value) -> Result<void> {
+                      const std::string_view text = value;
+                      if (takesValue && (text == allowed || text == "auto")) {
+                          return {};
+                      }
+                      return fail(ErrorCode::BadValue, std::string("--") + name + ": " + why);
+                  });
+}
+
 void appendHeaderOptions(const Target &target, std::vector<console::Option> &list)
 {
     using Options = CreateOptions;
@@ -151,8 +215,21 @@ void appendHeaderOptions(const Target &target, std::vector<console::Option> &lis
     list.push_back(option(target, "endian", 'e', true, [](Options &, const char *value) {
         return std::string_view(value) == "little"
                    ? Result<void>()
-                   : fail(ErrorCode::BadValue, "--endian is little; another one isn't made");
+                   : fail(ErrorCode::BadValue, "--endian is little: the chips are, and no reader "
+                                               "here takes another order");
     }));
+    list.push_back(
+        flag(target, "non-bootable", 0, [](Options &o) { o.request.nonBootable = true; }));
+    list.push_back(option(target, "boot-record", 0, true, [](Options &o, const char *value) {
+        o.request.bootRecord = value;
+        return *value == 0 ? fail(ErrorCode::BadValue, "--boot-record has no role")
+                           : Result<void>();
+    }));
+    console::Option own{"custom-tlv", true};
+    own.takeTwo = [target](const char *type, const char *value) {
+        return takeOwnValue(*target, type, value);
+    };
+    list.push_back(std::move(own));
 }
 
 void appendKeyOptions(const Target &target, std::vector<console::Option> &list)
@@ -171,10 +248,39 @@ void appendKeyOptions(const Target &target, std::vector<console::Option> &list)
             o.request.wholePublicKey = std::string_view(value) == "full";
             return Result<void>();
         }));
+    list.push_back(
+        word(target, "encrypt-keylen", 0, "128", "256", [](Options &o, const char *value) {
+            o.request.imageKeyBytes = std::string_view(value) == "256"
+                                          ? preparation::kLongImageKeyBytes
+                                          : preparation::kImageKeyBytes;
+            return Result<void>();
+        }));
     list.push_back(flag(target, "pad-sig", 0, [](Options &o) { o.request.padSignature = true; }));
     list.push_back(flag(target, "clear", 'c', [](Options &o) { o.request.clear = true; }));
     list.push_back(
         flag(target, "save-enctlv", 0, [](Options &o) { o.request.keepWrappedKeys = true; }));
+}
+
+void appendSignatureOptions(const Target &target, std::vector<console::Option> &list)
+{
+    const auto path = [&](const char *name, std::string CreateOptions::*field) {
+        list.push_back(option(target, name, 0, true, [field](CreateOptions &o, const char *value) {
+            o.*field = value;
+            return Result<void>();
+        }));
+    };
+    path("fix-sig", &CreateOptions::madeSignature);
+    path("fix-sig-pubkey", &CreateOptions::madeSignatureKey);
+    path("sig-out", &CreateOptions::signatureOut);
+    list.push_back(word(target, "vector-to-sign", 0, "payload", "digest", &takeVector));
+    list.push_back(refused(target, "sha", true, "256",
+                           "only SHA-256 is made, which all the signatures here are over"));
+    list.push_back(refused(target, "hmac-sha", true, "256", "keys are wrapped with SHA-256 alone"));
+    list.push_back(refused(target, "is-pure", false, nullptr,
+                           "a signature is over the digest; over the whole image none is made"));
+    for (console::Option &each : PassPhrase::options(target->phrase)) {
+        list.push_back(std::move(each));
+    }
 }
 
 void appendSlotOptions(const Target &target, std::vector<console::Option> &list)
@@ -210,6 +316,7 @@ std::vector<console::Option> createOptions(const std::shared_ptr<CreateOptions> 
     std::vector<console::Option> list;
     appendHeaderOptions(target, list);
     appendKeyOptions(target, list);
+    appendSignatureOptions(target, list);
     appendSlotOptions(target, list);
     return list;
 }
@@ -227,6 +334,19 @@ Result<void> checkCreate(const CreateOptions &options, const console::Arguments 
     }
     if (arguments.size() != 2) {
         return fail(ErrorCode::BadValue, "two files are needed: INFILE and OUTFILE");
+    }
+    const bool isMade = !options.madeSignature.empty();
+    if (isMade && (options.madeSignatureKey.empty() || !options.key.empty())) {
+        return fail(ErrorCode::BadValue, "--fix-sig goes with --fix-sig-pubkey and without --key");
+    }
+    if (options.vector != Vector::None && (isMade || !options.key.empty())) {
+        return fail(ErrorCode::BadValue, "--vector-to-sign makes no image and takes no signature");
+    }
+    if (!options.madeSignatureKey.empty() && !isMade && options.vector == Vector::None) {
+        return fail(ErrorCode::BadValue, "--fix-sig is missing");
+    }
+    if (!options.signatureOut.empty() && options.key.empty() && !isMade) {
+        return fail(ErrorCode::BadValue, "--sig-out: without a key there is no signature");
     }
     if (options.request.slot.size > (std::uint32_t{256} << 20)) {
         return fail(ErrorCode::BadValue, "a slot has 256 MiB at most");

@@ -1,4 +1,5 @@
 #pragma once
+#include "PassPhrase.h"
 #include "preparation/boot/BootBuilder.h"
 #include "tools/console/Program.h"
 
@@ -7,11 +8,19 @@
 namespace imgtool
 {
 
+/// What `--vector-to-sign` writes in place of an image, for a signature that is made elsewhere.
+enum class Vector { None, Payload, Digest };
+
 /// What the command line of `create` says.
 struct CreateOptions {
     preparation::BootRequest request;
-    std::string key;        ///< path of the private key; empty for an unsigned image
-    std::string recipient;  ///< path of the public key to encrypt for; empty for none
+    std::string key;               ///< path of the private key; empty for an unsigned image
+    std::string recipient;         ///< path of the key to encrypt for; empty for none
+    std::string madeSignature;     ///< path of a signature in Base64; empty for none
+    std::string madeSignatureKey;  ///< path of its public key
+    std::string signatureOut;      ///< path where the signature goes as Base64; empty for none
+    Vector vector = Vector::None;
+    std::shared_ptr<PassPhrase> phrase = std::make_shared<PassPhrase>();
     std::optional<std::uint32_t> address;  ///< of the image in HEX and S-records
     bool hasAutoCounter = false;           ///< the security counter comes from the version
     // Options that have to be there

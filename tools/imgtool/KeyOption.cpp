@@ -2,7 +2,10 @@
 
 #include "files/base/KeyFile.h"
 
+#include <QByteArray>
 #include <QFile>
+
+#include <algorithm>
 
 namespace imgtool
 {
@@ -43,31 +46,132 @@ checkAll(const console::Arguments &arguments,
 namespace
 {
 
-/// Hands a key file's text to a reader. @return a sentence with the file's name
-template <typename Key>
-files::Result<Key> readKeyOf(const std::string &path, files::Result<Key> (*read)(crypto::ByteView))
+using crypto::ByteView;
+using files::Result;
+using files::SecretBytes;
+
+Result<SecretBytes> readText(const std::string &path)
 {
-    const auto pem = files::readKeyFile(QFile::decodeName(path.c_str()), 0);
-    if (!pem) {
-        return fail(pem.error().code, path + ": " + pem.error().text);
+    auto text = files::readKeyFile(QFile::decodeName(path.c_str()), 0);
+    if (!text) {
+        return fail(text.error().code, path + ": " + text.error().text);
     }
-    auto key = read(pem->span());
+    return text;
+}
+
+template <typename Key>
+Result<Key> withName(Result<Key> key, const std::string &path)
+{
     if (!key) {
         return fail(key.error().code, path + ": " + key.error().text);
     }
     return key;
 }
 
-}  // namespace
-
-files::Result<crypto::KeyPair> readKey(const std::string &path)
+Result<crypto::KeyPair> privateKeyIn(ByteView pem, const std::string &path, PassPhrase &phrase)
 {
-    return readKeyOf(path, &crypto::KeyPair::readPrivate);
+    if (!crypto::KeyPair::isLocked(pem)) {
+        return withName(crypto::KeyPair::readPrivate(pem), path);
+    }
+    const auto words = phrase.of(path);
+    if (!words) {
+        return fail(words.error().code, path + ": " + words.error().text);
+    }
+    return withName(crypto::KeyPair::readPrivate(pem, *words), path);
 }
 
-files::Result<crypto::PublicKey> readPublicKey(const std::string &path)
+Result<crypto::PublicKey> publicKeyIn(ByteView pem, const std::string &path, PassPhrase &phrase)
 {
-    return readKeyOf(path, &crypto::PublicKey::read);
+    if (!crypto::KeyPair::isLocked(pem)) {
+        return withName(crypto::PublicKey::read(pem), path);
+    }
+    return privateKeyIn(pem, path, phrase).map([](const auto &key) { return key.publicHalf(); });
+}
+
+Result<SecretBytes> decoded(ByteView text, const std::string &path)
+{
+    QByteArray lines(reinterpret_cast<const char *>(text.data()), static_cast<int>(text.size()));
+    QByteArray packed;
+    packed.reserve(lines.size());
+    for (const char letter : lines) {
+        if (letter != '\n' && letter != '\r' && letter != ' ') {
+            packed.append(letter);
+        }
+    }
+    auto bytes = QByteArray::fromBase64Encoding(packed, QByteArray::AbortOnBase64DecodingErrors);
+    SecretBytes result(bytes ? static_cast<std::size_t>(bytes.decoded.size()) : 0);
+    if (result.size() != 0) {
+        std::copy(bytes.decoded.cbegin(), bytes.decoded.cend(), result.data());
+    }
+    files::wipe(lines);
+    files::wipe(packed);
+    files::wipe(bytes.decoded);
+    if (result.size() == 0) {
+        return fail(ErrorCode::BadValue, path + ": it is neither a key in PEM form nor Base64");
+    }
+    return result;
+}
+
+/// @param readPem  what a PEM text becomes
+template <typename Key>
+Result<Wrapping<Key>> readWrapping(const std::string &path, PassPhrase &phrase,
+                                   Result<Key> (*readPem)(ByteView, const std::string &,
+                                                          PassPhrase &))
+{
+    const auto text = readText(path);
+    if (!text) {
+        return tl::unexpected(text.error());
+    }
+    const std::string_view words(reinterpret_cast<const char *>(text->data()), text->size());
+    Wrapping<Key> found;
+    if (words.find("-----BEGIN") != std::string_view::npos) {
+        auto key = readPem(text->span(), path, phrase);
+        if (!key) {
+            return tl::unexpected(key.error());
+        }
+        found.key = std::move(*key);
+        return found;
+    }
+    auto bytes = decoded(text->span(), path);
+    if (!bytes) {
+        return tl::unexpected(bytes.error());
+    }
+    if (bytes->size() != 16 && bytes->size() != 32) {
+        return fail(ErrorCode::WrongSize,
+                    path + ": an AES key has 16 or 32 bytes, not " + std::to_string(bytes->size()));
+    }
+    found.aes = std::move(*bytes);
+    return found;
+}
+
+}  // namespace
+
+Result<crypto::KeyPair> readKey(const std::string &path, PassPhrase &phrase)
+{
+    return readText(path).and_then(
+        [&](const SecretBytes &pem) { return privateKeyIn(pem.span(), path, phrase); });
+}
+
+Result<crypto::PublicKey> readPublicKey(const std::string &path, PassPhrase &phrase)
+{
+    return readText(path).and_then(
+        [&](const SecretBytes &pem) { return publicKeyIn(pem.span(), path, phrase); });
+}
+
+Result<Wrapping<crypto::PublicKey>> readEncryptionKey(const std::string &path, PassPhrase &phrase)
+{
+    return readWrapping<crypto::PublicKey>(path, phrase, &publicKeyIn);
+}
+
+Result<Wrapping<crypto::KeyPair>> readDecryptionKey(const std::string &path, PassPhrase &phrase)
+{
+    return readWrapping<crypto::KeyPair>(path, phrase, &privateKeyIn);
+}
+
+Result<SecretBytes> readBase64(const std::string &path)
+{
+    return readText(path).and_then(
+        [&](const SecretBytes &text) { return decoded(text.span(), path); });
 }
 
 }  // namespace imgtool

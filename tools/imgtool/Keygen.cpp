@@ -26,6 +26,7 @@ struct Request {
     std::string key;
     std::string type;
     std::string publicKey;
+    bool isLocked = false;  ///< behind a pass phrase
 };
 
 std::string typeList()
@@ -80,9 +81,9 @@ Result<void> checkPublicTarget(const std::string &path)
     return fail(ErrorCode::Refused, path + " exists and is no public key; it is left alone");
 }
 
-Result<void> writeBoth(const Request &request, const crypto::KeyPair &pair)
+Result<void> writeBoth(const Request &request, crypto::ByteView phrase, const crypto::KeyPair &pair)
 {
-    const auto privatePem = pair.privatePem();
+    const auto privatePem = pair.privatePem(phrase);
     const auto publicPem = pair.publicPem();
     if (!privatePem || !publicPem) {
         return tl::unexpected(privatePem ? publicPem.error() : privatePem.error());
@@ -110,11 +111,17 @@ Result<void> writeBoth(const Request &request, const crypto::KeyPair &pair)
     return written;
 }
 
-int run(const Request &request)
+int run(const Request &request, PassPhrase &phrase)
 {
-    const auto done = checkPublicTarget(request.publicKey)
-                          .and_then([&] { return crypto::KeyPair::make(request.type); })
-                          .and_then([&](const auto &pair) { return writeBoth(request, pair); });
+    const auto words = request.isLocked || phrase.isNamed() ? phrase.ofNew(request.key)
+                                                            : Result<crypto::ByteView>();
+    if (!words) {
+        return console::complain(console::kNotReadable, words.error().text);
+    }
+    const auto done =
+        checkPublicTarget(request.publicKey)
+            .and_then([&] { return crypto::KeyPair::make(request.type); })
+            .and_then([&](const auto &pair) { return writeBoth(request, *words, pair); });
     return done ? static_cast<int>(console::kFine)
                 : console::complain(console::kNotReadable, done.error().text);
 }
@@ -126,25 +133,39 @@ console::Program keygenProgram()
     const auto key = std::make_shared<std::string>();
     const auto type = std::make_shared<std::string>();
     const auto publicKey = std::make_shared<std::string>();
+    const auto isLocked = std::make_shared<bool>(false);
+    const auto phrase = std::make_shared<PassPhrase>();
+    std::vector<console::Option> options = PassPhrase::options(phrase);
+    options.push_back(keyOption(key));
+    options.push_back(textOption("type", 't', type));
+    options.push_back(textOption("public", 'e', publicKey));
+    options.push_back({"password", false,
+                       [isLocked](const char *) {
+                           *isLocked = true;
+                           return Result<void>();
+                       },
+                       'p'});
     static const std::string help =
-        "Usage: imgtool keygen -k FILE -t TYPE -e FILE\n"
+        "Usage: imgtool keygen -k FILE -t TYPE -e FILE [-p]\n"
         "Makes a key pair. A file that exists is never overwritten, but for an old public key.\n\n"
         "  -k, --key FILE      where the private key goes: PEM (PKCS#8), for its owner only\n"
         "  -t, --type TYPE     " +
         typeList() +
         "\n"
-        "  -e, --public FILE   where the public key goes: PEM\n";
+        "  -e, --public FILE   where the public key goes: PEM\n"
+        "  -p, --password      asks for a pass phrase that locks the private key\n"
+        "      --pass-file FILE  takes the pass phrase from the first line of a file\n"
+        "      --pass-fd N       takes it from an open descriptor\n";
     return {.name = "imgtool",
             .help = help.c_str(),
-            .options = {keyOption(key), textOption("type", 't', type),
-                        textOption("public", 'e', publicKey)},
+            .options = std::move(options),
             .check =
                 [=](const console::Arguments &arguments) {
                     return checkAll(arguments, {{"-k", key}, {"-t", type}, {"-e", publicKey}});
                 },
             .run =
                 [=](const console::Arguments &) {
-                    return run({*key, *type, *publicKey});
+                    return run({*key, *type, *publicKey, *isLocked}, *phrase);
                 }};
 }
 

@@ -19,13 +19,13 @@ struct Paths {
     std::string recipient;
 };
 
-Result<std::string> verify(const Paths &paths, const std::string &path)
+Result<std::string> verify(const Paths &paths, PassPhrase &phrase, const std::string &path)
 {
     std::optional<crypto::PublicKey> signer;
-    std::optional<crypto::KeyPair> recipient;
+    Wrapping<crypto::KeyPair> recipient;
     preparation::BootKeys keys;
     if (!paths.signer.empty()) {
-        auto key = readPublicKey(paths.signer);
+        auto key = readPublicKey(paths.signer, phrase);
         if (!key) {
             return tl::unexpected(key.error());
         }
@@ -33,12 +33,13 @@ Result<std::string> verify(const Paths &paths, const std::string &path)
         keys.signer = &*signer;
     }
     if (!paths.recipient.empty()) {
-        auto key = readKey(paths.recipient);
+        auto key = readDecryptionKey(paths.recipient, phrase);
         if (!key) {
             return tl::unexpected(key.error());
         }
         recipient = std::move(*key);
-        keys.recipient = &*recipient;
+        keys.recipient = recipient.key ? &*recipient.key : nullptr;
+        keys.wrapKey = recipient.aes.span();
     }
     return withImage(path, [&keys](const preparation::BootImage &image) {
         return preparation::verifyBootImage(image, keys).map([&image](const auto &verdict) {
@@ -67,20 +68,29 @@ console::Program verifyProgram()
                                },
                                letter};
     };
-    return {.name = "imgtool",
-            .help = "Usage: imgtool verify [OPTION]... IMAGE\n"
-                    "Checks a boot image: order, hash, signature, wrapped key, padding and "
-                    "trailer.\n\n"
-                    "  -k, --key FILE      the signer's key (PEM, public or private); without it "
-                    "the\n                      signature isn't checked\n"
-                    "  -D, --decrypt FILE  private key that opens an encrypted image\n",
-            .options = {text("key", 'k', &Paths::signer), text("decrypt", 'D', &Paths::recipient)},
-            .check = &needsOneFile,
-            .run = [paths](const console::Arguments &arguments) {
-                const auto found = verify(*paths, arguments[0]);
-                return found ? printText(*found)
-                             : console::complain(console::kNotAuthentic, found.error().text);
-            }};
+    const auto phrase = std::make_shared<PassPhrase>();
+    std::vector<console::Option> options = PassPhrase::options(phrase);
+    options.push_back(text("key", 'k', &Paths::signer));
+    options.push_back(text("decrypt", 'D', &Paths::recipient));
+    return {
+        .name = "imgtool",
+        .help =
+            "Usage: imgtool verify [OPTION]... IMAGE\n"
+            "Checks a boot image: order, hash, signature, wrapped key, padding and "
+            "trailer.\n\n"
+            "  -k, --key FILE      the signer's key (PEM, public or private); without it "
+            "the\n                      signature isn't checked\n"
+            "  -D, --decrypt FILE  what opens an encrypted image: private key (PEM), or AES key\n"
+            "                      (Base64)\n"
+            "      --pass-file FILE  pass phrase of a private key: the first line of a file\n"
+            "      --pass-fd N       the same from an open descriptor\n",
+        .options = std::move(options),
+        .check = &needsOneFile,
+        .run = [paths, phrase](const console::Arguments &arguments) {
+            const auto found = verify(*paths, *phrase, arguments[0]);
+            return found ? printText(*found)
+                         : console::complain(console::kNotAuthentic, found.error().text);
+        }};
 }
 
 console::Program dumpInfoProgram()

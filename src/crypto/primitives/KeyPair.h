@@ -22,12 +22,17 @@ public:
     /// Makes a new pair. @return BadValue for a type that isn't known
     static files::Result<KeyPair> make(std::string_view type);
 
-    /// Reads the first private key out of PEM text without a pass phrase.
-    /// @return BadValue when there is none
-    static files::Result<KeyPair> readPrivate(ByteView pem);
+    /// Whether PEM text holds a private key that only a pass phrase opens.
+    static bool isLocked(ByteView pem);
 
-    /// PKCS#8 (RFC 5208) as PEM text, without a pass phrase.
-    [[nodiscard]] files::Result<files::SecretBytes> privatePem() const;
+    /// Reads the first private key out of PEM text.
+    /// @param phrase  opens a locked key; empty for none
+    /// @return BadValue when there is none, or the phrase isn't the key's
+    static files::Result<KeyPair> readPrivate(ByteView pem, ByteView phrase = {});
+
+    /// PKCS#8 (RFC 5208) as PEM text.
+    /// @param phrase  locks it (PBES2, AES-256-CBC); empty for a key without a pass phrase
+    [[nodiscard]] files::Result<files::SecretBytes> privatePem(ByteView phrase = {}) const;
 
     /// PKCS#8 in DER.
     /// @param minimal  leaves the public half of an elliptic-curve key out
@@ -54,6 +59,10 @@ public:
     /// coordinate on P-256, 32 bytes.
     /// @return BadValue for a peer that gives none, such as one of another kind
     [[nodiscard]] files::Result<files::SecretBytes> agree(const PublicKey &peer) const;
+
+    /// Opens what PublicKey::encrypt made. @param text  may be hostile
+    /// @return BadValue when it isn't for this key, or isn't as it was
+    [[nodiscard]] files::Result<files::SecretBytes> decrypt(ByteView text) const;
 
 private:
     explicit KeyPair(EvpKey key) : m_key(std::move(key)) {}

@@ -19,4 +19,14 @@ inline bool usePss(EVP_PKEY_CTX *context)
            EVP_PKEY_CTX_set_rsa_pss_saltlen(context, RSA_PSS_SALTLEN_DIGEST) == 1;
 }
 
+/// Sets RSAES-OAEP (RFC 8017) with SHA-256, MGF1 with SHA-256 and no label.
+/// @param context  for encrypting or decrypting with an RSA key. @return false when the library
+///                 fails
+inline bool useOaep(EVP_PKEY_CTX *context)
+{
+    return EVP_PKEY_CTX_set_rsa_padding(context, RSA_PKCS1_OAEP_PADDING) == 1 &&
+           EVP_PKEY_CTX_set_rsa_oaep_md(context, EVP_sha256()) == 1 &&
+           EVP_PKEY_CTX_set_rsa_mgf1_md(context, EVP_sha256()) == 1;
+}
+
 }  // namespace crypto

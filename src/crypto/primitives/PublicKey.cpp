@@ -80,6 +80,12 @@ Result<PublicKey> PublicKey::fromRaw(KeyKind kind, ByteView raw)
     return PublicKey(std::move(key));
 }
 
+PublicKey PublicKey::share() const
+{
+    EVP_PKEY_up_ref(m_key.get());
+    return PublicKey(EvpKey(m_key.get()));
+}
+
 KeyKind PublicKey::kind() const
 {
     char group[80] = "";
@@ -158,6 +164,23 @@ Result<bool> PublicKey::verify(const Digest &digest, ByteView signature) const
     }
     ERR_clear_error();
     return fits;
+}
+
+Result<std::vector<std::uint8_t>> PublicKey::encrypt(ByteView secret) const
+{
+    if (kind() != KeyKind::Rsa2048 && kind() != KeyKind::Rsa3072) {
+        return fail(ErrorCode::BadValue,
+                    std::string("a key of the kind ") + kindName(kind()) + " encrypts nothing");
+    }
+    std::vector<std::uint8_t> text(static_cast<std::size_t>(EVP_PKEY_get_size(m_key.get())));
+    std::size_t size = text.size();
+    const KeyContext context(EVP_PKEY_CTX_new(m_key.get(), nullptr));
+    if (!context || EVP_PKEY_encrypt_init(context.get()) != 1 || !useOaep(context.get()) ||
+        EVP_PKEY_encrypt(context.get(), text.data(), &size, secret.data(), secret.size()) != 1 ||
+        size != text.size()) {
+        return libraryFailure("RSAES-OAEP");
+    }
+    return text;
 }
 
 }  // namespace crypto

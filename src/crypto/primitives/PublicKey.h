@@ -30,6 +30,9 @@ public:
 
     explicit PublicKey(EvpKey key) : m_key(std::move(key)) {}
 
+    /// Another owner of the same key.
+    [[nodiscard]] PublicKey share() const;
+
     [[nodiscard]] KeyKind kind() const;
 
     /// What boot loaders hold and hash: `RSAPublicKey` (RFC 8017) of an RSA key,
@@ -43,6 +46,10 @@ public:
     /// SHA-256, 32 bytes of salt), ECDSA in DER, or Ed25519 with the digest as its message. A kind
     /// that doesn't sign has no signature.
     [[nodiscard]] files::Result<bool> verify(const Digest &digest, ByteView signature) const;
+
+    /// RSAES-OAEP (RFC 8017) with SHA-256, MGF1 with SHA-256 and no label; random.
+    /// @return BadValue for a key of another kind than RSA
+    [[nodiscard]] files::Result<std::vector<std::uint8_t>> encrypt(ByteView secret) const;
 
     /// For this folder.
     [[nodiscard]] EVP_PKEY *handle() const { return m_key.get(); }

@@ -30,9 +30,10 @@ constexpr TypeName kNames[] = {
     {boot_tlv::kKeyHash, "KEYHASH"},         {boot_tlv::kPublicKey, "PUBKEY"},
     {boot_tlv::kSha256, "SHA256"},           {boot_tlv::kRsa2048, "RSA2048"},
     {boot_tlv::kEcdsaP256, "ECDSASIG"},      {boot_tlv::kRsa3072, "RSA3072"},
-    {boot_tlv::kEd25519, "ED25519"},         {boot_tlv::kWrappedP256, "ENCEC256"},
+    {boot_tlv::kEd25519, "ED25519"},         {boot_tlv::kWrappedRsa, "ENCRSA2048"},
+    {boot_tlv::kWrappedAes, "ENCKW"},        {boot_tlv::kWrappedP256, "ENCEC256"},
     {boot_tlv::kWrappedX25519, "ENCX25519"}, {boot_tlv::kDependency, "DEPENDENCY"},
-    {boot_tlv::kSecurityCounter, "SEC_CNT"},
+    {boot_tlv::kSecurityCounter, "SEC_CNT"}, {boot_tlv::kBootRecord, "BOOT_RECORD"},
 };
 
 void appendVersion(std::vector<std::uint8_t> &out, const BootVersion &version)
@@ -108,6 +109,12 @@ const char *tlvName(std::uint16_t type)
     const auto *const known =
         std::ranges::find_if(kNames, [type](const TypeName &each) { return each.type == type; });
     return known == std::end(kNames) ? nullptr : known->name;
+}
+
+bool isSignature(std::uint16_t type)
+{
+    return type == boot_tlv::kRsa2048 || type == boot_tlv::kRsa3072 ||
+           type == boot_tlv::kEcdsaP256 || type == boot_tlv::kEd25519;
 }
 
 std::vector<std::uint8_t> encodeBootHeader(const BootHeader &header)

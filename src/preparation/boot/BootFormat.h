@@ -26,8 +26,9 @@ namespace boot_flag
 {
 inline constexpr std::uint32_t kEncryptedAes128 = 0x04;
 inline constexpr std::uint32_t kEncryptedAes256 = 0x08;
-inline constexpr std::uint32_t kRamLoad = 0x20;    ///< runs from RAM at the load address
-inline constexpr std::uint32_t kRomFixed = 0x100;  ///< must stand in flash at the load address
+inline constexpr std::uint32_t kNonBootable = 0x10;  ///< belongs to another image, isn't started
+inline constexpr std::uint32_t kRamLoad = 0x20;      ///< runs from RAM at the load address
+inline constexpr std::uint32_t kRomFixed = 0x100;    ///< must stand in flash at the load address
 }  // namespace boot_flag
 
 /// Type of a tagged value.
@@ -40,14 +41,21 @@ inline constexpr std::uint16_t kRsa2048 = 0x20;
 inline constexpr std::uint16_t kEcdsaP256 = 0x22;
 inline constexpr std::uint16_t kRsa3072 = 0x23;
 inline constexpr std::uint16_t kEd25519 = 0x24;
+inline constexpr std::uint16_t kWrappedRsa = 0x30;     ///< RSA-2048 with OAEP: 256 bytes
+inline constexpr std::uint16_t kWrappedAes = 0x31;     ///< AES key wrap: 8 bytes more than the key
 inline constexpr std::uint16_t kWrappedP256 = 0x32;    ///< point, HMAC, key: 65, 32, 16 bytes
 inline constexpr std::uint16_t kWrappedX25519 = 0x33;  ///< key, HMAC, key: 32, 32, 16 bytes
 inline constexpr std::uint16_t kDependency = 0x40;
 inline constexpr std::uint16_t kSecurityCounter = 0x50;
+inline constexpr std::uint16_t kBootRecord = 0x60;
+inline constexpr std::uint16_t kFirstOwn = 0xA0;  ///< types whose low byte is this or more are free
 }  // namespace boot_tlv
 
 /// Name of a type such as "SHA256"; null for one that isn't known here.
 const char *tlvName(std::uint16_t type);
+
+/// Whether a value of this type is the image's signature.
+bool isSignature(std::uint16_t type);
 
 struct BootHeader {
     std::uint32_t loadAddress = 0;

@@ -56,10 +56,18 @@ Result<std::vector<std::uint8_t>> wrapImageKey(const crypto::PublicKey &recipien
                                                ByteView imageKey)
 {
     const KeyKind kind = recipient.kind();
+    if (kind == KeyKind::Rsa2048) {
+        return recipient.encrypt(imageKey);
+    }
     if (kind != KeyKind::EcdsaP256 && kind != KeyKind::X25519) {
-        return fail(ErrorCode::BadValue, std::string("a key of the kind ") +
-                                             crypto::kindName(kind) +
-                                             " wraps no image key; P-256 or X25519 is needed");
+        return fail(ErrorCode::BadValue,
+                    std::string("a key of the kind ") + crypto::kindName(kind) +
+                        " wraps no image key; P-256, X25519 or RSA-2048 is needed");
+    }
+    if (imageKey.size() != kImageKeyBytes) {
+        return fail(ErrorCode::BadValue,
+                    "the format tells only for AES-128 how a key is wrapped for P-256 or X25519; "
+                    "AES-256 takes RSA-2048 or an AES key of 32 bytes");
     }
     const auto fresh = crypto::KeyPair::make(kind == KeyKind::X25519 ? "x25519" : "ecdsa-p256");
     if (!fresh) {
@@ -92,6 +100,10 @@ Result<SecretBytes> unwrapImageKey(const crypto::KeyPair &key, ByteView wrapped)
         return fail(ErrorCode::BadValue,
                     "the wrapped key isn't for this private key, or is damaged");
     };
+    if (key.publicHalf().kind() == KeyKind::Rsa2048) {
+        auto imageKey = key.decrypt(wrapped);
+        return imageKey ? std::move(imageKey) : Result<SecretBytes>(refused());
+    }
     constexpr std::size_t kTail = std::tuple_size_v<Digest> + kImageKeyBytes;
     if (wrapped.size() <= kTail) {
         return refused();

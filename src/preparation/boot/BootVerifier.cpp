@@ -1,6 +1,7 @@
 #include "preparation/boot/BootVerifier.h"
 
 #include "crypto/primitives/AesCtr.h"
+#include "crypto/primitives/AesKeyWrap.h"
 #include "crypto/primitives/Digests.h"
 #include "preparation/boot/BootKeyWrap.h"
 
@@ -38,6 +39,8 @@ const BootTlv **placeFor(std::uint16_t type, PlainValues &values)
     case boot_tlv::kEcdsaP256:
     case boot_tlv::kEd25519:
         return &values.signature;
+    case boot_tlv::kWrappedRsa:
+    case boot_tlv::kWrappedAes:
     case boot_tlv::kWrappedP256:
     case boot_tlv::kWrappedX25519:
         return &values.wrapped;
@@ -83,23 +86,42 @@ Result<bool> hasHash(const BootImage &image, ByteView body, ByteView hash)
     return sum.finish().map([hash](const Digest &digest) { return crypto::isEqual(digest, hash); });
 }
 
-/// @return whether the firmware in the file is encrypted
-Result<bool> checkEncrypted(const BootImage &image, const PlainValues &values, const BootKeys &keys)
+KeyKind recipientOf(std::uint16_t type)
 {
-    if (keys.recipient == nullptr) {
+    return type == boot_tlv::kWrappedRsa    ? KeyKind::Rsa2048
+           : type == boot_tlv::kWrappedP256 ? KeyKind::EcdsaP256
+                                            : KeyKind::X25519;
+}
+
+Result<files::SecretBytes> openKey(const BootTlv &wrapped, const BootKeys &keys)
+{
+    if (keys.recipient == nullptr && keys.wrapKey.empty()) {
         return fail(ErrorCode::Refused, "the image is encrypted; the private key that opens it is "
                                         "needed (--decrypt)");
     }
-    const KeyKind kind = keys.recipient->publicHalf().kind();
-    const bool isPoint = values.wrapped->type == boot_tlv::kWrappedP256;
-    if (kind != (isPoint ? KeyKind::EcdsaP256 : KeyKind::X25519)) {
+    const bool isAes = wrapped.type == boot_tlv::kWrappedAes;
+    if (isAes && !keys.wrapKey.empty()) {
+        return crypto::unwrapKey(keys.wrapKey, wrapped.value);
+    }
+    const KeyKind wanted = recipientOf(wrapped.type);
+    if (isAes || keys.recipient == nullptr || keys.recipient->publicHalf().kind() != wanted) {
         return fail(ErrorCode::BadValue,
                     std::string("the image's key is wrapped for a key of the kind ") +
-                        (isPoint ? "P-256" : "X25519"));
+                        (isAes ? "AES" : crypto::kindName(wanted)));
     }
-    const auto key = unwrapImageKey(*keys.recipient, values.wrapped->value);
+    return unwrapImageKey(*keys.recipient, wrapped.value);
+}
+
+/// @return whether the firmware in the file is encrypted
+Result<bool> checkEncrypted(const BootImage &image, const PlainValues &values, const BootKeys &keys)
+{
+    const auto key = openKey(*values.wrapped, keys);
     if (!key) {
         return tl::unexpected(key.error());
+    }
+    const bool isLong = (image.header.flags & boot_flag::kEncryptedAes256) != 0;
+    if (key->size() != (isLong ? kLongImageKeyBytes : kImageKeyBytes)) {
+        return fail(ErrorCode::BadCount, "header and wrapped key disagree about the cipher");
     }
     std::vector<std::uint8_t> body(image.body.begin(), image.body.end());
     if (auto opened = crypto::aesCtr(key->span(), body); !opened) {
@@ -120,10 +142,12 @@ Result<bool> checkEncrypted(const BootImage &image, const PlainValues &values, c
 /// @return whether the firmware in the file is encrypted
 Result<bool> checkHash(const BootImage &image, const PlainValues &values, const BootKeys &keys)
 {
-    if ((image.header.flags & boot_flag::kEncryptedAes256) != 0) {
-        return fail(ErrorCode::BadVersion, "the image is encrypted with AES-256, which isn't read");
+    constexpr std::uint32_t kBoth = boot_flag::kEncryptedAes128 | boot_flag::kEncryptedAes256;
+    const std::uint32_t ciphers = image.header.flags & kBoth;
+    if (ciphers == kBoth) {
+        return fail(ErrorCode::BadValue, "the header says encrypted with AES-128 and with AES-256");
     }
-    const bool isFlagged = (image.header.flags & boot_flag::kEncryptedAes128) != 0;
+    const bool isFlagged = ciphers != 0;
     if (isFlagged != (values.wrapped != nullptr)) {
         return fail(ErrorCode::Missing, isFlagged
                                             ? "the header says encrypted, but no wrapped key "

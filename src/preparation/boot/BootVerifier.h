@@ -10,6 +10,7 @@ namespace preparation
 struct BootKeys {
     const crypto::PublicKey *signer = nullptr;
     const crypto::KeyPair *recipient = nullptr;  ///< opens the wrapped key of an encrypted image
+    ByteView wrapKey = {};                       ///< does, too: AES key of 16 or 32 bytes
 };
 
 /// What a check found; an image that failed it gives none.

@@ -1,3 +1,4 @@
+#include "files/base/Wipe.h"
 #include "obk/ImageCommand.h"
 #include "obk/ImageLog.h"
 #include "obk/KeyInput.h"
@@ -139,8 +140,11 @@ void ImgTab::generate()
         return;
     }
     ToolProgress progress(context().boxParent);
-    const auto outcome = process::runTool(Obkey::imageToolPath(), *words, progress.watch(),
+    process::ToolWatch watch = progress.watch();
+    watch.input = obk::imagePassPhrase(m_template.model, values());
+    const auto outcome = process::runTool(Obkey::imageToolPath(), *words, watch,
                                           QFileInfo(m_template.templatePath).path());
+    files::wipe(watch.input);
     progress.finish();
     showOutcome(outcome, obk::shellText(Obkey::imageToolPath(), *words));
     if (outcome.ending == process::Ending::Exited && outcome.exitCode == 0) {
