@@ -153,6 +153,47 @@ TEST_F(ImgTabTest, GeneratesKeepsTheValuesAndLogsTheCommand)
     EXPECT_EQ(QString::fromStdString(log()).count('\n'), 2);
 }
 
+TEST_F(ImgTabTest, APassPhraseReachesTheToolAndStandsNowhere)
+{
+    folder.file("phrase", std::string_view("öpen 'sesame"));
+    QProcess::execute(QCoreApplication::applicationDirPath() + kTool,
+                      {"keygen", "-k", folder.path("keys/locked.pem"), "-t", "ed25519", "-e",
+                       folder.path("keys/locked_pub.pem"), "--pass-file", folder.path("phrase")});
+    const QString path = shipped("image-sign-p256");
+    std::string text = ScratchFolder::contents(path);
+    for (auto at = text.find("image_p256"); at != std::string::npos; at = text.find("image_p256")) {
+        text.replace(at, 10, "locked");
+    }
+    text.insert(text.find("<Output>"),
+                "<Param><Name>Phrase</Name><Type>Text</Type><Option>--pass-fd"
+                "</Option><Default></Default></Param>");
+    open(folder.file("locked.xml", text));
+    find<QLineEdit>("img_phrase_edit")->setText("öpen 'sesame");
+    DialogAnswers answers({QMessageBox::Ok});
+    click("img_generate_ok");
+    EXPECT_TRUE(said().contains("signed (Ed25519)")) << said().toStdString();
+    EXPECT_TRUE(command().contains(" --pass-fd 0 "));
+    for (const std::string &place : {said().toStdString(), command().toStdString(), log(),
+                                     ScratchFolder::contents(folder.path("locked.xml"))}) {
+        EXPECT_EQ(place.find("sesame"), std::string::npos) << place;
+    }
+}
+
+TEST_F(ImgTabTest, AToolThatWritesNothingHasMadeNoImage)
+{
+    const QString path = shipped("image-sign-p256");
+    std::string text = ScratchFolder::contents(path);
+    text.replace(text.find(">create<"), 8, ">create --help<");
+    open(folder.file("silent.xml", text));
+    DialogAnswers answers({QMessageBox::Ok, QMessageBox::Yes, QMessageBox::Ok});
+    click("img_generate_ok");
+    folder.file("firmware_p256.bin", std::string_view("an older one"));
+    click("img_generate_ok");
+    for (const int at : {0, 2}) {
+        EXPECT_TRUE(answers.texts().value(at).contains("wrote no file")) << at;
+    }
+}
+
 TEST_F(ImgTabTest, SavesItsOwnConfigurationUnderNg)
 {
     form.launchMode = CentralWidget::NoGeneration;

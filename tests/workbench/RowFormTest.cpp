@@ -47,6 +47,22 @@ TEST_F(Rows, HundredsAreLaidOutOnce)
     EXPECT_EQ(form.edit("r798")->objectName(), "x_r798_edit");
 }
 
+TEST_F(Rows, AShortcutShowsTheFieldThatItLeadsTo)
+{
+    QList<FormRow> rows;
+    for (int i = 0; i < 40; ++i) {
+        rows << row(QString("r%1").arg(i), RowKind::Text, i == 39 ? "&Last" : "Row");
+    }
+    form.addRows(rows);
+    form.resize(400, 200);
+    form.show();
+    ASSERT_TRUE(QTest::qWaitForWindowActive(&form));
+    ASSERT_TRUE(form.edit("r39")->visibleRegion().isEmpty());
+    QTest::keyClick(&form, Qt::Key_L, Qt::AltModifier);
+    EXPECT_TRUE(form.edit("r39")->hasFocus());
+    EXPECT_FALSE(form.edit("r39")->visibleRegion().isEmpty());
+}
+
 TEST_F(Rows, EdgesStayWhenRowsAreHiddenAndComeAfterTheButtonWhenRebuilt)
 {
     FormRow named = row("wide", RowKind::Text, "A label that is wider than all others");

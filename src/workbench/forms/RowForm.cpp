@@ -2,6 +2,7 @@
 
 #include "workbench/forms/ListGrip.h"
 #include "workbench/widgets/FieldNames.h"
+#include "workbench/widgets/FocusView.h"
 
 #include <QAction>
 #include <QDialogButtonBox>
@@ -46,6 +47,7 @@ RowForm::RowForm(const QString &key, QWidget *parent)
     m_scroll->setWidgetResizable(true);
     m_scroll->setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
     m_scroll->setFocusPolicy(Qt::NoFocus);
+    keepFocusInView(m_scroll);
     buildPage();
 
     nameWidget(m_missingLine, m_key + QStringLiteral("_missing_label"), tr("Still missing"));

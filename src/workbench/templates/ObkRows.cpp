@@ -5,6 +5,7 @@
 #include "obk/ImageCommand.h"
 #include "obk/KeyInput.h"
 #include "workbench/widgets/FieldNames.h"
+#include "workbench/widgets/FocusView.h"
 #include "workbench/widgets/PermissionTable.h"
 
 #include <QCheckBox>
@@ -77,6 +78,7 @@ ObkRows::ObkRows(const QString &tab, QWidget *parent) : QScrollArea(parent), m_t
     setWidgetResizable(true);
     setFrameShape(QFrame::NoFrame);
     setFocusPolicy(Qt::NoFocus);
+    keepFocusInView(this);
 }
 
 void ObkRows::build(const obk::Template &model, const QString &folder)

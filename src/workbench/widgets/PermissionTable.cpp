@@ -5,6 +5,7 @@
 #include <QGridLayout>
 #include <QKeyEvent>
 #include <QLabel>
+#include <QPainter>
 #include <QSignalBlocker>
 #include <QStyle>
 #include <QToolButton>
@@ -32,6 +33,23 @@ const char *const kStyle =
     "QToolButton[notable=\"true\"] { font-weight: bold; border-color: #2C8ABF; }"
     // Rows without room for the mark are told by dark and light.
     "QToolButton[flat=\"true\"]:checked { background: palette(text); color: palette(base); }";
+
+/// One line that says by dots that there is more than fits.
+class CutLabel : public QLabel
+{
+public:
+    using QLabel::QLabel;
+
+protected:
+    void paintEvent(QPaintEvent * /*event*/) override
+    {
+        QPainter painter(this);
+        style()->drawItemText(
+            &painter, contentsRect(), static_cast<int>(alignment()), palette(), isEnabled(),
+            fontMetrics().elidedText(text(), Qt::ElideRight, contentsRect().width()),
+            foregroundRole());
+    }
+};
 
 }  // namespace
 
@@ -64,7 +82,7 @@ PermissionTable::PermissionTable(const QString &name, const std::vector<Permissi
         for (int gap = kWord / kPerRow; gap < grid->rowCount(); gap += kWord / kPerRow + 1) {
             grid->setRowMinimumHeight(gap, 4);
         }
-        m_note = new QLabel(this);
+        m_note = new CutLabel(this);
         m_note->setObjectName(m_name + QStringLiteral("_note"));
         m_note->setTextFormat(Qt::PlainText);
         m_note->setSizePolicy(QSizePolicy::Ignored,

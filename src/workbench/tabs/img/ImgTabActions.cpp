@@ -14,12 +14,16 @@
 #include <QClipboard>
 #include <QCoreApplication>
 #include <QDir>
+#include <QFile>
 #include <QFileDialog>
 #include <QFileInfo>
 #include <QLineEdit>
 #include <QPlainTextEdit>
 #include <QPushButton>
 #include <QSettings>
+
+#include <array>
+#include <sys/stat.h>
 
 namespace workbench
 {
@@ -28,6 +32,17 @@ namespace
 {
 
 const QString kFolderKey = QStringLiteral("Directories/Imgtool_path");
+
+/// What changes when a file is written: which one it is, its size and time. Nothing without a file.
+std::optional<std::array<std::int64_t, 4>> fileState(const QString &path)
+{
+    struct stat entry = {};
+    if (::stat(QFile::encodeName(path).constData(), &entry) != 0 || !S_ISREG(entry.st_mode)) {
+        return std::nullopt;
+    }
+    return std::array<std::int64_t, 4>{static_cast<std::int64_t>(entry.st_ino), entry.st_size,
+                                       entry.st_mtim.tv_sec, entry.st_mtim.tv_nsec};
+}
 
 void tellError(const QString &text)
 {
@@ -139,6 +154,7 @@ void ImgTab::generate()
     if (!words || !confirmOverwrite(context().boxParent, outputPath())) {
         return;
     }
+    const auto old = fileState(outputPath());
     ToolProgress progress(context().boxParent);
     process::ToolWatch watch = progress.watch();
     watch.input = obk::imagePassPhrase(m_template.model, values());
@@ -147,7 +163,11 @@ void ImgTab::generate()
     files::wipe(watch.input);
     progress.finish();
     showOutcome(outcome, obk::shellText(Obkey::imageToolPath(), *words));
-    if (outcome.ending == process::Ending::Exited && outcome.exitCode == 0) {
+    const bool isDone = outcome.ending == process::Ending::Exited && outcome.exitCode == 0;
+    const auto made = fileState(outputPath());
+    if (isDone && (!made || made == old)) {
+        tellError(tr("Image Generation Failed\nThe image tool wrote no file %1").arg(outputPath()));
+    } else if (isDone) {
         showBox(context().boxParent, BoxKind::Success,
                 tr("The image was made : %1").arg(outputPath()));
         keepValues();
