@@ -356,7 +356,7 @@ TEST_F(DaTabWithBadTool, CancelEndsTheWholeGroupAndNothingElseIsTakenMeanwhile)
         ASSERT_NE(box, nullptr);
         wasShown = box->isVisible() && box->text() == "Operation in progress, please wait ...";
         click("da_generate_ok");
-        form.close();
+        EXPECT_FALSE(form.close());
         QTimer::singleShot(300, box, [box] { box->button(QMessageBox::Cancel)->click(); });
     });
     QElapsedTimer clock;

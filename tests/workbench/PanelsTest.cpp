@@ -132,6 +132,14 @@ TEST_F(Panels, H5LocksTheBoxesAndGivesTheChoiceBack)
     EXPECT_EQ(devices(), later) << "other panels lose no choice";
 }
 
+TEST_F(Panels, TheWheelGivesNoDeviceBoxTheFocus)
+{
+    for (QComboBox *box : boxes()) {
+        box->ensurePolished();
+        EXPECT_EQ(box->focusPolicy(), Qt::StrongFocus) << box->objectName().toStdString();
+    }
+}
+
 TEST_F(Panels, DisabledPagesAreNoLock)
 {
     boxes()[0]->setCurrentIndex(2);

@@ -349,6 +349,23 @@ TEST_F(SfiTab, ProvisioningFilesGoIntoTheImageOfH5)
     EXPECT_EQ(cells("firmwareInfo_table"), (QStringList{"k.obk", "4 B", "OBK"}));
     EXPECT_EQ(refusals(1), QStringList{"Success|SFI successfully created"});
     EXPECT_EQ(cells("imageInfo_segments")[0], "1|OBkey|16 B|0xffd0100");
+    QFile::remove(obk);
+    EXPECT_EQ(
+        refusals(1),
+        QStringList{"Error|Error: The file k.obk does not exist, please check the file's path"});
+    EXPECT_FALSE(canGenerate()) << "the image would go out without its keys";
+    edit("ram")->setText("0x100000");
+    EXPECT_TRUE(canGenerate());
+}
+
+TEST_F(SfiTab, SmiFilesThatTheFormTakesAreLookedAt)
+{
+    const QString other = folder.file("o.bin", "1234");
+    const QString smi = folder.file("s.smi", smiBytes());
+    DialogAnswers dialogs({QStringList{other, smi}, QMessageBox::Ok});
+    form.ParseSmis();
+    EXPECT_EQ(dialogs.texts().last(), "Error|o.bin : is not an SMI file");
+    EXPECT_EQ(rowsOf("smi"), 1);
 }
 
 TEST_F(SfiTab, SmiFilesOfH7AreUsedAndMissedByName)
@@ -474,6 +491,7 @@ TEST_F(SfiTab, FolderProposesTheOutputName)
     })});
     click("output_folder");
     EXPECT_EQ(QFileInfo(edit("output")->text()).fileName(), "out.sfi");
+    EXPECT_EQ(QDir(form.lastOutputFolder), QDir(folder.path("")));
 }
 
 TEST_F(SfiTab, ParsingWhatIsNoImageClearsThePane)
