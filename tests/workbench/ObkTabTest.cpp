@@ -186,6 +186,7 @@ TEST_F(ObkTabTest, KeysAreMadeAndAnOldOneComesBack)
     QComboBox *const type = find<QComboBox>("obk_rootKey_combo");
     type->setItemText(0, "unknown");
     regenerate("Error|Error: Fail Key Generation Check Input Param\n");
+    regenerate("Error|Error: Fail Key Generation Check Input Param\n");
     EXPECT_FALSE(QFile::exists(folder.path("keys/root_key.pem")));
     EXPECT_TRUE(find<QLabel>("obk_rootKey_note")->text().contains(".bak"));
     click("obk_rootKey_restore");

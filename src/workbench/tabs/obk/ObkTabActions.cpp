@@ -114,6 +114,7 @@ void ObkTab::chooseFile(ObkRow *row)
                                                QStringLiteral("Binary or PEM files (*.bin *.pem)"));
     if (!path.isEmpty()) {
         row->edit->setText(path);
+        row->keptAs.clear();
         m_rows->setNote(*row, {}, false);
     }
 }
@@ -140,12 +141,14 @@ void ObkTab::regenerateKey(ObkRow *row)
         obk::regenerateKey(complete(row->edit->text()), row->keyType->currentText().trimmed(),
                            QDateTime::currentDateTime(), run);
     progress.finish();
-    row->keptAs = done.keptAs;
-    const QString kept = done.keptAs.isEmpty()
+    if (!done.keptAs.isEmpty()) {
+        row->keptAs = done.keptAs;  // a second failure finds no key, and doesn't forget the first's
+    }
+    const QString kept = row->keptAs.isEmpty()
                              ? QString()
-                             : tr("The old key is in %1").arg(QDir::cleanPath(done.keptAs));
+                             : tr("The old key is in %1").arg(QDir::cleanPath(row->keptAs));
     m_rows->checkFiles();  // other rows may name the new files
-    m_rows->setNote(*row, kept, !done.isMade && !done.keptAs.isEmpty());
+    m_rows->setNote(*row, kept, !done.isMade && !row->keptAs.isEmpty());
     report::message(done.level, L"%ls", done.message.toStdWString().c_str());
 }
 
