@@ -164,11 +164,8 @@ TEST_F(ImgTabTest, APassPhraseReachesTheToolAndStandsNowhere)
     for (auto at = text.find("image_p256"); at != std::string::npos; at = text.find("image_p256")) {
         text.replace(at, 10, "locked");
     }
-    text.insert(text.find("<Output>"),
-                "<Param><Name>Phrase</Name><Type>Text</Type><Option>--pass-fd"
-                "</Option><Default></Default></Param>");
     open(folder.file("locked.xml", text));
-    find<QLineEdit>("img_phrase_edit")->setText("öpen 'sesame");
+    find<QLineEdit>("img_passPhrase_edit")->setText("öpen 'sesame");
     DialogAnswers answers({QMessageBox::Ok});
     click("img_generate_ok");
     EXPECT_TRUE(said().contains("signed (Ed25519)")) << said().toStdString();
@@ -253,7 +250,7 @@ TEST_F(ImgTabTest, EveryFieldIsReachedWithTheTabKeyInTheOrderOfTheRows)
     }
     EXPECT_EQ(reached.mid(0, 6),
               (QStringList{"img_xml_refresh", "img_firmware_open", "img_firmware_clear",
-                           "img_signingKey_open", "img_signingKey_clear", "img_version_edit"}));
+                           "img_signingKey_open", "img_signingKey_clear", "img_passPhrase_edit"}));
     EXPECT_TRUE(reached.contains("img_output_edit"));
 }
 
