@@ -135,6 +135,12 @@ TEST_F(EcKeys, AFailedHashFailsTheRequestAndLeavesThePemFiles)
               -1);
     EXPECT_EQ(messages().last(), "5|Error: Error occured while creating public key hash file!\n");
     EXPECT_EQ(entries(), (QStringList{"prv.pem", "pub.pem"}));
+    EXPECT_EQ(service.GenerateKeys(Chars(bytesAt("p.pem")), Chars(bytesAt("none/pub.pem")),
+                                   Chars(bytesAt("hash.bin")), Chars("secret"),
+                                   CIHERTYPE_AES_128_CBC),
+              -1);
+    EXPECT_EQ(messages().last(), "5|Error: Error occured while creating public key PEM file!\n");
+    EXPECT_FALSE(entries().contains("hash.bin"));
 }
 
 TEST_F(EcKeys, AFileWithoutAPublicKeyGivesNothing)

@@ -90,6 +90,14 @@ TEST_F(FileLists, SeveralSelectedRowsGoInOneStepAndTheNextIsSelected)
     EXPECT_EQ(list.selectedRow(), 0);
 }
 
+TEST_F(FileLists, AnEmptiedListHasNothingToRemove)
+{
+    list.view()->setCurrentIndex(list.rows().model()->index(1, 0));
+    EXPECT_TRUE(list.removeButton()->isEnabled());
+    list.removeAllRows();
+    EXPECT_FALSE(list.removeButton()->isEnabled());
+}
+
 TEST_F(FileLists, NotesTellTheRangeAndTheFolderOfEqualNames)
 {
     const auto note = [this](int row) {

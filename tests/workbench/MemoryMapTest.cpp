@@ -328,7 +328,12 @@ TEST(MemoryMapPane, BlockOfAnotherFileIsAskedFor)
     EXPECT_TRUE(groups.isEmpty());
     QTest::keyClick(&map, Qt::Key_Return);
     ASSERT_EQ(groups.size(), 1);
-    EXPECT_EQ(groups.first(), (QList<QVariant>{1, 2}));
+    EXPECT_EQ(groups.takeFirst(), (QList<QVariant>{1, 2}));
+    QTest::mouseClick(&map, Qt::LeftButton, {}, QPoint(map.width() / 2, map.height() / 4));
+    ASSERT_EQ(groups.size(), 1);
+    EXPECT_EQ(groups.first(), (QList<QVariant>{1, 1}));
+    map.setContents(filesOf({{0, 0x1000, 16}}));
+    EXPECT_EQ(map.selectedBlock(), -1) << "the block of another picture";
 }
 
 // Groups can be told apart without colour.

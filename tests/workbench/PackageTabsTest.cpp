@@ -199,6 +199,17 @@ TEST_F(SspTabTest, MakesAnImageAndShowsIt)
               "\xFF\x7F" + std::string(2, '\0') + std::string(148, 's'));
 }
 
+TEST(PackageInput, OnlyFilesWithAddressesHaveAMap)
+{
+    std::uint8_t byte = 1;
+    FileData record;
+    record.segments = {{0x8000000, 1, &byte}};
+    record.segmentCount = 1;
+    EXPECT_TRUE(workbench::describeInput("/f/a.bin", record).map.blocks.empty());
+    record.type = file_type::kIntelHex;
+    EXPECT_EQ(workbench::describeInput("/f/a.hex", record).map.blocks.size(), 1U);
+}
+
 TEST(PackageInput, BytesOfARecordAreWiped)
 {
     std::uint8_t secret[] = {1, 2, 3};

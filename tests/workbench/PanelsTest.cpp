@@ -1,13 +1,18 @@
 #include "report/DisplayMng.h"
+#include "support/DialogAnswers.h"
 #include "support/MessageLog.h"
+#include "support/ScratchFolder.h"
 #include "workbench/forms/Tab.h"
 #include "workbench/frame/CentralWidget.h"
 #include "workbench/widgets/ResizeFilter.h"
 
 #include <QApplication>
 #include <QComboBox>
+#include <QDir>
+#include <QFileInfo>
 #include <QGroupBox>
 #include <QLabel>
+#include <QLineEdit>
 #include <QMessageBox>
 #include <QPushButton>
 #include <QTabBar>
@@ -140,6 +145,18 @@ TEST_F(Panels, TheWheelGivesNoDeviceBoxTheFocus)
     }
 }
 
+TEST_F(Panels, ATabIsBuiltOnce)
+{
+    form.InitSfiTab();
+    form.InitOBkeyTab();
+    form.InitOBkeyTab();
+    QStringList keys;
+    for (const workbench::Tab *tab : form.tabs()) {
+        keys << tab->key();
+    }
+    EXPECT_EQ(keys.removeDuplicates(), 0) << keys.join(' ').toStdString();
+}
+
 TEST_F(Panels, DisabledPagesAreNoLock)
 {
     boxes()[0]->setCurrentIndex(2);
@@ -158,6 +175,48 @@ TEST(EmptyForm, HasNothingAndLocksNothing)
     EXPECT_TRUE(empty.children().isEmpty());
     empty.setSFImcuComboBoxH5(true);
     empty.clearForms();
+}
+
+// Other programs and the panel call them by name; a slip would fill the neighbour's field.
+TEST_F(Panels, OperationsReachTheFieldOfTheirName)
+{
+    const struct {
+        void (CentralWidget::*operation)();
+        const char *field;
+        qint64 bytes;  ///< of the file that it makes; 0: it opens one
+    } rows[] = {
+        {&CentralWidget::OpenSfiKey, "sfi_key", 0},
+        {&CentralWidget::OpenSfiNonce, "sfi_nonce", 0},
+        {&CentralWidget::OpenOb, "sfi_optionBytes", 0},
+        {&CentralWidget::OpenAreaK_SFI, "sfi_areaKey", 0},
+        {&CentralWidget::OpenSfiSsfi, "sfi_ssfi", 0},
+        {&CentralWidget::OpenH5Modules, "sfi_modules", 0},
+        {&CentralWidget::OpenAreaK, "sfix_areaKey", 0},
+        {&CentralWidget::OpenSfixSsfi, "sfix_ssfi", 0},
+        {&CentralWidget::OpenH5Modules_SFIx, "sfix_modules", 0},
+        {&CentralWidget::GenerateEncryptionKey, "sfi_key", 16},
+        {&CentralWidget::GenerateNonceKey, "sfi_nonce", 12},
+    };
+    for (const auto &[operation, field, bytes] : rows) {
+        const ScratchFolder folder;
+        const QString path = bytes == 0 ? folder.file("in.bin", "x") : folder.path("made.bin");
+        form.clearForms();
+        DialogAnswers dialogs({path});
+        if (bytes != 0) {
+            dialogs.expect(QMessageBox::Ok);
+        }
+        (form.*operation)();
+        EXPECT_EQ(form.findChild<QLineEdit *>(field + QString("_edit"))->text(), path) << field;
+        EXPECT_EQ(QFileInfo(path).size(), bytes == 0 ? 1 : bytes) << field;
+    }
+    const ScratchFolder folder;
+    form.findChild<QLineEdit *>("ssp_key_edit")->setText(folder.path("key.bin"));
+    form.findChild<QLineEdit *>("ssp_nonce_edit")->setText(folder.path("nonce.bin"));
+    DialogAnswers boxes({QMessageBox::Ok, QMessageBox::Ok});
+    form.generateKeySSP();
+    EXPECT_EQ(QDir(folder.path("")).entryList(QDir::Files), QStringList("key.bin"));
+    form.generateNonceSSP();
+    EXPECT_EQ(QFileInfo(folder.path("nonce.bin")).size(), 16);
 }
 
 TEST(EndOfAForm, GivesTheMessagesBack)

@@ -2,7 +2,9 @@
 #include "support/ScratchFolder.h"
 #include "workbench/widgets/PathText.h"
 
+#include <QApplication>
 #include <QDir>
+#include <QFocusEvent>
 #include <QSignalSpy>
 #include <QTest>
 
@@ -45,6 +47,21 @@ TEST(PathEdit, APastedAddressBecomesItsPathAtOnce)
     PathEdit edit(QStringLiteral("key"), PathEdit::Use::Input, nullptr);
     edit.setText(QStringLiteral("file:///tmp/a%20b.bin"));
     EXPECT_EQ(edit.text(), "/tmp/a b.bin");
+}
+
+TEST(PathEdit, RemembersWhatWasChosenAndShowsTheEndOfALongPath)
+{
+    const QString path = "/" + QString("folder/").repeated(40) + "key.bin";
+    PathEdit edit(QStringLiteral("chosen"), PathEdit::Use::Input, nullptr);
+    edit.setPath(path);
+    EXPECT_EQ(RecentPaths::instance().of("chosen"), QStringList(path));
+    edit.home(false);
+    QFocusEvent menu(QEvent::FocusOut, Qt::PopupFocusReason);
+    QApplication::sendEvent(&edit, &menu);
+    EXPECT_EQ(edit.cursorPosition(), 0) << "a menu may want the selection";
+    QFocusEvent left(QEvent::FocusOut, Qt::TabFocusReason);
+    QApplication::sendEvent(&edit, &left);
+    EXPECT_EQ(edit.cursorPosition(), path.size());
 }
 
 TEST(PathEdit, OnlyAMissingInputIsMarked)

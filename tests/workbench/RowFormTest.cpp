@@ -236,6 +236,30 @@ TEST_F(Rows, GenerateWaitsForAChoiceAndNoSignStandsInAnEmptyField)
     EXPECT_TRUE(missing->text().contains("Choice")) << missing->text().toStdString();
 }
 
+TEST_F(Rows, EveryInputTellsOfItsEdits)
+{
+    FormRow number = row("number", RowKind::Number, "Number");
+    number.most = 7;
+    FormRow choice = row("choice", RowKind::Choice, "Choice");
+    choice.choices = QStringList{"Choose", "one"};
+    FormRow text = row("text", RowKind::Text, "&Text");
+    text.needed = true;
+    form.addGenerate("Go");
+    form.addRows({number, choice, text, row("check", RowKind::Check, "Check"),
+                  row("list", RowKind::List, "List"), row("file", RowKind::File, "File")});
+    QStringList edited;
+    QObject::connect(&form, &RowForm::edited, [&edited](const QString &name) { edited << name; });
+    form.number("number")->setValue(2);
+    form.choice("choice")->setCurrentIndex(1);
+    form.check("check")->toggle();
+    form.list("list")->rows().append("/f/a.bin", files::RecordOwner<FileData>(new FileData));
+    form.list("list")->removeRow(0);
+    form.edit("file")->setText("x");
+    EXPECT_EQ(edited, (QStringList{"number", "choice", "check", "list", "list", "file"}));
+    form.setLabel("text", "&Other");
+    EXPECT_TRUE(form.findChild<QLabel *>("x_missing_label")->text().contains(">Other<"));
+}
+
 TEST(SavedGroup, ReadsWhatFilesAndUsersWrite)
 {
     SavedGroup group;

@@ -358,6 +358,14 @@ TEST_F(SfiTab, ProvisioningFilesGoIntoTheImageOfH5)
     EXPECT_TRUE(canGenerate());
 }
 
+TEST_F(SfiTab, SavedFirmwareIsTakenOnce)
+{
+    form.firmwarePaths = QStringList(folder.file("fw.bin", "1234"));
+    form.ParseSavedFirmwares({0x8000000});
+    EXPECT_EQ(rowsOf("firmware"), 1);
+    EXPECT_TRUE(form.firmwarePaths.isEmpty());
+}
+
 TEST_F(SfiTab, SmiFilesThatTheFormTakesAreLookedAt)
 {
     const QString other = folder.file("o.bin", "1234");
