@@ -1,5 +1,6 @@
 #include "app/ClearedForms.h"
 
+#include "workbench/forms/FormRow.h"
 #include "workbench/forms/Tab.h"
 #include "workbench/frame/CentralWidget.h"
 
@@ -43,7 +44,8 @@ bool holdsFiles(const CentralWidget &form)
 QVariant valueOf(const QWidget *widget)
 {
     if (const auto *edit = qobject_cast<const QLineEdit *>(widget)) {
-        return edit->text();
+        const bool isSecret = edit->property(workbench::kSecretProperty).toBool();
+        return isSecret ? QVariant() : QVariant(edit->text());
     }
     if (const auto *spin = qobject_cast<const QSpinBox *>(widget)) {
         return spin->value();

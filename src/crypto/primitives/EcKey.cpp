@@ -11,6 +11,8 @@
 #include <openssl/pem.h>
 #include <openssl/x509.h>
 
+#include <algorithm>
+#include <array>
 #include <cstring>
 
 namespace crypto
@@ -172,6 +174,21 @@ Result<EcKey> EcKey::readPrivate(ByteView pem, const char *phrase)
                                                          : "it holds no private key in PEM");
     }
     return fromKey(std::move(key));
+}
+
+std::string EcKey::publicPem() const
+{
+    constexpr std::size_t kLine = 48;  // bytes that fill one line of Base64
+    std::string text = "-----BEGIN PUBLIC KEY-----\n";
+    for (std::size_t at = 0; at < m_publicDer.size(); at += kLine) {
+        const std::size_t count = std::min(kLine, m_publicDer.size() - at);
+        std::array<unsigned char, kLine / 3 * 4 + 1> line{};
+        const int length =
+            EVP_EncodeBlock(line.data(), m_publicDer.data() + at, static_cast<int>(count));
+        text.append(reinterpret_cast<const char *>(line.data()), static_cast<std::size_t>(length));
+        text += '\n';
+    }
+    return text + "-----END PUBLIC KEY-----\n";
 }
 
 Result<Digest> EcKey::identifier() const

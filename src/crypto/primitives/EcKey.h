@@ -50,6 +50,9 @@ public:
         return ByteView(m_publicDer).last(2 * kScalarBytes);
     }
 
+    /// The same in PEM.
+    [[nodiscard]] std::string publicPem() const;
+
     /// SHA-256 of `publicDer`.
     [[nodiscard]] files::Result<Digest> identifier() const;
 

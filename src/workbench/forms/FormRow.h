@@ -11,6 +11,9 @@
 namespace workbench
 {
 
+/// Property of inputs whose text nobody may keep: neither a settings file nor "Undo".
+inline constexpr const char *kSecretProperty = "isSecret";
+
 /// What stands behind a row's label.
 enum class RowKind {
     Choice,  ///< combo box
@@ -42,10 +45,11 @@ struct FormRow {
     QString toolTip;  ///< of the input
     QString hint;     ///< stands in the empty input: what goes in
     QString filter;   ///< of its "Open file" dialog
-    QList<RowButton> buttons;              ///< of a file row
+    QList<RowButton> buttons;              ///< of a file, choice or text row
     QStringList choices;                   ///< of a choice; headings of a table
     int least = 0;                         ///< of a number
     int most = 0;                          ///< of a number
+    bool isSecret = false;                 ///< a text that is hidden, and never kept by anyone
     bool takesAnyText = false;             ///< a number that keeps what was typed, see TypedSpinBox
     int width = 0;                         ///< of a choice, in pixels; 0 takes what there is
     bool separatorAbove = false;           ///< a line above the row, shown or hidden on its own

@@ -123,6 +123,9 @@ void RowForm::addRow(const FormRow &row, bool isFirstOfPair)
         line.label->setObjectName(m_key + '_' + row.name + QStringLiteral("_label"));
         line.label->setBuddy(row.kind == RowKind::Note ? nullptr : line.input);
     }
+    if (row.kind == RowKind::Choice || row.kind == RowKind::Text) {
+        addButtons(line);
+    }
     place(line, isFirstOfPair);
     showToolTip(line, {});
     m_index.insert(row.name, m_lines.size());
@@ -155,6 +158,15 @@ void RowForm::place(Line &line, bool isFirstOfPair)
         return;
     }
     m_grid->addWidget(line.label, line.gridLine, 0, labelAlignment);
+    if (!line.buttons.isEmpty()) {
+        auto *const together = new QHBoxLayout;
+        together->addWidget(line.input, 1);
+        for (QPushButton *const button : qAsConst(line.buttons)) {
+            together->addWidget(button);
+        }
+        m_grid->addLayout(together, line.gridLine, 1, 1, kColumns - 1);
+        return;
+    }
     m_grid->addWidget(line.input, line.gridLine, 1, 1, isFirstOfPair ? 1 : kColumns - 1,
                       inputAlignment);
     if (line.spec.kind == RowKind::List) {
@@ -384,8 +396,15 @@ QLineEdit *RowForm::edit(const QString &name) const
 
 QPushButton *RowForm::button(const QString &name, const QString &role) const
 {
-    const FileField *field = file(name);
-    return field == nullptr ? nullptr : field->button(role);
+    if (const FileField *field = file(name)) {
+        return field->button(role);
+    }
+    const Line *line = find(name);
+    const QString named = m_key + '_' + name + '_' + role;
+    const auto isAsked = [&](const QPushButton *button) { return button->objectName() == named; };
+    const auto hit = line == nullptr ? QList<QPushButton *>::const_iterator()
+                                     : std::ranges::find_if(line->buttons, isAsked);
+    return line == nullptr || hit == line->buttons.end() ? nullptr : *hit;
 }
 
 QString RowForm::text(const QString &name) const
@@ -439,6 +458,9 @@ void RowForm::setRowVisible(const QString &name, bool visible)
     }
     line->label->setVisible(visible);
     line->input->setVisible(visible);
+    for (QPushButton *const button : line->buttons) {
+        button->setVisible(visible);
+    }
     if (isTall(line->spec)) {
         // An empty line of the grid would keep its share of the height.
         m_grid->setRowStretch(line->gridLine, visible ? 1 : 0);

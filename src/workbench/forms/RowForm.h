@@ -61,7 +61,7 @@ public:
     }
     /// The line edit of a text or file row.
     [[nodiscard]] QLineEdit *edit(const QString &name) const;
-    /// @return null when the file row has no button of that role
+    /// @return null when the row has no button of that role
     [[nodiscard]] QPushButton *button(const QString &name, const QString &role) const;
 
     /// Text of a text or file row, entry of a choice; empty for all others.
@@ -101,6 +101,7 @@ private:
         FormRow spec;
         QLabel *label = nullptr;
         QWidget *input = nullptr;
+        QList<QPushButton *> buttons;  ///< beside a choice or a text; those of a file are its own
         QFrame *separator = nullptr;
         QWidget *grip = nullptr;   ///< below a list; shown where a form has two and more
         QAction *fault = nullptr;  ///< sign in the edit, once a check has failed
@@ -130,6 +131,7 @@ private:
     QWidget *makeNote(const FormRow &row);
     void place(Line &line, bool isFirstOfPair);
     void placeSeparator(Line &line);
+    void addButtons(Line &line);
     void watchText(const QString &name, QLineEdit *edit);
     void showFault(Line &line);
     void alignColumns();

@@ -105,8 +105,27 @@ QWidget *RowForm::makeText(const FormRow &row)
     edit->setMinimumWidth(kTextWidth);
     edit->setPlaceholderText(row.hint);
     nameWidget(edit, nameOf(row, "_edit"), withoutMnemonic(row.label));
+    if (row.isSecret) {
+        edit->setEchoMode(QLineEdit::Password);
+        edit->setInputMethodHints(Qt::ImhHiddenText | Qt::ImhNoPredictiveText |
+                                  Qt::ImhSensitiveData);
+        edit->setProperty(kSecretProperty, true);
+    }
     watchText(row.name, edit);
     return edit;
+}
+
+void RowForm::addButtons(Line &line)
+{
+    for (const RowButton &wanted : line.spec.buttons) {
+        auto *const button = new QPushButton(wanted.caption, m_page);
+        nameWidget(button, m_key + '_' + line.spec.name + '_' + wanted.role,
+                   withoutMnemonic(wanted.caption) + ' ' + withoutMnemonic(line.spec.label));
+        connect(
+            button, &QPushButton::clicked, this,
+            [this, name = line.spec.name, role = wanted.role] { emit buttonPressed(name, role); });
+        line.buttons.append(button);
+    }
 }
 
 void RowForm::watchText(const QString &name, QLineEdit *edit)

@@ -140,6 +140,8 @@ public:
     void InitSspTab() { buildTab(QStringLiteral("ssp")); }
     void InitSignTab() { buildTab(QStringLiteral("sign")); }
     void InitHSMTab() { buildTab(QStringLiteral("hsm")); }
+    /// Gives the HSM tab the list of microcontrollers, or that of microprocessors.
+    void setHsmMcuSelectComponent(bool mcu);
     void InitLicenseTab() { buildTab(QStringLiteral("lic")); }
     void InitCertifTab() { buildTab(QStringLiteral("da")); }
 

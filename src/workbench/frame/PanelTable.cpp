@@ -18,13 +18,13 @@ constexpr const char *kH5Tabs[] = {"obk", "img", "lic", "da", "sfi", "sfix", "hs
 constexpr Panel kPanels[] = {
     {"sfi", "sfiIcon", ":/sfiIcon.png",
      QT_TRANSLATE_NOOP("CentralWidget", "Secure Firmware Install"), 69, DeviceBoxes::Free,
-     kSfiTabs},
+     HsmDevices::Microcontrollers, kSfiTabs},
     {"ssp", "sspIcon", ":/sspIcon.png", QT_TRANSLATE_NOOP("CentralWidget", "MPU SSP"), 69,
-     DeviceBoxes::Unchanged, kSspTabs},
+     DeviceBoxes::Unchanged, HsmDevices::Microprocessors, kSspTabs},
     {"wb", "wbIcon", ":/wbIcon.png", QT_TRANSLATE_NOOP("CentralWidget", "WB Sign"), 70,
-     DeviceBoxes::Unchanged, kWbTabs},
+     DeviceBoxes::Unchanged, HsmDevices::Unchanged, kWbTabs},
     {"h5", "h5Icon", ":/h5Icon.png", QT_TRANSLATE_NOOP("CentralWidget", "H5 Secure Firmware"), 70,
-     DeviceBoxes::LockedH5, kH5Tabs},
+     DeviceBoxes::LockedH5, HsmDevices::Microcontrollers, kH5Tabs},
 };
 
 }  // namespace

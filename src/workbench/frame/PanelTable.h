@@ -17,6 +17,9 @@ enum class DeviceBoxes {
     LockedH5,  ///< on the device of the H5 panel
 };
 
+/// What it does to the list of devices in the HSM tab.
+enum class HsmDevices { Unchanged, Microcontrollers, Microprocessors };
+
 /// One panel: a button of the left bar and the tabs that it shows.
 struct Panel {
     const char *name;     ///< of `-tab` and `highlightCurrentIcon`; compared without case
@@ -25,6 +28,7 @@ struct Panel {
     const char *caption;  ///< of the label
     int captionLength;    ///< characters with the blanks behind it
     DeviceBoxes deviceBoxes;
+    HsmDevices hsmDevices;
     std::span<const char *const> tabs;  ///< keys, in the order of the tabs
 };
 

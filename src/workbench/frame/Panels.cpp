@@ -16,6 +16,7 @@
 #include <algorithm>
 
 using workbench::DeviceBoxes;
+using workbench::HsmDevices;
 using workbench::Panel;
 using workbench::Tab;
 
@@ -152,6 +153,9 @@ void CentralWidget::showPanel(const Panel &panel)
         for (Tab *tab : m_tabs) {
             tab->lockDevice(panel.deviceBoxes == DeviceBoxes::LockedH5);
         }
+    }
+    if (panel.hsmDevices != HsmDevices::Unchanged) {
+        setHsmMcuSelectComponent(panel.hsmDevices == HsmDevices::Microcontrollers);
     }
     highlightCurrentIcon(QLatin1String(panel.name));
 }

@@ -2,7 +2,9 @@
 
 #include "workbench/forms/PlaceholderTab.h"
 #include "workbench/tabs/da/DaTabs.h"
+#include "workbench/tabs/hsm/HsmTabs.h"
 #include "workbench/tabs/img/ImgTabs.h"
+#include "workbench/tabs/lic/LicTabs.h"
 #include "workbench/tabs/ob/ObTabs.h"
 #include "workbench/tabs/obk/ObkTabs.h"
 #include "workbench/tabs/sfi/SfiTabs.h"
@@ -28,16 +30,9 @@ constexpr TabEntry kTabs[] = {
     {{"ssp", "SSP"}, Built::WithTheForm, makeSspTab, nullptr},
     {{"sign", "VDR32WB Sign"}, Built::WithTheForm, makeSignTab, nullptr},
     {{"sfu", "SFU"}, Built::WithTheForm, makeSfuTab, nullptr},
-    {{"hsm", "HSM"},
-     Built::WithTheForm,
-     nullptr,
-     "This tab programs hardware security modules for licensed production; its form isn't part of "
-     "this version."},
+    {{"hsm", "HSM"}, Built::WithTheForm, makeHsmTab, nullptr},
     {{"ob", "SFI Option Bytes"}, Built::WithTheForm, makeObTab, nullptr},
-    {{"lic", "License Gen"},
-     Built::WithTheForm,
-     nullptr,
-     "This tab makes licence files for devices; its form isn't part of this version."},
+    {{"lic", "License Gen"}, Built::WithTheForm, makeLicTab, nullptr},
     {{"da", "DA CertifGen"}, Built::WithTheForm, makeDaTab, nullptr},
     {{"obk", "OBkey"}, Built::LaterOnce, makeObkTab, nullptr},
     {{"img", "Image Gen"}, Built::ManyTimes, makeImgTab, nullptr},

@@ -80,8 +80,8 @@ InfoPane::InfoPane(const QString &name, const QString &title, const PaneContents
 void InfoPane::connectMap()
 {
     connect(m_details, &QTableWidget::itemSelectionChanged, this, [this] {
-        const QList<QTableWidgetSelectionRange> ranges = m_details->selectedRanges();
-        m_map->selectRow(ranges.isEmpty() ? -1 : ranges.first().topRow());
+        m_map->selectRow(selectedRow());
+        emit selectionChanged();
     });
     connect(m_map, &MemoryMap::rowChosen, this, [this](int row) {
         const QSignalBlocker blocker(m_details);  // the map knows, and may stand on no row at all
@@ -91,6 +91,12 @@ void InfoPane::connectMap()
             m_details->selectRow(row);
         }
     });
+}
+
+int InfoPane::selectedRow() const
+{
+    const QList<QTableWidgetSelectionRange> ranges = m_details->selectedRanges();
+    return ranges.isEmpty() ? -1 : ranges.first().topRow();
 }
 
 void InfoPane::show(const PaneContents &contents)

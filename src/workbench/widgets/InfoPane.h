@@ -33,9 +33,15 @@ public:
     /// Selects a line of the details, and its block in the map.
     void selectRow(int row) { m_details->selectRow(row); }
 
+    /// @return -1 when no line of the details is selected
+    [[nodiscard]] int selectedRow() const;
+
     [[nodiscard]] MemoryMap *map() const { return m_map; }
 
     using QWidget::show;
+
+signals:
+    void selectionChanged();
 
 private:
     void showOverview(const Overview &overview);

@@ -4,7 +4,9 @@
 
 #include <QCoreApplication>
 #include <QEvent>
+#include <QGridLayout>
 #include <QMessageBox>
+#include <QProgressBar>
 #include <QPushButton>
 
 namespace workbench
@@ -58,6 +60,21 @@ ToolProgress::~ToolProgress()
 void ToolProgress::finish()
 {
     m_box->hide();
+}
+
+bool ToolProgress::step(const QString &what, int done, int of)
+{
+    if (m_bar == nullptr) {
+        m_bar = new QProgressBar(m_box);
+        nameWidget(m_bar, QStringLiteral("progress_bar"), tr("Progress"));
+        auto *const grid = qobject_cast<QGridLayout *>(m_box->layout());
+        grid->addWidget(m_bar, grid->rowCount(), 0, 1, grid->columnCount());
+    }
+    m_bar->setRange(0, of);
+    m_bar->setValue(done);
+    m_box->setText(what);
+    turn();
+    return !m_isCancelled;
 }
 
 process::ToolWatch ToolProgress::watch()

@@ -4,6 +4,7 @@
 #include <QObject>
 
 class QMessageBox;
+class QProgressBar;
 
 namespace workbench
 {
@@ -22,6 +23,9 @@ public:
 
     /// Keeps the window alive while a tool runs, and lets "Cancel" end it.
     [[nodiscard]] process::ToolWatch watch();
+    /// Shows how far an operation of known length is, repaints the window, and hears "Cancel".
+    /// @return false once it was cancelled
+    bool step(const QString &what, int done, int of);
     [[nodiscard]] bool isCancelled() const { return m_isCancelled; }
 
 protected:
@@ -30,6 +34,7 @@ protected:
 private:
     void turn();
     QMessageBox *m_box;
+    QProgressBar *m_bar = nullptr;  ///< once there are steps
     bool m_isCancelled = false;
 };
 
