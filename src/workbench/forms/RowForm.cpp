@@ -266,7 +266,10 @@ void RowForm::orderFocus()
     QWidget *last = nullptr;
     const QList<QWidget *> widgets = m_page->findChildren<QWidget *>();
     for (QWidget *widget : widgets) {
-        if ((widget->focusPolicy() & Qt::TabFocus) != 0 && widget->focusProxy() == nullptr) {
+        // The list of an open combo box is a window of its own.
+        const bool isOfThePage = widget->window() == m_page->window();
+        if (isOfThePage && (widget->focusPolicy() & Qt::TabFocus) != 0 &&
+            widget->focusProxy() == nullptr) {
             if (last != nullptr) {
                 setTabOrder(last, widget);
             }

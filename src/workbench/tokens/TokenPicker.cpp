@@ -49,7 +49,7 @@ QList<FormRow> tokenRows()
     FormRow token;
     token.name = token_row::kToken;
     token.kind = RowKind::Choice;
-    token.label = tr("Tok&en");
+    token.label = tr("&Token");
     token.noun = tr("token");
     token.toolTip = tr("The hardware token that holds the firmware keys.\n"
                        "\"Refresh\" looks for tokens that were plugged in since.");
@@ -60,7 +60,7 @@ QList<FormRow> tokenRows()
     state.kind = RowKind::Note;
     FormRow pin;
     pin.name = token_row::kPin;
-    pin.label = tr("P&IN");
+    pin.label = tr("&PIN");
     pin.noun = tr("PIN");
     pin.toolTip = tr("The token's user PIN. It is kept nowhere.\n"
                      "\"Read\" shows what the token holds.");

@@ -123,11 +123,11 @@ HsmTab::HsmTab(const TabName &name, QWidget *page, FormContext &context)
     : FormTab(name, page, context)
 {
     form()->addRows(tokenRows() + firmwareRows());
-    form()->addGenerate(tr("&Program token"));
+    form()->addGenerate(tr("P&rogram token"));
     m_picker = new TokenPicker(form(), page, context);
     m_pane = new TokenPane(key(), page);
     auto *const panes = new QTabWidget(page);
-    nameWidget(panes, key() + QStringLiteral("_info_tabs"), tr("HSM information"));
+    nameWidget(panes, key() + QStringLiteral("_info_tabs"), tr("Panes"));
     panes->setFocusPolicy(Qt::NoFocus);
     panes->addTab(m_pane, tr("HSM information"));
     layFormPage(page, form(), panes);

@@ -52,7 +52,7 @@ QList<FormRow> licenceRows()
     FormRow output;
     output.name = kOutput;
     output.kind = RowKind::File;
-    output.label = tr("Ou&tput folder");
+    output.label = tr("O&utput folder");
     output.noun = tr("output folder");
     output.toolTip = tr("Where the licences go, each named after its chip's key.\nlic files");
     output.hint = tr("Folder of the lic files");
