@@ -160,6 +160,7 @@ void RowForm::place(Line &line, bool isFirstOfPair)
     m_grid->addWidget(line.label, line.gridLine, 0, labelAlignment);
     if (!line.buttons.isEmpty()) {
         auto *const together = new QHBoxLayout;
+        together->setSpacing(m_grid->verticalSpacing());
         together->addWidget(line.input, 1);
         for (QPushButton *const button : qAsConst(line.buttons)) {
             together->addWidget(button);
