@@ -1,8 +1,7 @@
 #include "obk/Slots.h"
 
-#include <QRegularExpression>
-
 #include <algorithm>
+#include <iterator>
 #include <set>
 
 namespace obk
@@ -23,10 +22,21 @@ QString slotName(QString name)
     return name.remove(name.contains(lower) ? lower : QLatin1String("Offset"));
 }
 
+/// The number behind the first "#" that has one; 0 for none.
 std::int32_t slotId(const QString &text)
 {
-    static const QRegularExpression number(QStringLiteral("#([0-9]+)"));
-    return number.match(text).captured(1).toInt();
+    const auto isDigit = [&text](int at) {
+        return at < text.size() && text[at] >= QLatin1Char('0') && text[at] <= QLatin1Char('9');
+    };
+    int start = text.indexOf(QLatin1Char('#'));
+    while (start >= 0 && !isDigit(start + 1)) {
+        start = text.indexOf(QLatin1Char('#'), start + 1);
+    }
+    int end = start + 1;
+    while (start >= 0 && isDigit(end)) {
+        ++end;
+    }
+    return start < 0 ? 0 : text.mid(start + 1, end - start - 1).toInt();
 }
 
 /// The numbers of slots that an item names, each once.
@@ -174,6 +184,35 @@ Result<void> checkFlash(std::vector<Slot> &declared, const Areas &areas)
     return checkInFlash(intervalsOf(declared), declared, areas);
 }
 
+bool namesAny(const QStringList &texts, const std::set<std::int32_t> &ids)
+{
+    return std::any_of(texts.begin(), texts.end(),
+                       [&ids](const QString &text) { return ids.count(slotId(text)) != 0; });
+}
+
+std::vector<Slot> withIds(const std::vector<Slot> &declared, const std::set<std::int32_t> &ids)
+{
+    std::vector<Slot> chosen;
+    std::copy_if(declared.begin(), declared.end(), std::back_inserter(chosen),
+                 [&ids](const Slot &slot) { return ids.count(slot.id) != 0; });
+    return chosen;
+}
+
+/// No overlap of neighbours one of which has such a number. @param declared  sorted
+Result<void> checkOverlapWith(const std::set<std::int32_t> &ids, const std::vector<Slot> &declared)
+{
+    for (std::size_t i = 1; i < declared.size(); ++i) {
+        const std::vector<Slot> both = {declared[i - 1], declared[i]};
+        if (withIds(both, ids).empty()) {
+            continue;
+        }
+        if (auto apart = checkOverlap(intervalsOf(both), both); !apart) {
+            return apart;
+        }
+    }
+    return {};
+}
+
 }  // namespace
 
 void addFlashSlot(const ObDataItem &item, const QString &value, std::uint32_t flashStart,
@@ -319,6 +358,46 @@ Result<void> checkUsedSlots(std::vector<Slot> &flash, std::vector<Slot> &obk, co
         .and_then([&] { return checkFlash(flash, model.areas); })
         .and_then([&] { return checkSizes(obk); })
         .and_then([&] { return obk.empty() ? Result<void>() : checkObkSlots(obk, model); });
+}
+
+bool sharesSlot(const ObDataItem &one, const ObDataItem &other)
+{
+    return namesAny(other.slotTexts, slotIds(one.slotTexts)) ||
+           namesAny(other.obkSlotTexts, slotIds(one.obkSlotTexts));
+}
+
+Result<void> checkSlotsOf(std::size_t item, const std::vector<std::optional<QString>> &fields,
+                          const Template &model)
+{
+    FlashSlots flash;
+    std::vector<Slot> obk;
+    const auto flashIds = slotIds(model.items[item].slotTexts);
+    const auto obkIds = slotIds(model.items[item].obkSlotTexts);
+    for (std::size_t at = 0; at < model.items.size(); ++at) {
+        const ObDataItem &each = model.items[at];
+        if (!each.hasSlot && !each.hasObkSlot) {
+            continue;
+        }
+        const QString text = fields[at].value_or(each.text());
+        const bool isShared =
+            namesAny(each.slotTexts, flashIds) || namesAny(each.obkSlotTexts, obkIds);
+        if (isShared && !checkNumber(text, each.nameText(), each.width)) {
+            return {};
+        }
+        // Of flash slots no overlap is asked, so no other ones are needed.
+        if (isShared && model.hasFlashArea()) {
+            addFlashSlot(each, text, model.areas.flashStart, flash);
+        }
+        if (model.hasObkArea()) {
+            addObkSlot(each, text, model.areas.obkStart, obk);
+        }
+    }
+    auto ownFlash = withIds(flash.all, flashIds);
+    auto ownObk = withIds(obk, obkIds);
+    sortSlots(obk);
+    return checkUsedSlots(ownFlash, ownObk, model).and_then([&] {
+        return checkOverlapWith(obkIds, obk);
+    });
 }
 
 }  // namespace obk

@@ -56,4 +56,13 @@ Result<void> checkDeclaredSlots(const Template &model);
 Result<void> checkUsedSlots(std::vector<Slot> &flash, std::vector<Slot> &obk,
                             const Template &model);
 
+/// Whether two Data items declare parts of one slot.
+bool sharesSlot(const ObDataItem &one, const ObDataItem &other);
+
+/// What a generation will say of the slots that one Data item declares; for live checks. As long as
+/// a number of such a slot is no number, nothing.
+/// @param fields  texts of the form, by item; absent: the template's own value
+Result<void> checkSlotsOf(std::size_t item, const std::vector<std::optional<QString>> &fields,
+                          const Template &model);
+
 }  // namespace obk

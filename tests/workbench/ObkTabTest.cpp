@@ -130,6 +130,30 @@ TEST_F(ObkTabTest, AFaultIsSaidBesideTheFieldAndRefusedLater)
     EXPECT_FALSE(QFile::exists(folder.path("Settings.bin")));
 }
 
+TEST_F(ObkTabTest, WrongSlotsAreSaidBesideAllTheirFields)
+{
+    open(shipped("key-area-layout"));
+    const auto note = [this](const QString &field) {
+        return find<QLabel>("obk_" + field + "_note")->text();
+    };
+    edit("obk_serviceKeysOffset_edit")->setText("0xB00");
+    const QString overlap = "Overlap between : \"Boot keys \" and \"Service keys \".";
+    EXPECT_TRUE(note("serviceKeysOffset").endsWith(overlap));
+    EXPECT_TRUE(note("serviceKeysSize").endsWith(overlap));
+    EXPECT_EQ(note("customerDataSize"), "");
+    edit("obk_bootKeysSize_edit")->setText("0x300");
+    EXPECT_EQ(note("bootKeysSize") + note("serviceKeysOffset") + note("serviceKeysSize"), "");
+    edit("obk_bootKeysSize_edit")->setText("");
+    EXPECT_TRUE(note("bootKeysOffset").endsWith("size cannot be equal to 0."));
+    edit("obk_bootKeysSize_edit")->setText("0x3g");
+    EXPECT_EQ(note("bootKeysOffset"), "") << "only the wrong number is named";
+    open(shipped("memory-layout"));
+    edit("obk_secureImageOffset_edit")->setText("0x20001");
+    EXPECT_TRUE(note("secureImageSize").endsWith("does not respect the alignment constraint."));
+    edit("obk_secureImageOffset_edit")->setText("0");
+    EXPECT_EQ(note("secureImageSize"), "");
+}
+
 TEST_F(ObkTabTest, AFailedOpeningLeavesTheOldTemplate)
 {
     {

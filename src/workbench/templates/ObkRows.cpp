@@ -1,21 +1,17 @@
 #include "workbench/templates/ObkRows.h"
 
 #include "obk/Choices.h"
-#include "obk/Generation.h"
 #include "obk/ImageCommand.h"
-#include "obk/KeyInput.h"
 #include "workbench/widgets/FieldNames.h"
 #include "workbench/widgets/FocusView.h"
 #include "workbench/widgets/PermissionTable.h"
 
 #include <QCheckBox>
 #include <QComboBox>
-#include <QFileInfo>
 #include <QGridLayout>
 #include <QLabel>
 #include <QLineEdit>
 #include <QPushButton>
-#include <QRegularExpression>
 #include <QToolButton>
 #include <QVBoxLayout>
 
@@ -58,17 +54,6 @@ QPalette muted(QPalette palette)
     return palette;
 }
 
-/// Only a text that needs it is wrapped: where heights depend on widths, each new width of the
-/// window has all rows measured anew.
-void tell(QLabel *note, const QString &text)
-{
-    // A path is one long word; without places to break it would lose its end.
-    static const QRegularExpression joint(QStringLiteral("([/_])|(?=\\.\\w)"));
-    note->setWordWrap(!text.isEmpty());
-    note->setText(QString(text).replace(joint, QStringLiteral("\\1") + QChar(0x200B)));
-    note->setToolTip(plainToolTip(text));
-}
-
 }  // namespace
 
 ObkRows::ObkRows(const QString &tab, QWidget *parent) : QScrollArea(parent), m_tab(tab)
@@ -84,6 +69,7 @@ ObkRows::ObkRows(const QString &tab, QWidget *parent) : QScrollArea(parent), m_t
 void ObkRows::build(const obk::Template &model, const QString &folder)
 {
     m_rows.clear();
+    m_isBuilt = false;
     m_model = model;
     m_folder = folder;
     m_grids.clear();
@@ -110,6 +96,7 @@ void ObkRows::build(const obk::Template &model, const QString &folder)
     for (std::size_t at = 0; at < m_rows.size(); ++at) {
         check(at);
     }
+    m_isBuilt = true;
 }
 
 void ObkRows::startPart()
@@ -194,6 +181,7 @@ void ObkRows::addText(ObkRow &row, const ObDataItem &item)
     const std::size_t at = m_rows.size();
     connect(row.edit, &QLineEdit::textChanged, this, [this, at] {
         check(at);
+        checkSlotsLike(at);
         emit fieldChanged();
     });
     if (item.isParam && obk::isSecretOption(item)) {
@@ -423,76 +411,6 @@ void ObkRows::applySelectors(obk::Template &model)
             isOn ? item.tooltip.value_or(QString())
                  : tr("Off. \"%1\" set to \"%2\" switches it on.")
                        .arg(obk::findSelector(wanted, selectors)->name, wanted.value)));
-    }
-}
-
-QString ObkRows::faultOf(const ObkRow &row) const
-{
-    const ObDataItem &item = m_model.items[static_cast<std::size_t>(row.item)];
-    const QString text = row.text(item);
-    if (item.kind == obk::ItemKind::File) {
-        if (item.isParam && text.isEmpty()) {
-            return {};  // the command does without it
-        }
-        const QFileInfo file(obk::completePath(text, m_folder));
-        return !file.exists()                      ? (item.isParam ? tr("No such file")
-                                                                   : tr("No such file yet: choose one, or make a key"))
-               : file.isDir()                      ? tr("That is a folder")
-               : file.isFile() && file.size() == 0 ? tr("The file is empty")
-                                                   : QString();
-    }
-    if (const auto good = obk::checkField(item, text); !good) {
-        return item.kind == obk::ItemKind::Text
-                   ? tr("%1 bytes, but %2 to %3 are allowed")
-                         .arg(text.toUtf8().size())
-                         .arg(item.minWidth)
-                         .arg(item.width)
-                   : QString::fromStdString(good.error().text).trimmed();
-    }
-    if (row.permissions != nullptr &&
-        (obk::lowLong(text) & ~std::uint64_t{obk::kPermissionMask}) != 0) {
-        return tr("The file has no place for bits 8 to 11 and above 15; they become 0.");
-    }
-    return {};
-}
-
-void ObkRows::check(std::size_t at)
-{
-    if (at >= m_rows.size()) {
-        return;
-    }
-    const QString fault = faultOf(m_rows[at]);
-    tell(m_rows[at].note, fault.isEmpty() ? QString() : QString(QChar(0x26A0)) + ' ' + fault);
-}
-
-void ObkRows::checkFiles()
-{
-    for (std::size_t at = 0; at < m_rows.size(); ++at) {
-        if (m_rows[at].open != nullptr && m_rows[at].keptAs.isEmpty()) {
-            check(at);
-        }
-    }
-}
-
-void ObkRows::setNote(ObkRow &row, const QString &note, bool canRestore)
-{
-    const ObDataItem &item = m_model.items[static_cast<std::size_t>(row.item)];
-    if (note.isEmpty()) {
-        check(static_cast<std::size_t>(&row - m_rows.data()));
-    } else {
-        tell(row.note, note);
-    }
-    if (canRestore && row.restore == nullptr) {
-        row.restore = new QPushButton(tr("Put it back"), row.field);
-        nameWidget(row.restore, objectName(item, "restore"),
-                   item.nameText() + tr(" put the old key back"));
-        row.field->layout()->addWidget(row.restore);
-        QWidget::setTabOrder(row.regenerate, row.restore);
-        connect(row.restore, &QPushButton::clicked, this,
-                [this, at = row.item] { emit restorePressed(at); });
-    }
-    if (row.restore != nullptr) {
-        row.restore->setVisible(canRestore);
     }
 }
 

@@ -70,6 +70,8 @@ private:
     void startPart();
     void alignParts() const;
     void check(std::size_t row);
+    /// Looks again at the rows whose slots the row's number moves, and at slots found wrong before.
+    void checkSlotsLike(std::size_t row);
     [[nodiscard]] QString faultOf(const ObkRow &row) const;
     [[nodiscard]] QString objectName(const ObDataItem &item, const char *role) const;
 
@@ -83,6 +85,7 @@ private:
     QGridLayout *m_grid = nullptr;
     std::vector<QGridLayout *> m_grids;  ///< of all parts
     std::vector<ObkRow> m_rows;
+    bool m_isBuilt = false;  ///< slots have passed their checks at opening
 };
 
 }  // namespace workbench
