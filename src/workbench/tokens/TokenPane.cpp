@@ -25,11 +25,11 @@ PaneContents emptyContents()
     const auto tr = [](const char *text) { return TokenPane::tr(text); };
     PaneContents contents;
     contents.overview.names = QStringList{tr("Token"), tr("Serial"),     tr("Model"),
-                                          tr("Maker"), tr("Free space"), tr("PIN")};
+                                          tr("Maker"), tr("Free space"), tr("PIN tries left")};
     contents.details.title = tr("Firmware on the token");
     contents.details.columns =
-        QStringList{tr("Index"), tr("Identifier"),      tr("Device"), tr("Licences left"),
-                    tr("Nonce"), tr("Key check value"), tr("State")};
+        QStringList{tr("Index"), tr("Identifier"), tr("Device"),         tr("Licences left"),
+                    tr("State"), tr("Nonce"),      tr("Key check value")};
     return contents;
 }
 
@@ -47,9 +47,9 @@ DetailRow rowOf(const crypto::LicenceStock &stock)
                             oneLine(stock.identifier),
                             oneLine(stock.device),
                             QString::number(stock.left),
+                            stock.fault.empty() ? TokenPane::tr("Ready") : oneLine(stock.fault),
                             QString::fromLatin1(nonce.toHex()),
-                            QString::fromStdString(stock.keyCheck),
-                            stock.fault.empty() ? TokenPane::tr("Ready") : oneLine(stock.fault)};
+                            QString::fromStdString(stock.keyCheck)};
     row.why = stock.fault.empty()
                   ? TokenPane::tr("Licences can be made with this firmware's key")
                   : TokenPane::tr("No licence can be made: %1").arg(oneLine(stock.fault));

@@ -193,7 +193,7 @@ QString TokenPicker::stateText() const
     if (!token) {
         return tr("The token isn't there any more. Plug it in and press \"Refresh\".");
     }
-    QStringList parts{tr(crypto::pinTriesText(token->tries))};
+    QStringList parts{tr("PIN tries left: %1").arg(tr(crypto::pinTriesText(token->tries)))};
     if (!token->lacks.empty()) {
         parts
             << tr("It can't make licences: it lacks %1.").arg(QString::fromStdString(token->lacks));

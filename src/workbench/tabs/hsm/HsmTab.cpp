@@ -7,6 +7,7 @@
 #include "workbench/widgets/ToolProgress.h"
 
 #include <QScopedValueRollback>
+#include <QSplitter>
 #include <QTabWidget>
 
 #include <climits>
@@ -24,6 +25,10 @@ const QString kFirmware = QStringLiteral("firmware");
 const QString kIndex = QStringLiteral("index");
 const QString kLicences = QStringLiteral("licences");
 const QString kTokenKey = QStringLiteral("Token");
+
+// The table of a token's firmwares is wide.
+constexpr int kFormWidth = 620;
+constexpr int kPanesWidth = 750;
 const QString kDeviceKey = QStringLiteral("Device");
 
 constexpr const char *kMicrocontrollers[] = {
@@ -91,15 +96,17 @@ QList<FormRow> firmwareRows()
     firmware.check = [](const QString &text) {
         return QString::fromStdString(crypto::identifierFault(text.toStdString()));
     };
+    FormRow licences = numberRow(kLicences, tr("Licen&ces"), int{crypto::kMostLicences},
+                                 tr("How many licences the token may make.\n"
+                                    "The token counts down and then refuses"));
+    licences.besideThePrevious = true;
     return {device,
             key,
             nonce,
             firmware,
             numberRow(kIndex, tr("Inde&x"), UINT8_MAX,
                       tr("The firmware's number on its token.\n1 to 255")),
-            numberRow(kLicences, tr("Licen&ces"), static_cast<int>(crypto::kMostLicences),
-                      tr("How many licences the token may make.\nThe token counts down and then "
-                         "refuses"))};
+            licences};
 }
 
 }  // namespace
@@ -131,6 +138,7 @@ HsmTab::HsmTab(const TabName &name, QWidget *page, FormContext &context)
     panes->setFocusPolicy(Qt::NoFocus);
     panes->addTab(m_pane, tr("HSM information"));
     layFormPage(page, form(), panes);
+    page->findChild<QSplitter *>()->setSizes({kFormWidth, kPanesWidth});
     form()->setMissing([this] { return missing(); });
     connect(m_picker, &TokenPicker::changed, m_pane, &TokenPane::clear);
     connect(m_pane, &TokenPane::saveKeyRequested, this, &HsmTab::saveKey);

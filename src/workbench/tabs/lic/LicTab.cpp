@@ -8,6 +8,7 @@
 #include <QFileDialog>
 #include <QFileInfo>
 #include <QScopedValueRollback>
+#include <QSplitter>
 
 #include <algorithm>
 
@@ -21,6 +22,10 @@ const QString kFirmware = QStringLiteral("firmware");
 const QString kChips = QStringLiteral("chips");
 const QString kOutput = QStringLiteral("output");
 const QString kTokenKey = QStringLiteral("Token");
+
+// The table of a token's firmwares is wide.
+constexpr int kFormWidth = 620;
+constexpr int kPanesWidth = 750;
 
 const std::pair<const char *, QString> kSaved[] = {{"Firmware identifier", kFirmware},
                                                    {"Output folder", kOutput}};
@@ -91,6 +96,7 @@ LicTab::LicTab(const TabName &name, QWidget *page, FormContext &context)
     m_panes = new InfoTabs(QStringLiteral("lic_info_tabs"), m_token, tr("HSM information"), m_made,
                            tr("Licence information"), page);
     layFormPage(page, form(), m_panes);
+    page->findChild<QSplitter *>()->setSizes({kFormWidth, kPanesWidth});
     form()->setMissing([this] { return missing(); });
     connectChips();
     connect(m_picker, &TokenPicker::changed, m_token, &TokenPane::clear);
