@@ -1,5 +1,9 @@
 #include "files/OpenFixture.h"
+#include "files/containers/SmiReader.h"
+#include "support/ScratchFolder.h"
+
 #include "support/ImageBytes.h"
+#include <QFile>
 
 namespace
 {
@@ -94,6 +98,24 @@ TEST_F(Smu, LyingSizesEndTheWalk)
     EXPECT_EQ(outline(ImageBytes().text("tiny.")), "| ");
     EXPECT_EQ(record->loadAddress, 0U);
     EXPECT_TRUE(log.all().empty());
+}
+
+/// A file that loses its last byte between the question for its size and the reading.
+class ShrinkingFile : public QFile
+{
+public:
+    using QFile::QFile;
+    [[nodiscard]] qint64 size() const override { return QFile::size() + 1; }
+};
+
+TEST(Smi, AFileThatIsCutMeanwhileIsToldInItsOwnWords)
+{
+    const ScratchFolder folder;
+    ShrinkingFile file(folder.file("a.smi", "SMIMAGIC and more"));
+    ASSERT_TRUE(file.open(QIODevice::ReadOnly | QIODevice::Unbuffered));
+    const auto read = files::readSmi(file);
+    ASSERT_FALSE(read);
+    EXPECT_EQ(read.error().text, "Error while reading SMI data segment");
 }
 
 }  // namespace
