@@ -1,18 +1,19 @@
 #!/usr/bin/env bash
 # Installs what is missing through apt. Idempotent: when all is there, apt isn't called.
-# Usage: setup.sh [run|test|bench]
+# Usage: setup.sh [run|test|bench|package]
 set -euo pipefail
 
 purpose=${1:-run}
 packages=(g++ cmake ninja-build pkg-config git
     qtbase5-dev libqt5xmlpatterns5-dev libssl-dev libexpected-dev libbotan-2-dev libp11-kit-dev
-    librsvg2-bin fonts-dejavu-core xvfb)
+    librsvg2-bin cmark-gfm fonts-dejavu-core xvfb)
 case $purpose in
     run) ;;
     test) packages+=(libgtest-dev libgmock-dev clang clang-format libclang-rt-14-dev
               clang-tidy desktop-file-utils appstream locales python3 python3-cryptography
               openssl srecord softhsm2 strace) ;;
     bench) packages+=(libbenchmark-dev srecord binutils-arm-none-eabi gcc-arm-none-eabi elfutils llvm python3) ;;
+    package) packages+=(lintian debootstrap dpkg-dev xdotool file desktop-file-utils appstream python3) ;;
     *) echo "setup.sh: unknown purpose '$purpose'" >&2; exit 3 ;;
 esac
 

@@ -1,6 +1,7 @@
 #include "app/MainWindow.h"
 
 #include "app/SelectionKeeper.h"
+#include "app/SettingsPlace.h"
 #include "app/Shortcuts.h"
 #include "app/WindowSize.h"
 #include "report/DisplayMng.h"
@@ -32,8 +33,11 @@ MainWindow::MainWindow(int argc, char **argv, QWidget *parent) : QMainWindow(par
     setCentralWidget(centralWidget);
     connectActions();
     app::addShortcuts(*this);
-    settingsPath = QCoreApplication::applicationDirPath() + QLatin1String("/Settings.ini");
-    if (QFileInfo::exists(settingsPath)) {
+    settingsPath = app::settingsPlace(QCoreApplication::applicationDirPath());
+    if (settingsPath.isEmpty()) {
+        DisplayMng::getInstance().logMessage(
+            7, L"Settings are not kept: the program's folder can't be written to, HOME isn't set");
+    } else if (QFileInfo::exists(settingsPath)) {
         LoadSettings();
     }
     centralWidget->launchMode = CentralWidget::Interactive;

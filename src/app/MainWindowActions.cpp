@@ -1,4 +1,5 @@
 // What the menus and the tool bar start.
+#include "app/HelpWindow.h"
 #include "app/LogDialog.h"
 #include "app/MainWindow.h"
 #include "app/OtherPackage.h"
@@ -116,7 +117,8 @@ void MainWindow::OpenDoc()
     if (manual.isFile() && QDesktopServices::openUrl(QUrl::fromLocalFile(manual.filePath()))) {
         return;
     }
-    if (!QDesktopServices::openUrl(QUrl(kManualPage))) {
+    if (!app::showHelp(this, QStringLiteral("index")) &&
+        !QDesktopServices::openUrl(QUrl(kManualPage))) {
         showBox(this, BoxKind::Error, tr("User Manual not found"));
     }
 }

@@ -1,6 +1,7 @@
 // What the window keeps from one run to the next, and the dialog behind "Settings".
 #include "app/MainWindow.h"
 #include "app/SettingsDialog.h"
+#include "app/SettingsPlace.h"
 #include "report/DisplayMng.h"
 #include "workbench/forms/Tab.h"
 #include "workbench/frame/CentralWidget.h"
@@ -31,7 +32,8 @@ void note(const char *what, const files::Error &error)
 void MainWindow::SaveSettings()
 {
     // Closed behind a box of the restoring, the window holds only a part of what was saved.
-    if (!generateSettingsFile || centralWidget == nullptr || m_isRestoring) {
+    if (!generateSettingsFile || centralWidget == nullptr || m_isRestoring ||
+        settingsPath.isEmpty()) {
         return;
     }
     app::SavedState state;
@@ -45,6 +47,7 @@ void MainWindow::SaveSettings()
     auto &recent =
         state.groups.emplace_back(app::SavedState::Named{QLatin1String(kRecentGroup), {}}).group;
     recent.set(QLatin1String(kRecentPaths), workbench::RecentPaths::instance().saved());
+    app::makeSettingsFolder(settingsPath);
     if (const auto written = app::writeSettings(settingsPath, state); !written) {
         note("Settings.ini was not saved", written.error());
     }

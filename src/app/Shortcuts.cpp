@@ -1,5 +1,6 @@
 #include "app/Shortcuts.h"
 
+#include "app/HelpWindow.h"
 #include "app/MainWindow.h"
 #include "workbench/frame/CentralWidget.h"
 #include "workbench/frame/PanelTable.h"
@@ -84,13 +85,17 @@ void addPanelKeys(MainWindow &window)
 void addShortcuts(MainWindow &window)
 {
     CentralWidget *form = window.centralWidget;
-    const QKeySequence about(QStringLiteral("F1"));
+    const QKeySequence help(QStringLiteral("F1"));
     const QKeySequence quit(QStringLiteral("Ctrl+Q"));
     const QKeySequence check(QStringLiteral("Ctrl+O"));
     const QKeySequence generate(QStringLiteral("Ctrl+Return"));
     const QKeySequence before(QStringLiteral("Ctrl+PgUp"));
     const QKeySequence next(QStringLiteral("Ctrl+PgDown"));
-    addKeys(window, about, [&window] { window.About(); });
+    addKeys(window, help, [&window] {
+        if (!showHelp(&window, tabKey(window.centralWidget->tabWidget->currentWidget()))) {
+            window.About();
+        }
+    });
     addKeys(window, quit, [&window] { window.close(); });
     addKeys(window, check, [&window] { window.Check(); });
     for (const QKeySequence &keys : {generate, QKeySequence(QStringLiteral("Ctrl+Enter"))}) {
@@ -105,7 +110,8 @@ void addShortcuts(MainWindow &window)
     };
     window.checkTool->setToolTip(withKeys(text("Opens an SFI or SMI image and shows it"), check));
     window.closeTool->setToolTip(withKeys(text("Keeps the forms and leaves the program"), quit));
-    tellKeys(form->helpButton, about);
+    window.docMenu->setToolTipsVisible(true);
+    window.docAction->setToolTip(withKeys(text("Help for the tab in front"), help));
     form->tabWidget->tabBar()->setToolTip(text("Other tabs: %1, %2")
                                               .arg(before.toString(QKeySequence::NativeText),
                                                    next.toString(QKeySequence::NativeText)));

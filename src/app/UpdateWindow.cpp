@@ -1,5 +1,6 @@
 #include "app/UpdateWindow.h"
 
+#include "app/HelpWindow.h"
 #include "workbench/forms/Tab.h"
 #include "workbench/frame/CentralWidget.h"
 
@@ -27,6 +28,8 @@ QWidget *makeUpdateWindow(const CentralWidget &form, QWidget *parent)
         QObject::connect(new QShortcut(QKeySequence(QLatin1String(keys)), window),
                          &QShortcut::activated, generate, &QPushButton::click);
     }
+    QObject::connect(new QShortcut(QKeySequence(Qt::Key_F1), window), &QShortcut::activated, parent,
+                     [parent] { showHelp(parent, QStringLiteral("sfu")); });
     QObject::connect(new QShortcut(QKeySequence::Close, window), &QShortcut::activated, window,
                      &QWidget::close);
     return window;

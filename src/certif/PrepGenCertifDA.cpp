@@ -3,10 +3,10 @@
 #include "certif/Chain.h"
 #include "certif/Description.h"
 #include "certif/OutputFiles.h"
+#include "files/base/DataFolder.h"
 #include "files/base/SafeWriter.h"
 #include "report/DisplayMng.h"
 
-#include <QCoreApplication>
 #include <QDir>
 #include <QFileInfo>
 
@@ -78,7 +78,7 @@ QString PrepGenCertifDA::descriptionPath()
 
 QString PrepGenCertifDA::toolPath()
 {
-    return QCoreApplication::applicationDirPath() + QStringLiteral("/Utilities/Linux/PSA_ADAC");
+    return files::installedPath(QStringLiteral("Utilities/Linux/PSA_ADAC"));
 }
 
 bool PrepGenCertifDA::generateDACG(QString &out, QString &upperCertificate, QString &issuerKey,

@@ -1,8 +1,8 @@
 #include "device/DataGateWay.h"
 
 #include "device/DomParser.h"
+#include "files/base/DataFolder.h"
 
-#include <QCoreApplication>
 #include <QFileInfo>
 
 #include <algorithm>
@@ -30,9 +30,8 @@ QString DataGateWay::databasePath(unsigned short id, int core)
     } else if (id == kTwoCoreDevice && core == 2) {
         suffix = QStringLiteral("_Dual_Core");
     }
-    return QCoreApplication::applicationDirPath() +
-           QStringLiteral("/SPB_SFI_OB_Data_Base/VDR32_Prog_DB_") + identifierText(id) + suffix +
-           QStringLiteral(".xml");
+    return files::installedPath(QStringLiteral("SPB_SFI_OB_Data_Base/VDR32_Prog_DB_") +
+                                identifierText(id) + suffix + QStringLiteral(".xml"));
 }
 
 DataGateWay::DataGateWay(unsigned short id, int core) : path(databasePath(id, core))

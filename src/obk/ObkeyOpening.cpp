@@ -1,3 +1,4 @@
+#include "files/base/DataFolder.h"
 #include "files/base/FileReader.h"
 #include "obk/Choices.h"
 #include "obk/ImageCommand.h"
@@ -8,7 +9,6 @@
 #include "xml/Document.h"
 #include "xml/Schema.h"
 
-#include <QCoreApplication>
 #include <QDebug>
 #include <QFile>
 #include <QFileInfo>
@@ -133,17 +133,17 @@ bool isValid(const QString &path, const QByteArray &bytes, const xml::Schema &sc
 
 QString Obkey::schemaPath()
 {
-    return QCoreApplication::applicationDirPath() + QLatin1String("/Template/OBkeyPrototype.xsd");
+    return files::installedPath(QStringLiteral("Template/OBkeyPrototype.xsd"));
 }
 
 QString Obkey::imageSchemaPath()
 {
-    return QCoreApplication::applicationDirPath() + QLatin1String("/Template/McuBootPrototype.xsd");
+    return files::installedPath(QStringLiteral("Template/McuBootPrototype.xsd"));
 }
 
 QString Obkey::imageToolPath()
 {
-    return QCoreApplication::applicationDirPath() + QLatin1String("/Utilities/Linux/imgtool");
+    return files::installedPath(QStringLiteral("Utilities/Linux/imgtool"));
 }
 
 bool Obkey::xmlValid(const QString &xmlPath, const QString &schemaPath)

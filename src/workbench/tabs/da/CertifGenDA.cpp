@@ -2,6 +2,7 @@
 
 #include "certif/Opening.h"
 #include "certif/OutputFiles.h"
+#include "files/base/DataFolder.h"
 #include "report/Level.h"
 #include "workbench/tabs/da/CertificatePane.h"
 #include "workbench/tabs/da/DaRows.h"
@@ -10,7 +11,6 @@
 #include "workbench/widgets/InfoTabs.h"
 #include "workbench/widgets/ToolProgress.h"
 
-#include <QCoreApplication>
 #include <QFileInfo>
 #include <QScopedValueRollback>
 #include <QSplitter>
@@ -57,11 +57,10 @@ CertifGenDA::CertifGenDA(const workbench::TabName &name, QWidget *page,
 
 void CertifGenDA::DACertifGenParsing()
 {
-    const QString folder = QCoreApplication::applicationDirPath();
     QStringList problems;
-    m_families =
-        certif::readFamilies(folder + QStringLiteral("/SPB_CertifGen_Data_Base"),
-                             folder + QStringLiteral("/Template/PrototypeGenCertif.xsd"), problems);
+    m_families = certif::readFamilies(
+        files::installedPath(QStringLiteral("SPB_CertifGen_Data_Base")),
+        files::installedPath(QStringLiteral("Template/PrototypeGenCertif.xsd")), problems);
     for (const QString &problem : qAsConst(problems)) {
         DisplayMng::getInstance().logMessage(kQuietWarning,
                                              L"Names of certificate permissions: %ls",

@@ -1,3 +1,4 @@
+#include "files/base/DataFolder.h"
 #include "files/base/Wipe.h"
 #include "obk/ImageCommand.h"
 #include "obk/ImageLog.h"
@@ -12,7 +13,6 @@
 
 #include <QApplication>
 #include <QClipboard>
-#include <QCoreApplication>
 #include <QDir>
 #include <QFile>
 #include <QFileDialog>
@@ -57,7 +57,7 @@ QString ImgTab::askForTemplate()
                       QSettings::IniFormat);
     QString start = folders.value(kFolderKey).toString();
     if (!QFileInfo(start).isDir()) {
-        start = QCoreApplication::applicationDirPath() + QStringLiteral("/Template/Image");
+        start = files::installedPath(QStringLiteral("Template/Image"));
     }
     QString path = QFileDialog::getOpenFileName(context().boxParent, QStringLiteral("Open file"),
                                                 start, QStringLiteral("XML files (*.xml)"));

@@ -1,3 +1,4 @@
+#include "files/base/DataFolder.h"
 #include "obk/KeyRegeneration.h"
 #include "obk/SystemTools.h"
 #include "report/Level.h"
@@ -10,7 +11,6 @@
 #include "workbench/widgets/ToolProgress.h"
 
 #include <QComboBox>
-#include <QCoreApplication>
 #include <QDir>
 #include <QFileDialog>
 #include <QFileInfo>
@@ -39,7 +39,7 @@ QString ObkTab::askForTemplate()
                       QSettings::IniFormat);
     QString start = folders.value(kFolderKey).toString();
     if (!QFileInfo(start).isDir()) {
-        start = QCoreApplication::applicationDirPath() + QStringLiteral("/Template/OBkey");
+        start = files::installedPath(QStringLiteral("Template/OBkey"));
     }
     QString path = QFileDialog::getOpenFileName(context().boxParent, QStringLiteral("Open file"),
                                                 start, QStringLiteral("XML files (*.xml)"));

@@ -1,0 +1,65 @@
+#include "app/HelpWindow.h"
+#include "app/WindowUnderTest.h"
+#include "support/QtPrinters.h"
+#include "workbench/frame/CentralWidget.h"
+#include "workbench/frame/TabRegistry.h"
+
+#include <QFileInfo>
+#include <QPushButton>
+#include <QRegularExpression>
+#include <QTabWidget>
+#include <QTest>
+#include <QTextBrowser>
+
+#include <gtest/gtest.h>
+
+namespace
+{
+
+QString shownPage(const QWidget &window)
+{
+    const auto *text = window.findChild<QTextBrowser *>(QStringLiteral("help_text_browser"));
+    return text != nullptr && text->isVisible() ? text->source().fileName() : QString();
+}
+
+TEST(Help, EachTabWithAFormHasAPageWhoseLinksLeadSomewhere)
+{
+    QWidget window;
+    for (const workbench::TabEntry &entry : workbench::tabRegistry()) {
+        if (entry.make == nullptr) {
+            continue;
+        }
+        const QString key = QLatin1String(entry.name.key);
+        ASSERT_TRUE(app::showHelp(&window, key));
+        EXPECT_EQ(shownPage(window), key + ".html");
+    }
+    ASSERT_TRUE(app::showHelp(&window, QStringLiteral("nothing")));
+    EXPECT_EQ(shownPage(window), "index.html");
+    const auto *text = window.findChild<QTextBrowser *>();
+    ASSERT_EQ(window.findChildren<QTextBrowser *>().size(), 1);
+    EXPECT_TRUE(text->toPlainText().contains("DA CertifGen"));
+    auto links = QRegularExpression("href=\"([^\"]+)\"").globalMatch(text->toHtml());
+    int count = 0;
+    for (; links.hasNext(); ++count) {
+        const QUrl target = text->source().resolved(QUrl(links.next().captured(1)));
+        EXPECT_TRUE(QFileInfo(target.toLocalFile()).isFile()) << target.toString().toStdString();
+    }
+    EXPECT_GT(count, 10);
+}
+
+TEST(Help, KeyOpensThePageOfTheTabInFront)
+{
+    WindowUnderTest window;
+    QTabWidget &tabs = *window->centralWidget->tabWidget;
+    window->centralWidget->displaySFI_Tabs();
+    for (int i = 0; i < tabs.count(); ++i) {
+        tabs.setCurrentIndex(i);
+        QApplication::setActiveWindow(&*window);
+        QTest::keyClick(&*window, Qt::Key_F1);
+        const QString key = app::tabKey(tabs.currentWidget());
+        const bool hasPage = workbench::tabEntry(key).make != nullptr;
+        EXPECT_EQ(shownPage(*window), (hasPage ? key : QStringLiteral("index")) + ".html");
+    }
+}
+
+}  // namespace
