@@ -38,7 +38,7 @@ class CleanRoot:
         prefix = ["setpriv", f"--reuid={user}", f"--regid={user}", "--clear-groups"] if user else []
         variables = {"PATH": "/usr/sbin:/usr/bin:/sbin:/bin", "LC_ALL": "C.UTF-8",
                      "DEBIAN_FRONTEND": "noninteractive", **environment}
-        done = subprocess.run(["chroot", self.path, *prefix, *command], env=variables,
+        done = subprocess.run(["/usr/sbin/chroot", self.path, *prefix, *command], env=variables,
                               capture_output=True, text=True, timeout=600, check=False)
         if check and done.returncode != 0:
             raise SystemExit(f"{command}: status {done.returncode}\n{done.stdout[-2000:]}{done.stderr[-2000:]}")
@@ -69,7 +69,7 @@ def use_window(root, home):
     try:
         time.sleep(2)
         window = subprocess.Popen(
-            ["chroot", root.path, "setpriv", f"--reuid={USER}", f"--regid={USER}", "--clear-groups",
+            ["/usr/sbin/chroot", root.path, "setpriv", f"--reuid={USER}", f"--regid={USER}", "--clear-groups",
              "/usr/bin/sealed-package-builder"],
             env={"PATH": "/usr/bin:/bin", "HOME": home, "DISPLAY": DISPLAY, "LC_ALL": "C.UTF-8"},
             stderr=subprocess.PIPE, text=True)

@@ -8,6 +8,7 @@
 #include <QAction>
 #include <QCoreApplication>
 #include <QGroupBox>
+#include <QMenu>
 #include <QPushButton>
 #include <QShortcut>
 #include <QTabBar>

@@ -102,7 +102,7 @@ TEST_F(WindowKeys, EachKeyHasOneMeaningAndATip)
         keys << shortcut->key().toString();
     }
     EXPECT_EQ(keys.removeDuplicates(), 0) << keys.join(' ').toStdString();
-    QStringList tips;
+    QStringList tips{window->docAction->toolTip()};
     for (const QAction *action : window->toolBar->actions()) {
         tips << action->toolTip();
     }
