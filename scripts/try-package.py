@@ -119,7 +119,8 @@ def main():
         needed = subprocess.run(["dpkg-deb", "-f", package, "Depends"], capture_output=True, text=True,
                                 check=True).stdout
         names = [one.split("|")[0].split("(")[0].strip() for one in needed.split(",")]
-        root.run("apt-get", "install", "-y", "--no-install-recommends", *names)
+        root.run("apt-get", "install", "-y", "--no-install-recommends", *names,
+                 "libqt5test5")  # of the demo driver
         before = root.files()
         root.run("dpkg", "-i", "/opt/trial.deb")
         expect("install ok installed" in root.run("dpkg", "-s", "sealed-package-builder").stdout,
