@@ -3,6 +3,7 @@
 #include "workbench/forms/SavedGroup.h"
 #include "workbench/widgets/InfoPane.h"
 #include "workbench/widgets/InfoTabs.h"
+#include "workbench/widgets/TypedSpinBox.h"
 
 #include <QAction>
 #include <QElapsedTimer>
@@ -258,6 +259,18 @@ TEST_F(Rows, EveryInputTellsOfItsEdits)
     EXPECT_EQ(edited, (QStringList{"number", "choice", "check", "list", "list", "file"}));
     form.setLabel("text", "&Other");
     EXPECT_TRUE(form.findChild<QLabel *>("x_missing_label")->text().contains(">Other<"));
+}
+
+TEST(TypedSpinBox, TakesItsWholeRangeAndKeepsOtherTexts)
+{
+    TypedSpinBox box(nullptr);
+    box.setRange(1, 255);
+    for (const auto &[text, value] : {std::pair("255", 255), {"256", 255}, {"1", 1}, {"0", 1}}) {
+        box.findChild<QLineEdit *>()->setText(text);
+        box.interpretText();
+        EXPECT_EQ(box.value(), value) << text;
+        EXPECT_EQ(box.text(), text);
+    }
 }
 
 TEST(SavedGroup, ReadsWhatFilesAndUsersWrite)

@@ -141,8 +141,8 @@ QString savePublicKey(QWidget *parent, const crypto::LicenceStock &stock, QStrin
     }
     const QString proposed =
         QFileInfo(lastFolder + '/').path() + '/' + TokenPane::tr("licence-key.pem");
-    const QString path = QFileDialog::getSaveFileName(parent, TokenPane::tr("Select file name"),
-                                                      proposed, TokenPane::tr("PEM (*.pem)"));
+    QString path = QFileDialog::getSaveFileName(parent, TokenPane::tr("Select file name"), proposed,
+                                                TokenPane::tr("PEM (*.pem)"));
     if (path.isEmpty()) {
         return {};
     }
