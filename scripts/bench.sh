@@ -1,5 +1,6 @@
 #!/usr/bin/env bash
-# Measures reading and writing of firmware beside srec_cat and two objcopy programs.
+# Measures reading and writing of firmware beside srec_cat and two objcopy programs, and start-up
+# beside a bare window.
 # Usage: scripts/bench.sh [--check] [ROUNDS]      --check fails when a result is below its bar
 set -euo pipefail
 cd "$(dirname "$0")/.."
@@ -16,7 +17,7 @@ done
 
 ./scripts/setup.sh bench
 cmake --preset bench >/dev/null
-cmake --build --preset bench --target bench-convert
+cmake --build --preset bench --target bench-convert bench_startup
 
 # Kept between runs: making them takes longer than the measurement.
 payloads=build/bench/payloads
@@ -32,4 +33,7 @@ memory=/dev/shm
 [ -w "$memory" ] || memory=${TMPDIR:-/tmp}
 outputs=$(mktemp -d "$memory/spb-bench.XXXXXX")
 trap 'rm -rf "$outputs"' EXIT
-python3 bench/compare_tools.py build/bench/bin/bench-convert "$payloads" "$outputs" "$rounds" $check
+missed=0
+python3 bench/compare_tools.py build/bench/bin/bench-convert "$payloads" "$outputs" "$rounds" $check || missed=1
+python3 -B bench/measure_startup.py "$(find build/bench -name bench_startup -type f)" "$((rounds * 3))" $check || missed=1
+exit "$missed"
