@@ -113,7 +113,7 @@ void RowForm::removeRows()
 void RowForm::addRow(const FormRow &row, bool isFirstOfPair)
 {
     Line line;
-    line.spec = row;
+    line.row = row;
     if (row.separatorAbove) {
         placeSeparator(line);
     }
@@ -138,21 +138,21 @@ void RowForm::addRow(const FormRow &row, bool isFirstOfPair)
 
 void RowForm::place(Line &line, bool isFirstOfPair)
 {
-    const bool tall = isTall(line.spec);
+    const bool tall = isTall(line.row);
     const Qt::Alignment labelAlignment = tall ? Qt::AlignTop : Qt::AlignVCenter;
     const Qt::Alignment inputAlignment =
-        line.spec.kind == RowKind::Check ? Qt::AlignLeft : Qt::Alignment();
+        line.row.kind == RowKind::Check ? Qt::AlignLeft : Qt::Alignment();
     if (tall) {
         line.label->setContentsMargins(0, kTopLabelGap, 0, 0);  // level with the list's first row
     }
-    if (line.spec.besideThePrevious) {
+    if (line.row.besideThePrevious) {
         line.gridLine = m_grid->rowCount() - 1;
         m_grid->addWidget(line.label, line.gridLine, kSecondPair, labelAlignment);
         m_grid->addWidget(line.input, line.gridLine, kSecondPair + 1, inputAlignment);
         return;
     }
     line.gridLine = m_grid->rowCount();
-    if (line.spec.kind == RowKind::Block) {
+    if (line.row.kind == RowKind::Block) {
         m_grid->addWidget(line.label, line.gridLine, 0, 1, kColumns);
         m_grid->addWidget(line.input, line.gridLine + 1, 0, 1, kColumns);
         return;
@@ -170,9 +170,9 @@ void RowForm::place(Line &line, bool isFirstOfPair)
     }
     m_grid->addWidget(line.input, line.gridLine, 1, 1, isFirstOfPair ? 1 : kColumns - 1,
                       inputAlignment);
-    if (line.spec.kind == RowKind::List) {
-        line.grip = new ListGrip(withoutMnemonic(line.spec.label), line.input, m_page);
-        line.grip->setObjectName(m_key + '_' + line.spec.name + QStringLiteral("_grip"));
+    if (line.row.kind == RowKind::List) {
+        line.grip = new ListGrip(withoutMnemonic(line.row.label), line.input, m_page);
+        line.grip->setObjectName(m_key + '_' + line.row.name + QStringLiteral("_grip"));
         m_grid->addWidget(line.grip, line.gridLine + 1, 1, 1, kColumns - 1);
     }
 }
@@ -196,7 +196,7 @@ void RowForm::showGrips()
 bool RowForm::hasLists() const
 {
     return std::any_of(m_lines.begin(), m_lines.end(),
-                       [](const Line &line) { return isTall(line.spec); });
+                       [](const Line &line) { return isTall(line.row); });
 }
 
 void RowForm::fillSpareRoom(QWidget *widget)
@@ -227,7 +227,7 @@ void RowForm::placeSpare()
 void RowForm::placeSeparator(Line &line)
 {
     line.separator = new QFrame(m_page);
-    line.separator->setObjectName(m_key + '_' + line.spec.name + QStringLiteral("_line"));
+    line.separator->setObjectName(m_key + '_' + line.row.name + QStringLiteral("_line"));
     line.separator->setFrameShape(QFrame::HLine);
     line.separator->setFrameShadow(QFrame::Plain);
     line.separator->setForegroundRole(QPalette::Mid);
@@ -248,7 +248,7 @@ void RowForm::alignColumns()
     }
     int labelWidth = 0;
     for (const Line &line : m_lines) {
-        if (!line.spec.besideThePrevious && line.spec.kind != RowKind::Block) {
+        if (!line.row.besideThePrevious && line.row.kind != RowKind::Block) {
             labelWidth = qMax(labelWidth, line.label->sizeHint().width());
         }
     }
@@ -308,8 +308,8 @@ QList<MissingInput> RowForm::emptyRows() const
 {
     QList<MissingInput> rows;
     for (const Line &line : m_lines) {
-        if (line.spec.needed && isEmpty(line)) {
-            rows.append({line.spec.name, true});
+        if (line.row.needed && isEmpty(line)) {
+            rows.append({line.row.name, true});
         }
     }
     return rows;
@@ -336,9 +336,9 @@ void RowForm::showMissing(const QList<MissingInput> &missing)
     QStringList links;
     for (const MissingInput &each : missing) {
         if (const Line *line = find(each.row)) {
-            const QString noun = line->spec.noun.isEmpty()
-                                     ? withoutMnemonic(line->spec.label).trimmed()
-                                     : line->spec.noun;
+            const QString noun = line->row.noun.isEmpty()
+                                     ? withoutMnemonic(line->row.label).trimmed()
+                                     : line->row.noun;
             links << QStringLiteral("<a href=\"%1\">%2</a>")
                          .arg(each.row.toHtmlEscaped(), noun.toHtmlEscaped());
         }
@@ -367,7 +367,7 @@ RowForm::Line *RowForm::find(const QString &name)
 const FormRow *RowForm::row(const QString &name) const
 {
     const Line *line = find(name);
-    return line == nullptr ? nullptr : &line->spec;
+    return line == nullptr ? nullptr : &line->row;
 }
 
 QString RowForm::nameOf(const FormRow &row, const char *role) const
@@ -377,14 +377,14 @@ QString RowForm::nameOf(const FormRow &row, const char *role) const
 
 bool RowForm::isEmpty(const Line &line) const
 {
-    switch (line.spec.kind) {
+    switch (line.row.kind) {
     case RowKind::List:
-        return list(line.spec.name)->rows().isEmpty();
+        return list(line.row.name)->rows().isEmpty();
     case RowKind::Choice:
-        return choice(line.spec.name)->currentIndex() <= 0;  // the first entry asks to choose
+        return choice(line.row.name)->currentIndex() <= 0;  // the first entry asks to choose
     case RowKind::File:
     case RowKind::Text:
-        return text(line.spec.name).isEmpty();
+        return text(line.row.name).isEmpty();
     default:
         return false;
     }
@@ -426,7 +426,7 @@ void RowForm::setLabel(const QString &name, const QString &label)
     if (line == nullptr) {
         return;
     }
-    line->spec.label = label;
+    line->row.label = label;
     line->label->setText(label);
     const QString plain = withoutMnemonic(label).trimmed();
     if (auto *field = qobject_cast<FileField *>(line->input)) {
@@ -440,7 +440,7 @@ void RowForm::setLabel(const QString &name, const QString &label)
 void RowForm::setDefaultName(const QString &name, const QString &fileName)
 {
     if (Line *line = find(name)) {
-        line->spec.defaultName = fileName;
+        line->row.defaultName = fileName;
     }
 }
 
@@ -465,7 +465,7 @@ void RowForm::setRowVisible(const QString &name, bool visible)
     for (QPushButton *const button : line->buttons) {
         button->setVisible(visible);
     }
-    if (isTall(line->spec)) {
+    if (isTall(line->row)) {
         // An empty line of the grid would keep its share of the height.
         m_grid->setRowStretch(line->gridLine, visible ? 1 : 0);
         showGrips();
@@ -492,7 +492,7 @@ void RowForm::setRowEnabled(const QString &name, bool enabled, const QString &wh
 
 void RowForm::showToolTip(const Line &line, const QString &why)
 {
-    QStringList parts{line.spec.toolTip, why};
+    QStringList parts{line.row.toolTip, why};
     parts.removeAll(QString());
     target(line.input)->setToolTip(plainToolTip(parts.join(QLatin1Char('\n'))));
 }
@@ -510,8 +510,8 @@ void RowForm::focusRow(const QString &name)
 void RowForm::takeShared(SharedField field, const QString &path)
 {
     for (const Line &line : m_lines) {
-        if (line.spec.shared == field) {
-            setText(line.spec.name, path);
+        if (line.row.shared == field) {
+            setText(line.row.name, path);
         }
     }
 }
@@ -519,11 +519,11 @@ void RowForm::takeShared(SharedField field, const QString &path)
 void RowForm::clear()
 {
     for (const Line &line : m_lines) {
-        if (line.spec.kind != RowKind::Note) {
-            setText(line.spec.name, {});
+        if (line.row.kind != RowKind::Note) {
+            setText(line.row.name, {});
         }
         if (auto *spin = qobject_cast<QSpinBox *>(line.input)) {
-            spin->setValue(line.spec.least);
+            spin->setValue(line.row.least);
         } else if (auto *files = qobject_cast<FileList *>(line.input)) {
             files->removeAllRows();
             files->removeButton()->setEnabled(false);

@@ -98,7 +98,7 @@ signals:
 
 private:
     struct Line {
-        FormRow spec;
+        FormRow row;
         QLabel *label = nullptr;
         QWidget *input = nullptr;
         QList<QPushButton *> buttons;  ///< beside a choice or a text; those of a file are its own

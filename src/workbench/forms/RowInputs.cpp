@@ -20,7 +20,7 @@ constexpr int kTextWidth = 40;
 
 QWidget *RowForm::makeInput(Line &line)
 {
-    const FormRow &row = line.spec;
+    const FormRow &row = line.row;
     switch (row.kind) {
     case RowKind::Choice:
         return makeChoice(row);
@@ -62,7 +62,7 @@ QWidget *RowForm::makeChoice(const FormRow &row)
 
 QWidget *RowForm::makeFile(Line &line)
 {
-    const FormRow &row = line.spec;
+    const FormRow &row = line.row;
     QList<FieldButton> buttons;
     for (const RowButton &button : row.buttons) {
         buttons.append({button.role, button.caption});
@@ -87,7 +87,7 @@ QWidget *RowForm::makeFile(Line &line)
 
 QWidget *RowForm::makeList(Line &line)
 {
-    const FormRow &row = line.spec;
+    const FormRow &row = line.row;
     auto *list = new FileList(m_key + '_' + row.name, row.label, m_page);
     line.label = list->label();
     list->setHint(row.hint);
@@ -117,13 +117,13 @@ QWidget *RowForm::makeText(const FormRow &row)
 
 void RowForm::addButtons(Line &line)
 {
-    for (const RowButton &wanted : line.spec.buttons) {
+    for (const RowButton &wanted : line.row.buttons) {
         auto *const button = new QPushButton(wanted.caption, m_page);
-        nameWidget(button, m_key + '_' + line.spec.name + '_' + wanted.role,
-                   withoutMnemonic(wanted.caption) + ' ' + withoutMnemonic(line.spec.label));
+        nameWidget(button, m_key + '_' + line.row.name + '_' + wanted.role,
+                   withoutMnemonic(wanted.caption) + ' ' + withoutMnemonic(line.row.label));
         connect(
             button, &QPushButton::clicked, this,
-            [this, name = line.spec.name, role = wanted.role] { emit buttonPressed(name, role); });
+            [this, name = line.row.name, role = wanted.role] { emit buttonPressed(name, role); });
         line.buttons.append(button);
     }
 }
@@ -170,13 +170,13 @@ QWidget *RowForm::makeNote(const FormRow &row)
 
 void RowForm::showFault(Line &line)
 {
-    if (!line.spec.check) {
+    if (!line.row.check) {
         return;
     }
-    const QString text = edit(line.spec.name)->text();
-    const QString fault = text.isEmpty() ? QString() : line.spec.check(text);
+    const QString text = edit(line.row.name)->text();
+    const QString fault = text.isEmpty() ? QString() : line.row.check(text);
     if (line.fault == nullptr && !fault.isEmpty()) {
-        line.fault = edit(line.spec.name)
+        line.fault = edit(line.row.name)
                          ->addAction(style()->standardIcon(QStyle::SP_MessageBoxWarning),
                                      QLineEdit::TrailingPosition);
     }
