@@ -21,7 +21,7 @@ QString folderOf(const char *variable)
 
 QString configurationFolder()
 {
-    const QString told = folderOf("XDG_CONFIG_HOME");
+    QString told = folderOf("XDG_CONFIG_HOME");
     if (!told.isEmpty()) {
         return told;
     }
@@ -33,7 +33,7 @@ QString configurationFolder()
 
 QString settingsPlace(const QString &folder)
 {
-    const QString beside = folder + QLatin1String("/Settings.ini");
+    QString beside = folder + QLatin1String("/Settings.ini");
     if (QFileInfo(folder).isWritable()) {
         return beside;
     }

@@ -14,13 +14,13 @@ QString installedPath(const QString &name)
 
 QString installedPath(const QString &folder, const QString &name)
 {
-    const QString beside = folder + QLatin1Char('/') + name;
+    QString beside = folder + QLatin1Char('/') + name;
     if (QFileInfo::exists(beside)) {
         return beside;
     }
     for (const char *up : {"/../share/", "/../../share/"}) {
-        const QString shared = QDir::cleanPath(folder + QLatin1String(up) +
-                                               QLatin1String("sealed-package-builder/") + name);
+        QString shared = QDir::cleanPath(folder + QLatin1String(up) +
+                                         QLatin1String("sealed-package-builder/") + name);
         if (QFileInfo::exists(shared)) {
             return shared;
         }

@@ -64,7 +64,6 @@ CentralWidget::~CentralWidget()
             delete page;
         }
     }
-    delete obkey;
 }
 
 void CentralWidget::lendContext()
@@ -162,7 +161,8 @@ bool CentralWidget::showChecked(const QString &path, const FileType &record)
 void CentralWidget::ensureObkey()
 {
     if (obkey == nullptr) {
-        obkey = new Obkey;
+        m_obkey = std::make_unique<Obkey>();
+        obkey = m_obkey.get();
     }
 }
 

@@ -146,7 +146,7 @@ public:
     void InitCertifTab() { buildTab(QStringLiteral("da")); }
 
     // OBkey tab (OBkeyTab.cpp)
-    Obkey *obkey = nullptr;  ///< created by `ensureObkey`, owned by the form
+    Obkey *obkey = nullptr;  ///< created by `ensureObkey`; lives as long as the form
     QScrollArea *obkeyScrollArea = nullptr;
     std::uint8_t obkeyTabIndex = 0;
     void InitOBkeyTab();
@@ -280,6 +280,7 @@ private:
     [[nodiscard]] const PanelButton &panelButton(const char *name) const;
     void connectPanel();
 
+    std::unique_ptr<Obkey> m_obkey;
     std::unique_ptr<workbench::FormContext> m_context;          ///< null without a form
     std::function<void(int, const wchar_t *)> m_displayBefore;  ///< put back at the form's end
     std::vector<workbench::Tab *> m_tabs;                       ///< owned by their pages

@@ -2,6 +2,7 @@
 
 #include "workbench/tabs/da/RightsDelegate.h"
 #include "workbench/widgets/FieldNames.h"
+#include "workbench/widgets/SelectedRow.h"
 #include "workbench/widgets/TableCopy.h"
 
 #include <QHeaderView>
@@ -125,6 +126,7 @@ ChainPane::ChainPane(const QString &name, const QString &title, const QString &e
         tr("The 128 bits, the highest first.\nDark: a right that is left; red and crossed out: one "
            "that the chain above doesn't grant"));
     m_table->setHorizontalScrollMode(QAbstractItemView::ScrollPerPixel);
+    m_table->setItemDelegate(new SelectedRowDelegate(m_table));
     m_table->setItemDelegateForColumn(Rights, new RightsDelegate(m_table));
     m_table->horizontalHeader()->setHighlightSections(false);
     m_table->horizontalHeader()->setSectionResizeMode(QHeaderView::ResizeToContents);

@@ -63,20 +63,20 @@ void ExtFirAddInfoDialog::layRows(const QString &fileName)
     auto *file = new workbench::WrappingLabel(tr("External firmware file: ") + fileName, this);
     auto *layout = m_rows = new QGridLayout(this);
     layout->addWidget(file, 0, 0, 1, 2);
-    struct Row {
+    struct Field {
         QString label;
-        QWidget *field;
+        QWidget *input;
     };
-    const Row rows[] = {{tr("&Start address:   "), m_startEdit},
-                        {tr("&Region number:"), m_regionSpin},
-                        {tr("Region &mode:    "), m_modeSpin},
-                        {tr("&Key address:      "), m_keyEdit}};
+    const Field fields[] = {{tr("&Start address:   "), m_startEdit},
+                            {tr("&Region number:"), m_regionSpin},
+                            {tr("Region &mode:    "), m_modeSpin},
+                            {tr("&Key address:      "), m_keyEdit}};
     int line = 1;
-    for (const Row &row : rows) {
-        auto *label = new QLabel(row.label, this);
-        label->setBuddy(row.field);
+    for (const Field &each : fields) {
+        auto *label = new QLabel(each.label, this);
+        label->setBuddy(each.input);
         layout->addWidget(label, line, 0);
-        layout->addWidget(row.field, line, 1);
+        layout->addWidget(each.input, line, 1);
         ++line;
     }
     layout->addWidget(m_buttons, 0, 2, line, 1);

@@ -1,6 +1,6 @@
 #include "workbench/tabs/smi/SmiTab.h"
 
-#include "crypto/service/Crypto.h"
+#include "crypto/service/RandomFiles.h"
 #include "files/FileManager.h"
 #include "files/base/SameFile.h"
 #include "workbench/forms/PackageForm.h"
@@ -152,8 +152,10 @@ void SmiTab::makeVersionFile()
     if (path.isEmpty()) {
         return;
     }
-    if (Crypto().generateEncryptionandNonce(path, kVersionBytes) != 0) {
-        showBox(context().boxParent, BoxKind::Error, tr("Security version file can't be made"));
+    if (const auto made = crypto::makeRandomFile(path, kVersionBytes); !made) {
+        showBox(context().boxParent, BoxKind::Error,
+                tr("Security version file can't be made") + '\n' +
+                    QString::fromStdString(made.error().text));
         return;
     }
     context().lastOutputFolder = QFileInfo(path).absolutePath();
