@@ -24,7 +24,7 @@ import tempfile
 
 FAULTS = ["error=ENOSPC", "error=EIO", "error=EDQUOT", "error=EACCES", "error=EINTR",
           "signal=SIGKILL"]
-UNFINISHED = re.compile(r"\.spb-[0-9a-z]+$")
+UNFINISHED = re.compile(r"\.spb-[0-9a-z]+$|^write_driver-")
 MOST_ALIKE = 30
 # How programs begin and end; a fault there is no fault of a writer.
 LEFT_OUT = {"exit_group", "exit", "rt_sigreturn", "restart_syscall", "execve"}
@@ -139,7 +139,8 @@ class Trial:
         return {str(p.relative_to(self.folder)) for p in self.folder.rglob("*") if p.is_file()}
 
     def environment(self):
-        return {"PATH": os.environ["PATH"], "HOME": str(self.folder), "LC_ALL": "C.UTF-8",
+        return {"PATH": os.environ["PATH"], "HOME": str(self.folder),
+                "TMPDIR": str(self.folder), "LC_ALL": "C.UTF-8",
                 "ASAN_OPTIONS": "detect_leaks=0"}
 
     def run(self, prefix=(), limit=None):
