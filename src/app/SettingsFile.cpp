@@ -26,6 +26,11 @@ constexpr std::uint64_t kLargest = std::uint64_t{4} * 1024 * 1024;
 class IniCopy
 {
 public:
+    IniCopy() = default;
+    // Removed twice where the first call fails: Qt's own destructor gives up at once.
+    ~IniCopy() { m_folder.remove(); }
+    Q_DISABLE_COPY_MOVE(IniCopy)
+
     Result<void> fill(std::span<const std::uint8_t> bytes) const
     {
         return files::writeWhole(path(), bytes, files::Secrecy::Secret);
