@@ -24,20 +24,7 @@ echo "== Lint, for five minutes at most"
 ./scripts/lint.sh --recent "${SPB_LINT_SECONDS:-300}"
 
 echo "== Fuzz targets"
-build fuzz
-seconds=${SPB_FUZZ_SECONDS:-10}
-for fuzzer in build/fuzz/bin/fuzz_*; do
-    name=$(basename "$fuzzer")
-    corpus=build/fuzz/corpus/$name
-    mkdir -p "$corpus"
-    echo "-- $name"
-    if ! SPB_FUZZ_SEEDS=$corpus "$fuzzer" "$corpus" -max_total_time="$seconds" -timeout=10 \
-        -rss_limit_mb=2048 -artifact_prefix=build/fuzz/ >"build/fuzz/$name.log" 2>&1; then
-        tail -n 60 "build/fuzz/$name.log"
-        exit 1
-    fi
-    tail -n 1 "build/fuzz/$name.log"
-done
+./scripts/fuzz.sh "${SPB_FUZZ_SECONDS:-10}"
 
 echo "== Tests (asan)"
 build asan

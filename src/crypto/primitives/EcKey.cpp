@@ -2,6 +2,7 @@
 
 #include "crypto/primitives/Digests.h"
 #include "crypto/primitives/LibraryFailure.h"
+#include "crypto/primitives/PhraseCost.h"
 
 #include <openssl/core_names.h>
 #include <openssl/ec.h>
@@ -157,6 +158,9 @@ Result<EcKey> EcKey::readPublic(ByteView pem)
 
 Result<EcKey> EcKey::readPrivate(ByteView pem, const char *phrase)
 {
+    if (const auto affordable = checkPhraseCost(pem); phrase != nullptr && !affordable) {
+        return tl::unexpected(affordable.error());
+    }
     ERR_clear_error();
     PhraseQuestion question{phrase, false};
     const Bio bio = openPem(pem);

@@ -2,6 +2,7 @@
 
 #include "crypto/primitives/DeterministicSigner.h"
 #include "crypto/primitives/LibraryFailure.h"
+#include "crypto/primitives/PhraseCost.h"
 #include "crypto/primitives/PssContext.h"
 
 #include <openssl/core_names.h>
@@ -171,6 +172,9 @@ bool KeyPair::isLocked(ByteView pem)
 
 Result<KeyPair> KeyPair::readPrivate(ByteView pem, ByteView phrase)
 {
+    if (const auto affordable = checkPhraseCost(pem); !phrase.empty() && !affordable) {
+        return tl::unexpected(affordable.error());
+    }
     const Bio memory(BIO_new_mem_buf(pem.data(), static_cast<int>(pem.size())));
     EvpKey key(memory ? PEM_read_bio_PrivateKey(memory.get(), nullptr, &givePhrase, &phrase)
                       : nullptr);

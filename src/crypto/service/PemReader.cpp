@@ -1,5 +1,6 @@
 #include "crypto/service/PemReader.h"
 
+#include "crypto/primitives/PhraseCost.h"
 #include "crypto/service/KeyFileWriter.h"
 #include "files/base/KeyFile.h"
 
@@ -37,6 +38,9 @@ files::Result<files::SecretBytes> readPemFile(const unsigned char *path)
 
 EvpKey readPrivate(const files::SecretBytes &pem, unsigned char *password)
 {
+    if (password != nullptr && !checkPhraseCost(pem.span())) {
+        return nullptr;
+    }
     const Bio bio = openMemory(pem);
     return EvpKey(bio ? PEM_read_bio_PrivateKey(bio.get(), nullptr, callbackFor(password), password)
                       : nullptr);

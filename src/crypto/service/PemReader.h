@@ -19,7 +19,8 @@ pem_password_cb *callbackFor(const unsigned char *password);
 /// error queue first, so that an earlier failure can't make a good key look bad.
 files::Result<files::SecretBytes> readPemFile(const unsigned char *path);
 
-/// The first private key in PEM text; null when there is none or the password doesn't open it.
+/// The first private key in PEM text; null when there is none, the password doesn't open it or
+/// would be worked on for too long (see `checkPhraseCost`).
 EvpKey readPrivate(const files::SecretBytes &pem, unsigned char *password);
 
 /// The first public key in PEM text; null when there is none.

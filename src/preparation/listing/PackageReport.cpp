@@ -2,10 +2,25 @@
 
 #include <QJsonDocument>
 
+#include <algorithm>
 #include <cstdio>
 
 namespace preparation
 {
+
+namespace
+{
+
+/// A hostile package must not steer the terminal that its table is printed on.
+QString printable(const std::string &text)
+{
+    QString shown = QString::fromStdString(text);
+    std::replace_if(
+        shown.begin(), shown.end(), [](QChar each) { return !each.isPrint(); }, QLatin1Char('?'));
+    return shown;
+}
+
+}  // namespace
 
 std::string hexOf(ByteView bytes)
 {
@@ -45,8 +60,9 @@ void PackageReport::add(const char *name, const char *title, ByteView bytes)
 
 void PackageReport::add(const char *name, const char *title, const std::string &text)
 {
-    m_object.insert(name, QString::fromStdString(text));
-    m_rows.push_back({title, text});
+    const QString shown = printable(text);
+    m_object.insert(name, shown);
+    m_rows.push_back({title, shown.toStdString()});
 }
 
 void PackageReport::addList(const char *name, const std::string &heading, const QJsonArray &objects,

@@ -37,6 +37,7 @@ public:
     void add(const char *name, const char *title, std::uint32_t number);
     void addHex(const char *name, const char *title, std::uint32_t number);  ///< 0x and 8 digits
     void add(const char *name, const char *title, ByteView bytes);
+    /// @param text  UTF-8 of a package: what can't be printed is shown as a question mark
     void add(const char *name, const char *title, const std::string &text);
 
     /// A list: an array of objects in JSON; for people one of `lists` when it has rows.
