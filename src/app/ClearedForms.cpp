@@ -1,8 +1,10 @@
 #include "app/ClearedForms.h"
 
-#include "workbench/forms/FormRow.h"
+#include "workbench/forms/RowForm.h"
 #include "workbench/forms/Tab.h"
 #include "workbench/frame/CentralWidget.h"
+#include "workbench/widgets/PathEdit.h"
+#include "workbench/widgets/PermissionTable.h"
 
 #include <QAbstractSpinBox>
 #include <QCheckBox>
@@ -50,14 +52,34 @@ QVariant valueOf(const QWidget *widget)
     if (const auto *spin = qobject_cast<const QSpinBox *>(widget)) {
         return spin->value();
     }
+    if (const auto *choice = qobject_cast<const QComboBox *>(widget)) {
+        return choice->currentIndex();
+    }
+    if (const auto *bits = qobject_cast<const workbench::PermissionTable *>(widget)) {
+        QVariantList set;
+        for (const bool bit : bits->bits()) {
+            set << bit;
+        }
+        return set;
+    }
     const auto *check = qobject_cast<const QCheckBox *>(widget);
     return check == nullptr ? QVariant() : QVariant(check->isChecked());
 }
 
 void setValue(QWidget *widget, const QVariant &value)
 {
-    if (auto *edit = qobject_cast<QLineEdit *>(widget)) {
+    if (auto *path = qobject_cast<workbench::PathEdit *>(widget)) {
+        path->setPath(value.toString());
+    } else if (auto *edit = qobject_cast<QLineEdit *>(widget)) {
         edit->setText(value.toString());
+    } else if (auto *choice = qobject_cast<QComboBox *>(widget)) {
+        choice->setCurrentIndex(value.toInt());
+    } else if (auto *bits = qobject_cast<workbench::PermissionTable *>(widget)) {
+        std::vector<bool> set;
+        for (const QVariant &bit : value.toList()) {
+            set.push_back(bit.toBool());
+        }
+        bits->setBits(set);
     } else if (auto *spin = qobject_cast<QSpinBox *>(widget)) {
         spin->setValue(value.toInt());
     } else if (auto *check = qobject_cast<QCheckBox *>(widget)) {
@@ -70,6 +92,9 @@ void setValue(QWidget *widget, const QVariant &value)
 bool areFormsFilled(const CentralWidget &form)
 {
     const auto holdsText = [](const workbench::Tab *tab) {
+        if (tab->page()->findChild<workbench::RowForm *>() == nullptr) {
+            return false;  // clearing leaves it as it is
+        }
         const auto edits = tab->page()->findChildren<QLineEdit *>();
         return std::any_of(edits.begin(), edits.end(), [](const QLineEdit *edit) {
             return !isPartOfAnother(edit) && edit->isEnabled() && !edit->text().isEmpty();
@@ -86,6 +111,24 @@ ClearedForms::ClearedForms(CentralWidget &form) : m_form(form), m_held(inputs())
     }
     form.clearForms();
     m_left = inputs();
+    // A choice that clearing leaves alone, such as a device, is the user's to change meanwhile.
+    const auto isChoice = [](const Input &input) {
+        return qobject_cast<QComboBox *>(input.widget) != nullptr;
+    };
+    std::erase_if(m_left, [&](const Input &left) {
+        return isChoice(left) && valueBefore(left.widget) == left.value;
+    });
+    std::erase_if(m_held, [&](const Input &held) {
+        return isChoice(held) && valueOf(held.widget) == held.value;
+    });
+}
+
+QVariant ClearedForms::valueBefore(const QWidget *widget) const
+{
+    const auto hit = std::ranges::find(m_held, widget, [](const Input &held) {
+        return static_cast<const QWidget *>(held.widget.data());
+    });
+    return hit == m_held.end() ? QVariant() : hit->value;
 }
 
 std::vector<ClearedForms::Input> ClearedForms::inputs() const

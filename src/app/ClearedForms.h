@@ -38,6 +38,7 @@ private:
         workbench::FileRows::Taken taken;
     };
     [[nodiscard]] std::vector<Input> inputs() const;
+    [[nodiscard]] QVariant valueBefore(const QWidget *widget) const;
 
     CentralWidget &m_form;
     std::vector<Files> m_files;

@@ -1,4 +1,5 @@
 #include "app/SettingsFixture.h"
+#include "workbench/widgets/PermissionTable.h"
 
 #include <QAction>
 #include <QComboBox>
@@ -63,13 +64,23 @@ protected:
 TEST_F(ClearedFormsTest, UndoBringsEverythingBackOnceAndAsksNothing)
 {
     const DialogAnswers none;
+    // A choice and a mask that clearing takes back, too.
+    auto *family = widget<QComboBox>(window, "da_family_combo");
+    family->setCurrentIndex(1);
+    auto *bits = window->findChild<workbench::PermissionTable *>();
+    bits->setMask(5);
     const QString before = contents();
     ASSERT_TRUE(before.contains("90000000")) << before.toStdString();
     window->clearAction->trigger();
     EXPECT_FALSE(contents().contains("key.bin"));
     EXPECT_EQ(rows(window, "sfi_firmware_list"), 0);
+    EXPECT_EQ(bits->mask() + static_cast<unsigned>(family->currentIndex()), 0U);
+    widget<QComboBox>(window, "da_usage_combo")->setCurrentIndex(1);
     window->undoAction->trigger();
     EXPECT_EQ(contents(), before);
+    EXPECT_EQ(bits->mask(), 5U);
+    EXPECT_EQ(family->currentIndex(), 1);
+    EXPECT_EQ(widget<QComboBox>(window, "da_usage_combo")->currentIndex(), 1);
     EXPECT_TRUE(canGenerate(window, "sfi_generate_ok"));
     window->undoAction->trigger();
     QCoreApplication::processEvents();

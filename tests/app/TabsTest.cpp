@@ -2,6 +2,7 @@
 #include "app/WindowUnderTest.h"
 #include "workbench/forms/RowForm.h"
 #include "workbench/forms/Tab.h"
+#include "workbench/widgets/PathEdit.h"
 
 #include <QAbstractButton>
 #include <QAction>
@@ -17,6 +18,7 @@
 #include <QTabWidget>
 #include <QTableWidget>
 #include <QTest>
+#include <QTreeView>
 
 #include <gtest/gtest.h>
 
@@ -87,6 +89,30 @@ TEST_F(Tabs, NameTheirWidgetsForProgramsAndForReaders)
                 EXPECT_FALSE(widget->toolTip().isEmpty()) << name;
                 // Whoever can't use a field is told why.
                 EXPECT_TRUE(widget->isEnabled() || widget->toolTip().contains('\n')) << name;
+            }
+        }
+    });
+}
+
+// What goes into a field, what is still missing, and what was made: said by every tab.
+TEST_F(Tabs, SayWhatGoesInAndWhatIsMissing)
+{
+    forEachTab([](const Tab &tab) {
+        const auto *missing = tab.page()->findChild<QLabel *>(tab.key() + "_missing_label");
+        ASSERT_NE(missing, nullptr);
+        EXPECT_TRUE(missing->isVisibleTo(missing->parentWidget()));
+        EXPECT_TRUE(missing->text().startsWith("Still missing: <a href="));
+        for (const QWidget *widget : interactive(tab)) {
+            const std::string name = widget->objectName().toStdString();
+            const auto *edit = qobject_cast<const QLineEdit *>(widget);
+            if (edit != nullptr && edit->text().isEmpty()) {
+                EXPECT_FALSE(edit->placeholderText().isEmpty()) << name;
+            }
+            if (edit != nullptr && !edit->isReadOnly() && name.ends_with("output_edit")) {
+                EXPECT_NE(qobject_cast<const PathEdit *>(edit), nullptr) << name;
+            }
+            if (isOneOf<QTableView, QTreeView>(widget)) {
+                EXPECT_GE(widget->actions().size(), 2) << name << " can't be copied";
             }
         }
     });

@@ -10,7 +10,9 @@
 #include "workbench/tabs/ob/ObForm.h"
 #include "workbench/tabs/ob/RegisterTree.h"
 
+#include <QAction>
 #include <QApplication>
+#include <QClipboard>
 #include <QComboBox>
 #include <QElapsedTimer>
 #include <QLabel>
@@ -311,6 +313,7 @@ TEST_F(ObTabTest, WrittenFileGoesToTheSfiTabsUntilAnEdit)
 {
     choose(8);
     const QString path = generate("ob.csv");
+    EXPECT_FALSE(find<QPushButton>("ob_show")->isHidden());
     click("ob_useInSfi_ok");
     EXPECT_EQ(find<QLineEdit>("sfi_optionBytes_edit")->text(), path);
     EXPECT_EQ(find<QLineEdit>("sfix_optionBytes_edit")->text(), path);
@@ -318,6 +321,12 @@ TEST_F(ObTabTest, WrittenFileGoesToTheSfiTabsUntilAnEdit)
     QTest::mouseClick(field("ACCLVL", "REGRESS"), Qt::LeftButton);
     EXPECT_EQ(value("ACCLVL"), "0x000001aa") << "clearing leaves the device usable";
     EXPECT_FALSE(find<QPushButton>("ob_useInSfi_ok")->isEnabled());
+    EXPECT_TRUE(find<QPushButton>("ob_show")->isHidden());
+    find<QTreeWidget>("ob_registers_tree")->actions()[1]->trigger();
+    const QStringList lines = QApplication::clipboard()->text().split('\n');
+    EXPECT_EQ(lines[0], "Register\tAddress\tValue\tChanged");
+    EXPECT_EQ(lines[2].section('\t', 0, 2), "ACCLVL\t0x40050000\t0x000001aa");
+    EXPECT_NE(lines[3].section('\t', 0, 0), "") << "the row of a bit table has no text";
     form.displayWB_Tabs();
     form.displaySFI_Tabs();
     EXPECT_EQ(value("ACCLVL"), "0x000001aa");

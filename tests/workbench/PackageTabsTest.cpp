@@ -52,6 +52,11 @@ TEST_F(SmiTabTest, MakesTheModuleAndTheClearFile)
     EXPECT_EQ(cells("imageInfo_segments")[1], "Security version|" + QString("76").repeated(16));
     EXPECT_EQ(ScratchFolder::contents(folder.path("o.smi")).substr(0, 8), "SMIMAGIC");
     EXPECT_EQ(ScratchFolder::contents(folder.path("clear.elf")).substr(1, 3), "ELF");
+    auto *shows = widget<QPushButton>("imageInfo_show");
+    EXPECT_FALSE(shows->isHidden());
+    EXPECT_TRUE(shows->toolTip().contains("o.smi"));
+    form.clearForms();
+    EXPECT_TRUE(shows->isHidden()) << "nothing is shown any more";
 }
 
 TEST_F(SmiTabTest, AllFindingsAreToldInOrderAndTheLastStopsTheWork)

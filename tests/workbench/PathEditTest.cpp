@@ -2,6 +2,7 @@
 #include "support/ScratchFolder.h"
 #include "workbench/widgets/PathText.h"
 
+#include <QAction>
 #include <QApplication>
 #include <QDir>
 #include <QFocusEvent>
@@ -54,6 +55,8 @@ TEST(PathEdit, RemembersWhatWasChosenAndShowsTheEndOfALongPath)
     const QString path = "/" + QString("folder/").repeated(40) + "key.bin";
     PathEdit edit(QStringLiteral("chosen"), PathEdit::Use::Input, nullptr);
     edit.setPath(path);
+    EXPECT_TRUE(RecentPaths::instance().of("chosen").isEmpty()) << "of a settings file, say";
+    edit.choose(path);
     EXPECT_EQ(RecentPaths::instance().of("chosen"), QStringList(path));
     edit.home(false);
     QFocusEvent menu(QEvent::FocusOut, Qt::PopupFocusReason);
@@ -62,6 +65,19 @@ TEST(PathEdit, RemembersWhatWasChosenAndShowsTheEndOfALongPath)
     QFocusEvent left(QEvent::FocusOut, Qt::TabFocusReason);
     QApplication::sendEvent(&edit, &left);
     EXPECT_EQ(edit.cursorPosition(), path.size());
+}
+
+TEST(PathEdit, AFileThatWasTypedIsRememberedAsItIsMeant)
+{
+    const ScratchFolder scratch;
+    const QString there = scratch.file("a.bin", std::string_view("x"));
+    PathEdit edit(QStringLiteral("typed"), PathEdit::Use::Input, nullptr);
+    for (const QString &typed : {there + ' ', scratch.path("gone.bin")}) {
+        edit.clear();
+        QTest::keyClicks(&edit, typed);
+        QTest::keyClick(&edit, Qt::Key_Return);
+    }
+    EXPECT_EQ(RecentPaths::instance().of("typed"), QStringList(there));
 }
 
 TEST(PathEdit, OnlyAMissingInputIsMarked)
@@ -73,7 +89,7 @@ TEST(PathEdit, OnlyAMissingInputIsMarked)
         const auto hasSign = [&edit](const QString &path) {
             edit.setPath(path);
             QTest::qWait(400);
-            return !edit.actions().isEmpty();
+            return !edit.actions().isEmpty() && edit.actions().first()->isVisible();
         };
         EXPECT_EQ(hasSign(scratch.path("gone.bin")), use == PathEdit::Use::Input);
         EXPECT_FALSE(hasSign(there));
@@ -91,6 +107,7 @@ TEST(PathCompletions, AreRecentPathsAndWhatLiesInTheFolder)
     EXPECT_EQ(pathCompletions(scratch.path("key"), recent),
               (QStringList{scratch.path("Key1.bin"), scratch.path("keys") + '/'}));
     EXPECT_EQ(pathCompletions(QString(), recent), recent);
+    EXPECT_EQ(pathCompletions("./k", {}, scratch.path("")), (QStringList{"./keys/", "./Key1.bin"}));
 }
 
 TEST(RecentPaths, KeepTheLastTenOfEachKindThroughASaveAndARestore)

@@ -3,9 +3,11 @@
 #include "workbench/forms/SavedGroup.h"
 #include "workbench/widgets/InfoPane.h"
 #include "workbench/widgets/InfoTabs.h"
+#include "workbench/widgets/PathText.h"
 #include "workbench/widgets/TypedSpinBox.h"
 
 #include <QAction>
+#include <QDir>
 #include <QElapsedTimer>
 #include <QTest>
 
@@ -46,6 +48,27 @@ TEST_F(Rows, HundredsAreLaidOutOnce)
     QCoreApplication::processEvents();
     EXPECT_LT(watch.elapsed(), 1500);
     EXPECT_EQ(form.edit("r798")->objectName(), "x_r798_edit");
+}
+
+TEST_F(Rows, APathIsReadAsMeantAndAChosenOneRemembered)
+{
+    FormRow file = row("f", RowKind::File, "File");
+    form.addRows({file, row("t", RowKind::Text, "Text")});
+    QStringList settled;
+    QObject::connect(&form, &RowForm::pathSettled, [&](const QString &name, bool isTyped) {
+        settled << name + (isTyped ? " typed" : "");
+    });
+    form.edit("t")->setText(" a ");
+    EXPECT_EQ(form.text("t"), " a ");
+    QTest::keyClicks(form.edit("f"), " ~/a ");
+    EXPECT_TRUE(settled.isEmpty()) << "nothing is read between two letters";
+    EXPECT_EQ(form.text("f"), QDir::homePath() + "/a") << "also before the field is left";
+    form.choosePath("f", "/b ");
+    EXPECT_EQ(form.text("f"), "/b ");
+    EXPECT_EQ(RecentPaths::instance().of("f"), QStringList("/b "));
+    QTest::keyClicks(form.edit("f"), "c");
+    QTest::keyClick(form.edit("f"), Qt::Key_Return);
+    EXPECT_EQ(settled, (QStringList{"f", "f typed"}));
 }
 
 TEST_F(Rows, AShortcutShowsTheFieldThatItLeadsTo)

@@ -6,6 +6,7 @@
 
 #include <QFileDialog>
 #include <QFileInfo>
+#include <QScopedValueRollback>
 
 namespace workbench
 {
@@ -54,7 +55,33 @@ void FormTab::putPath(const QString &row, const QString &path)
     if (const auto shared = m_form->row(row)->shared) {
         context().share(*shared, path);
     } else {
-        m_form->setText(row, path);
+        m_form->choosePath(row, path);
+    }
+}
+
+void FormTab::whenPathSettles(const QString &row, std::function<void(const QString &)> show)
+{
+    connect(m_form, &RowForm::pathSettled, this,
+            [this, row, show = std::move(show)](const QString &settled, bool isTyped) {
+                if (settled == row && !m_isRestoring) {
+                    const QString path = m_form->text(row);
+                    show(isTyped || QFileInfo(path).isFile() ? path : QString());
+                }
+            });
+}
+
+void FormTab::saveTexts(SavedGroup &group, std::span<const SavedText> texts) const
+{
+    for (const SavedText &each : texts) {
+        group.set(QLatin1String(each.key), m_form->text(each.row));
+    }
+}
+
+void FormTab::restoreTexts(const SavedGroup &group, std::span<const SavedText> texts)
+{
+    const QScopedValueRollback<bool> restoring(m_isRestoring, true);
+    for (const SavedText &each : texts) {
+        m_form->setText(each.row, group.text(QLatin1String(each.key)));
     }
 }
 

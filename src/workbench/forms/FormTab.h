@@ -2,6 +2,9 @@
 #include "workbench/forms/RowForm.h"
 #include "workbench/forms/Tab.h"
 
+#include <functional>
+#include <span>
+
 namespace workbench
 {
 
@@ -13,6 +16,12 @@ class FormTab : public Tab
     Q_OBJECT
 
 public:
+    /// A text row or file row and its key in the settings file.
+    struct SavedText {
+        const char *key;
+        QString row;
+    };
+
     FormTab(const TabName &name, QWidget *page, FormContext &context);
 
     [[nodiscard]] RowForm *form() const { return m_form; }
@@ -30,8 +39,17 @@ protected:
     /// Puts a path into a row: in this tab or, of a shared row, in all.
     void putPath(const QString &row, const QString &path);
 
+    /// Shows what a file row names, once its path is whole: not between two letters, and not while
+    /// texts are restored.
+    /// @param show  gets the path; an empty one for a path that was set and names no file
+    void whenPathSettles(const QString &row, std::function<void(const QString &path)> show);
+
+    void saveTexts(SavedGroup &group, std::span<const SavedText> texts) const;
+    void restoreTexts(const SavedGroup &group, std::span<const SavedText> texts);
+
 private:
     RowForm *m_form;
+    bool m_isRestoring = false;
 };
 
 }  // namespace workbench

@@ -3,6 +3,7 @@
 #include "workbench/forms/ListGrip.h"
 #include "workbench/widgets/FieldNames.h"
 #include "workbench/widgets/FocusView.h"
+#include "workbench/widgets/MissingLine.h"
 
 #include <QAction>
 #include <QDialogButtonBox>
@@ -11,6 +12,7 @@
 #include <QVBoxLayout>
 
 #include <algorithm>
+#include <memory>
 #include <utility>
 
 namespace workbench
@@ -41,7 +43,7 @@ QWidget *target(QWidget *input)
 
 RowForm::RowForm(const QString &key, QWidget *parent)
     : QWidget(parent), m_key(key), m_scroll(new QScrollArea(this)), m_foot(new QWidget(this)),
-      m_missingLine(new QLabel(m_foot))
+      m_missingLine(new MissingLine(key, m_foot))
 {
     m_scroll->setFrameShape(QFrame::NoFrame);
     m_scroll->setWidgetResizable(true);
@@ -50,13 +52,7 @@ RowForm::RowForm(const QString &key, QWidget *parent)
     keepFocusInView(m_scroll);
     buildPage();
 
-    nameWidget(m_missingLine, m_key + QStringLiteral("_missing_label"), tr("Still missing"));
-    m_missingLine->setTextFormat(Qt::RichText);
-    m_missingLine->setWordWrap(true);
-    m_missingLine->setTextInteractionFlags(Qt::LinksAccessibleByMouse |
-                                           Qt::LinksAccessibleByKeyboard);
-    m_missingLine->hide();
-    connect(m_missingLine, &QLabel::linkActivated, this, &RowForm::focusRow);
+    connect(m_missingLine, &MissingLine::chosen, this, &RowForm::focusRow);
     auto *foot = new QHBoxLayout(m_foot);
     foot->setContentsMargins(kMargin, 0, kMargin, kMargin);
     foot->addWidget(m_missingLine, 1);
@@ -105,7 +101,7 @@ void RowForm::removeRows()
     if (m_spare != nullptr) {
         m_spare->setParent(this);
     }
-    delete m_scroll->takeWidget();
+    const std::unique_ptr<QWidget> old(m_scroll->takeWidget());
     buildPage();
     m_page->show();
 }
@@ -333,18 +329,15 @@ void RowForm::holdGenerate(const QString &row)
 
 void RowForm::showMissing(const QList<MissingInput> &missing)
 {
-    QStringList links;
+    QList<MissingLine::Input> inputs;
     for (const MissingInput &each : missing) {
         if (const Line *line = find(each.row)) {
-            const QString noun = line->row.noun.isEmpty()
-                                     ? withoutMnemonic(line->row.label).trimmed()
-                                     : line->row.noun;
-            links << QStringLiteral("<a href=\"%1\">%2</a>")
-                         .arg(each.row.toHtmlEscaped(), noun.toHtmlEscaped());
+            inputs.append({each.row, line->row.noun.isEmpty()
+                                         ? withoutMnemonic(line->row.label).trimmed()
+                                         : line->row.noun});
         }
     }
-    m_missingLine->setText(tr("Still missing: %1").arg(links.join(QStringLiteral(", "))));
-    m_missingLine->setVisible(!links.isEmpty());
+    m_missingLine->tell(inputs);
 }
 
 void RowForm::report(const QString &row)
@@ -413,6 +406,9 @@ QPushButton *RowForm::button(const QString &name, const QString &role) const
 
 QString RowForm::text(const QString &name) const
 {
+    if (const FileField *field = file(name)) {
+        return field->path();
+    }
     if (const QLineEdit *line = edit(name)) {
         return line->text();
     }
@@ -446,11 +442,20 @@ void RowForm::setDefaultName(const QString &name, const QString &fileName)
 
 void RowForm::setText(const QString &name, const QString &text)
 {
-    if (QLineEdit *line = edit(name)) {
+    if (FileField *field = file(name)) {
+        field->setPath(text);
+    } else if (QLineEdit *line = edit(name)) {
         line->setText(text);
     } else if (QLabel *note = input<QLabel>(name)) {
         note->setText(text);
         setRowVisible(name, !text.isEmpty());
+    }
+}
+
+void RowForm::choosePath(const QString &name, const QString &path)
+{
+    if (FileField *field = file(name)) {
+        field->choose(path);
     }
 }
 
@@ -511,7 +516,7 @@ void RowForm::takeShared(SharedField field, const QString &path)
 {
     for (const Line &line : m_lines) {
         if (line.row.shared == field) {
-            setText(line.row.name, path);
+            choosePath(line.row.name, path);
         }
     }
 }

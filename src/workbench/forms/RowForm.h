@@ -21,6 +21,8 @@
 namespace workbench
 {
 
+class MissingLine;
+
 /// A form made of a list of rows, whoever wrote the list: scrolling rows above, the "Generate"
 /// button and what is still missing below. It knows how rows look, and none by its name.
 class RowForm : public QWidget
@@ -64,7 +66,8 @@ public:
     /// @return null when the row has no button of that role
     [[nodiscard]] QPushButton *button(const QString &name, const QString &role) const;
 
-    /// Text of a text or file row, entry of a choice; empty for all others.
+    /// Text of a text row, path of a file row as it is meant, entry of a choice; empty for all
+    /// others.
     [[nodiscard]] QString text(const QString &name) const;
     /// Another label for a row, and for what is said of its input and buttons.
     void setLabel(const QString &name, const QString &label);
@@ -72,6 +75,8 @@ public:
     void setDefaultName(const QString &name, const QString &fileName);
     /// Of a text or file row, or of a note, which is hidden while empty.
     void setText(const QString &name, const QString &text);
+    /// A path that the user has chosen for a file row; fields of its kind propose it from now on.
+    void choosePath(const QString &name, const QString &path);
 
     // Each does nothing when the form has no such row.
     void setRowVisible(const QString &name, bool visible);
@@ -94,6 +99,9 @@ public:
 
 signals:
     void edited(const QString &row);
+    /// A file row has its path whole: it was set, or the typing has ended.
+    /// @param isTyped  an empty or missing path that was typed is for its tab to report
+    void pathSettled(const QString &row, bool isTyped);
     void buttonPressed(const QString &row, const QString &role);
 
 private:
@@ -133,6 +141,7 @@ private:
     void placeSeparator(Line &line);
     void addButtons(Line &line);
     void watchText(const QString &name, QLineEdit *edit);
+    void watchPath(const QString &name, QLineEdit *edit);
     void showFault(Line &line);
     void alignColumns();
     void showGrips();
@@ -150,7 +159,7 @@ private:
     QGridLayout *m_grid = nullptr;
     int m_spareLine = 0;  ///< takes the height that no row wants
     QWidget *m_foot;
-    QLabel *m_missingLine;
+    MissingLine *m_missingLine;
     QPushButton *m_generate = nullptr;
     QWidget *m_spare = nullptr;
     std::vector<Line> m_lines;

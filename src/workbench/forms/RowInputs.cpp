@@ -2,6 +2,7 @@
 #include "workbench/forms/RowForm.h"
 #include "workbench/widgets/FieldNames.h"
 #include "workbench/widgets/SelectedRow.h"
+#include "workbench/widgets/TableCopy.h"
 #include "workbench/widgets/TypedSpinBox.h"
 
 #include <QAction>
@@ -82,6 +83,7 @@ QWidget *RowForm::makeFile(Line &line)
         }
     }
     watchText(row.name, field->edit());
+    watchPath(row.name, field->edit());
     return field;
 }
 
@@ -136,6 +138,22 @@ void RowForm::watchText(const QString &name, QLineEdit *edit)
     });
 }
 
+void RowForm::watchPath(const QString &name, QLineEdit *edit)
+{
+    connect(edit, &QLineEdit::textChanged, this, [this, name, edit](const QString &text) {
+        const bool isLast = text == edit->text();  // a pasted address becomes its path on the way
+        if (isLast && !edit->isModified()) {
+            emit pathSettled(name, false);
+        }
+    });
+    connect(edit, &QLineEdit::editingFinished, this, [this, name, edit] {
+        if (edit->isModified()) {
+            edit->setModified(false);
+            emit pathSettled(name, true);
+        }
+    });
+}
+
 QWidget *RowForm::makeNumber(const FormRow &row)
 {
     QSpinBox *box = row.takesAnyText ? new TypedSpinBox(m_page) : new QSpinBox(m_page);
@@ -155,6 +173,7 @@ QWidget *RowForm::makeTable(const FormRow &row)
     table->setEditTriggers(QAbstractItemView::NoEditTriggers);
     table->setSelectionBehavior(QAbstractItemView::SelectRows);
     table->setItemDelegate(new SelectedRowDelegate(table));
+    makeCopyable(table);
     nameWidget(table, nameOf(row, "_table"), withoutMnemonic(row.label));
     return table;
 }

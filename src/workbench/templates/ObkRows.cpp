@@ -2,12 +2,15 @@
 
 #include "obk/Choices.h"
 #include "obk/ImageCommand.h"
+#include "workbench/widgets/Drops.h"
 #include "workbench/widgets/FieldNames.h"
 #include "workbench/widgets/FocusView.h"
 #include "workbench/widgets/PermissionTable.h"
 
 #include <QCheckBox>
 #include <QComboBox>
+#include <QDragEnterEvent>
+#include <QDropEvent>
 #include <QGridLayout>
 #include <QLabel>
 #include <QLineEdit>
@@ -27,6 +30,7 @@ enum Column { kLabel, kField, kUnit, kNote };
 
 constexpr std::size_t kPartRows = 100;
 constexpr int kLabelWidth = 150;  // pixels
+constexpr const char *kItemProperty = "templateItem";
 
 std::vector<PermissionBit> permissionBits()
 {
@@ -170,7 +174,32 @@ void ObkRows::addRow(const ObDataItem &item, int index)
 void ObkRows::lock(ObkRow &row)
 {
     row.field->setEnabled(false);
-    row.field->setToolTip(tr("The template fixes this value"));
+}
+
+/// Every input says what it is, and a locked one why it is locked.
+void ObkRows::explain(const ObkRow &row, const ObDataItem &item)
+{
+    QStringList lines{item.tooltip.value_or(QString())};
+    if (lines.first().isEmpty()) {
+        const QString unit = unitText(item);
+        lines = QStringList(unit.isEmpty() ? item.nameText() : item.nameText() + ": " + unit);
+    }
+    if (item.isLocked) {
+        lines << tr("The template fixes this value");
+    } else if (item.kind == obk::ItemKind::File) {
+        lines << tr("\"Open\" chooses the file; it can be dropped here, too");
+    }
+    const QString tip = plainToolTip(lines.join('\n'));
+    for (QWidget *const input :
+         {static_cast<QWidget *>(row.edit), static_cast<QWidget *>(row.check),
+          static_cast<QWidget *>(row.combo)}) {
+        if (input != nullptr) {
+            input->setToolTip(tip);
+        }
+    }
+    if (row.edit != nullptr) {
+        row.edit->setPlaceholderText(item.isParam ? tr("Left out while empty") : unitText(item));
+    }
 }
 
 void ObkRows::addText(ObkRow &row, const ObDataItem &item)
@@ -251,7 +280,10 @@ void ObkRows::addFile(ObkRow &row, const ObDataItem &item)
     const QString name = item.nameText();
     row.edit = new QLineEdit(item.text(), row.field);
     nameWidget(row.edit, objectName(item, "edit"), name);
-    row.edit->setEnabled(false);  // a path changes through "Open" alone
+    row.edit->setEnabled(false);  // a path isn't typed here
+    row.field->setAcceptDrops(true);
+    row.field->setProperty(kItemProperty, row.item);
+    row.field->installEventFilter(this);
     const std::size_t at = m_rows.size();
     connect(row.edit, &QLineEdit::textChanged, this, [this, at] { check(at); });
     row.open = new QPushButton(tr("Open"), row.field);
@@ -281,6 +313,7 @@ void ObkRows::addRegenerate(ObkRow &row, const ObDataItem &item, QHBoxLayout *li
     row.keyType->addItems(item.keyType.value_or(QString()).split(QLatin1Char(',')));
     row.regenerate = new QPushButton(tr("Regenerate"), row.field);
     nameWidget(row.regenerate, name, name + QLatin1String(" Regenerate"));
+    row.keyType->setToolTip(tr("The kind of key that \"Regenerate\" makes"));
     row.regenerate->setToolTip(tr("Makes a new key pair; an old key is kept under another name"));
     line->addWidget(row.keyType, 1);
     line->addWidget(row.regenerate);
@@ -312,14 +345,7 @@ void ObkRows::place(ObkRow &row, const ObDataItem &item)
     row.note->setObjectName(objectName(item, "note"));
     row.note->setTextFormat(Qt::PlainText);
     row.note->setMinimumWidth(120);
-    const QString tip = plainToolTip(item.tooltip.value_or(QString()));
-    for (QWidget *const input :
-         {static_cast<QWidget *>(row.edit), static_cast<QWidget *>(row.check),
-          static_cast<QWidget *>(row.combo)}) {
-        if (input != nullptr && item.tooltip) {
-            input->setToolTip(tip);
-        }
-    }
+    explain(row, item);
     const bool isTall = item.kind == obk::ItemKind::File && !item.isParam;
     const auto middle = isTall ? Qt::AlignTop : Qt::AlignVCenter;
     for (QLabel *const text : {label, unit, row.note}) {
@@ -333,6 +359,34 @@ void ObkRows::place(ObkRow &row, const ObDataItem &item)
     if (row.permissions != nullptr) {
         m_grid->addWidget(row.permissions, line + 1, kField, 1, kNote - kField + 1);
     }
+}
+
+void ObkRows::setFile(ObkRow &row, const QString &path)
+{
+    row.edit->setText(path);
+    row.keptAs.clear();
+    setNote(row, {}, false);
+}
+
+bool ObkRows::eventFilter(QObject *watched, QEvent *event)
+{
+    const QVariant item = watched->property(kItemProperty);
+    ObkRow *const target = item.isValid() ? row(item.toInt()) : nullptr;
+    if (event->type() == QEvent::DragEnter && target != nullptr) {
+        auto *const drag = static_cast<QDragEnterEvent *>(event);
+        drag->setAccepted(droppedFiles(*drag->mimeData()).size() == 1);
+        return true;
+    }
+    if (event->type() == QEvent::Drop && target != nullptr) {
+        auto *const drop = static_cast<QDropEvent *>(event);
+        const QStringList paths = droppedFiles(*drop->mimeData());
+        if (paths.size() == 1) {
+            setFile(*target, paths.first());
+            drop->acceptProposedAction();
+        }
+        return true;
+    }
+    return QScrollArea::eventFilter(watched, event);
 }
 
 void ObkRows::leadFocusTo(std::initializer_list<QWidget *> following) const
@@ -407,10 +461,13 @@ void ObkRows::applySelectors(obk::Template &model)
         const bool isOn = obk::isSwitchedOn(wanted, selectors);
         row.edit->setEchoMode(isOn ? QLineEdit::Normal : QLineEdit::NoEcho);
         row.edit->setEnabled(isOn);
-        row.edit->setToolTip(plainToolTip(
-            isOn ? item.tooltip.value_or(QString())
-                 : tr("Off. \"%1\" set to \"%2\" switches it on.")
-                       .arg(obk::findSelector(wanted, selectors)->name, wanted.value)));
+        if (isOn) {
+            explain(row, item);
+        } else {
+            row.edit->setToolTip(
+                plainToolTip(tr("Off. \"%1\" set to \"%2\" switches it on.")
+                                 .arg(obk::findSelector(wanted, selectors)->name, wanted.value)));
+        }
     }
 }
 

@@ -45,8 +45,14 @@ public:
     /// Looks again at the files that rows name, but for rows that tell of an old key.
     void checkFiles();
 
+    /// Puts a chosen path into a file row; an old key of it is forgotten.
+    void setFile(ObkRow &row, const QString &path);
+
     /// Puts a sentence beside a row; instead of an empty one stands what is wrong with the field.
     void setNote(ObkRow &row, const QString &note, bool canRestore);
+
+protected:
+    bool eventFilter(QObject *watched, QEvent *event) override;
 
 signals:
     void fieldChanged();  ///< any of them
@@ -66,6 +72,7 @@ private:
     void addRegenerate(ObkRow &row, const ObDataItem &item, QHBoxLayout *line);
     void addClear(ObkRow &row, const ObDataItem &item, QHBoxLayout *line);
     static void lock(ObkRow &row);
+    static void explain(const ObkRow &row, const ObDataItem &item);
     void place(ObkRow &row, const ObDataItem &item);
     void startPart();
     void alignParts() const;

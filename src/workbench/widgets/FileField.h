@@ -31,6 +31,7 @@ public:
 
     [[nodiscard]] QString path() const { return m_edit->path(); }
     void setPath(const QString &path) { m_edit->setPath(path); }
+    void choose(const QString &path) { m_edit->choose(path); }  ///< as `PathEdit::choose`
     [[nodiscard]] QLabel *label() const { return m_label; }
     [[nodiscard]] PathEdit *edit() const { return m_edit; }
 

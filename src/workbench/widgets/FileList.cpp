@@ -32,6 +32,9 @@ FileList::FileList(const QString &name, const QString &label, QWidget *parent)
     nameWidget(m_add, name + QStringLiteral("_add"), plain + ' ' + m_add->text());
     nameWidget(m_remove, name + QStringLiteral("_remove"), plain + ' ' + m_remove->text());
     m_remove->setEnabled(false);
+    m_add->setToolTip(tr("Adds files; they can be dropped on the list, too"));
+    m_remove->setToolTip(tr("Takes the selected files off the list\nDelete does the same; while "
+                            "none is selected, there is nothing to take off"));
     setFocusProxy(m_view);
 
     m_view->setModel(m_rows.model());

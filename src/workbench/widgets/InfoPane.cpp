@@ -2,6 +2,7 @@
 
 #include "workbench/widgets/FieldNames.h"
 #include "workbench/widgets/SelectedRow.h"
+#include "workbench/widgets/ShowInFolder.h"
 #include "workbench/widgets/TableCopy.h"
 
 #include <QFontDatabase>
@@ -55,7 +56,7 @@ QTableWidgetItem *makeItem(const QString &text)
 
 InfoPane::InfoPane(const QString &name, const QString &title, const PaneContents &contents,
                    QWidget *parent)
-    : QWidget(parent), m_start(contents), m_spokenTitle(title),
+    : QWidget(parent), m_start(contents), m_name(name), m_spokenTitle(title),
       m_overview(makeTable(name + QStringLiteral("_table"), title, this)),
       m_title(new QLabel(this)),
       m_details(makeTable(name + QStringLiteral("_segments"), title, this)),
@@ -99,8 +100,28 @@ int InfoPane::selectedRow() const
     return ranges.isEmpty() ? -1 : ranges.first().topRow();
 }
 
+void InfoPane::showMade(const QString &path, const PaneContents &contents)
+{
+    show(contents);
+    if (m_made == nullptr) {
+        m_made = new ShowInFolder(m_name + QStringLiteral("_show"), m_spokenTitle, this);
+        auto *column = static_cast<QVBoxLayout *>(layout());
+        column->insertWidget(column->indexOf(m_overview) + 1, m_made, 0, Qt::AlignRight);
+        setTabOrder(m_overview, m_made);
+    }
+    m_made->offer(path);
+}
+
+void InfoPane::withdrawMade()
+{
+    if (m_made != nullptr) {
+        m_made->withdraw();
+    }
+}
+
 void InfoPane::show(const PaneContents &contents)
 {
+    withdrawMade();
     showOverview(contents.overview);
     showDetails(contents.details);
     showMap(contents.map);
@@ -108,6 +129,7 @@ void InfoPane::show(const PaneContents &contents)
 
 void InfoPane::clearContents()
 {
+    withdrawMade();
     m_overview->clearContents();
     m_details->setRowCount(0);
     m_map->setContents({});

@@ -9,6 +9,8 @@
 namespace workbench
 {
 
+class ShowInFolder;
+
 /// An overview table, a title, a details table, and a map of the memory that is used; all cells
 /// are read-only. The selected row and the chosen block of the map are the same.
 class InfoPane : public QWidget
@@ -23,6 +25,9 @@ public:
              QWidget *parent);
 
     void show(const PaneContents &contents);
+
+    /// Shows a file that was just made, and "Show in folder" until something else is shown.
+    void showMade(const QString &path, const PaneContents &contents);
 
     /// Empties the cells of the overview and drops all rows of the details; headings stay.
     void clearContents();
@@ -50,11 +55,14 @@ private:
     void fitColumns(const QStringList &columns);
     void showMap(const MapContents &contents);
     void connectMap();
+    void withdrawMade();
 
     PaneContents m_start;
+    QString m_name;
     QString m_spokenTitle;
     QTableWidget *m_overview;
     QLabel *m_title;
+    ShowInFolder *m_made = nullptr;  ///< once something was made
     QTableWidget *m_details;
     MemoryMap *m_map;
 };

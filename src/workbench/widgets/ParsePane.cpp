@@ -1,6 +1,7 @@
 #include "workbench/widgets/ParsePane.h"
 
-#include "workbench/widgets/FileChoice.h"
+#include "workbench/widgets/FieldNames.h"
+#include "workbench/widgets/ShowInFolder.h"
 
 #include <QVBoxLayout>
 
@@ -11,9 +12,7 @@ ParsePane::ParsePane(const QString &tab, const QString &title, const PaneContent
                      QWidget *parent)
     : QWidget(parent),
       m_field(new FileField(tab + QStringLiteral("_parse"), tr("&Parse sfi, ssfi, mcsv file"),
-                            {{QStringLiteral("browse"), tr("Browse")},
-                             {QStringLiteral("show"), tr("Show in folder")}},
-                            this)),
+                            {{QStringLiteral("browse"), tr("Browse")}}, this)),
       m_info(new InfoPane(tab + QStringLiteral("_imageInfo"), title, contents, this))
 {
     auto *head = new QHBoxLayout;
@@ -28,16 +27,16 @@ ParsePane::ParsePane(const QString &tab, const QString &title, const PaneContent
     layout->addWidget(m_info, 1);
     connect(m_field->button(QStringLiteral("browse")), &QPushButton::clicked, this,
             &ParsePane::browseRequested);
-    QPushButton *show = m_field->button(QStringLiteral("show"));
-    show->hide();
-    connect(show, &QPushButton::clicked, this, [this] { showInFolder(m_field->path()); });
-    connect(m_field, &FileField::pathChanged, show, &QPushButton::hide);
+    m_made = new ShowInFolder(tab + QStringLiteral("_parse_show"),
+                              withoutMnemonic(m_field->label()->text()), this);
+    head->addWidget(m_made);
+    connect(m_field, &FileField::pathChanged, m_made, &ShowInFolder::withdraw);
 }
 
 void ParsePane::showMade(const QString &path)
 {
     m_field->setPath(path);
-    m_field->button(QStringLiteral("show"))->show();
+    m_made->offer(path);
 }
 
 }  // namespace workbench

@@ -5,6 +5,8 @@
 namespace workbench
 {
 
+class ShowInFolder;
+
 /// The pane that shows an existing image: its path with "Browse", and what stands in it.
 class ParsePane : public QWidget
 {
@@ -30,6 +32,7 @@ signals:
 private:
     FileField *m_field;
     InfoPane *m_info;
+    ShowInFolder *m_made = nullptr;
 };
 
 }  // namespace workbench

@@ -52,16 +52,27 @@ void PathEdit::setPath(const QString &path)
 {
     m_given = path;
     setText(path);
+}
+
+void PathEdit::choose(const QString &path)
+{
+    setPath(path);
     RecentPaths::instance().add(m_kind, path);
+}
+
+QString PathEdit::absolutePath() const
+{
+    return QDir::cleanPath(QDir(m_base).absoluteFilePath(path()));
 }
 
 void PathEdit::clean()
 {
     const QString meant = path();
+    const bool isTyped = isModified();
     if (meant != text()) {
         setText(meant);
     }
-    if (!meant.isEmpty() && isModified() && QFileInfo(meant).isFile()) {
+    if (!meant.isEmpty() && isTyped && QFileInfo(absolutePath()).isFile()) {
         RecentPaths::instance().add(m_kind, meant);
     }
 }
@@ -75,20 +86,17 @@ void PathEdit::offer(const QString &text)
         setCompleter(m_completer);
         m_completer->popup()->setAccessibleName(tr("Paths that fit"));
     }
-    m_offers->setStringList(pathCompletions(text, RecentPaths::instance().of(m_kind)));
+    m_offers->setStringList(pathCompletions(text, RecentPaths::instance().of(m_kind), m_base));
     m_completer->complete();
 }
 
 void PathEdit::markMissing()
 {
-    const QString shown = path();
-    const bool isMissing = m_use == Use::Input && !shown.isEmpty() && !QFileInfo(shown).isFile();
-    if (isMissing == (m_missing != nullptr)) {
-        return;
+    m_isMissing = m_use == Use::Input && !path().isEmpty() && !QFileInfo(absolutePath()).isFile();
+    if (m_missing != nullptr) {
+        m_missing->setVisible(m_isMissing);
     }
-    if (!isMissing) {
-        delete m_missing;
-        m_missing = nullptr;
+    if (!m_isMissing || m_missing != nullptr) {
         return;
     }
     m_missing = addAction(style()->standardIcon(QStyle::SP_MessageBoxWarning), TrailingPosition);
@@ -103,9 +111,8 @@ void PathEdit::markMissing()
 
 bool PathEdit::event(QEvent *event)
 {
-    if (event->type() == QEvent::ToolTip && m_missing != nullptr) {
-        QStringList lines{
-            tr("There is no such file: %1").arg(QFileInfo(path()).absoluteFilePath())};
+    if (event->type() == QEvent::ToolTip && m_isMissing) {
+        QStringList lines{tr("There is no such file: %1").arg(absolutePath())};
         if (!toolTip().isEmpty()) {
             lines << toolTip();
         }
@@ -129,7 +136,7 @@ void PathEdit::dropEvent(QDropEvent *event)
 {
     const QStringList paths = droppedFiles(*event->mimeData());
     if (!paths.isEmpty()) {
-        setPath(paths.first());
+        choose(paths.first());
         event->acceptProposedAction();
         return;
     }

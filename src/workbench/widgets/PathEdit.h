@@ -29,6 +29,11 @@ public:
 
     /// Shows a path as it is.
     void setPath(const QString &path);
+    /// The same for one that the user has chosen, which fields of this kind then propose.
+    void choose(const QString &path);
+
+    /// The folder that relative paths count from; without one the program's own.
+    void setBase(const QString &folder) { m_base = folder; }
 
 protected:
     bool event(QEvent *event) override;
@@ -41,12 +46,15 @@ private:
     void clean();
     void offer(const QString &text);
     void markMissing();
+    [[nodiscard]] QString absolutePath() const;
 
     QString m_kind;
     Use m_use;
-    QString m_given;  ///< set as a whole; not cleaned while it stands unchanged
-    QTimer m_pause;   ///< the disk is asked when typing pauses
-    QAction *m_missing = nullptr;
+    QString m_base;
+    QString m_given;               ///< set as a whole; not cleaned while it stands unchanged
+    QTimer m_pause;                ///< the disk is asked when typing pauses
+    QAction *m_missing = nullptr;  ///< made with the first missing file
+    bool m_isMissing = false;
     QCompleter *m_completer = nullptr;  ///< made with the first key
     QStringListModel *m_offers = nullptr;
 };

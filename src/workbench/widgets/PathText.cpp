@@ -30,7 +30,7 @@ QString cleanedPath(const QString &text)
     return trimmed;
 }
 
-QStringList pathCompletions(const QString &text, const QStringList &recent)
+QStringList pathCompletions(const QString &text, const QStringList &recent, const QString &base)
 {
     QStringList found;
     for (const QString &path : recent) {
@@ -43,7 +43,7 @@ QStringList pathCompletions(const QString &text, const QStringList &recent)
     if (slash < 0) {
         return found;
     }
-    const QDir folder(typed.left(slash + 1));
+    const QDir folder(QDir(base).absoluteFilePath(typed.left(slash + 1)));
     const QString begin = typed.mid(slash + 1);
     const QFileInfoList entries = folder.entryInfoList(
         QDir::AllEntries | QDir::NoDotAndDotDot, QDir::DirsFirst | QDir::Name | QDir::IgnoreCase);

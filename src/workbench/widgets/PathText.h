@@ -14,7 +14,9 @@ QString cleanedPath(const QString &text);
 /// its folder that begin like its last part, in any case; folders with a slash behind.
 /// @param text    as typed; empty gives the recent paths alone
 /// @param recent  newest first
-QStringList pathCompletions(const QString &text, const QStringList &recent);
+/// @param base    the folder that relative paths count from; empty for the program's own
+QStringList pathCompletions(const QString &text, const QStringList &recent,
+                            const QString &base = {});
 
 /// The last paths of each kind of field, newest first; what completion lists begin with.
 class RecentPaths

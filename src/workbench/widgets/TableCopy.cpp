@@ -6,7 +6,8 @@
 #include <QHeaderView>
 #include <QKeyEvent>
 #include <QRegularExpression>
-#include <QTableWidget>
+#include <QTableView>
+#include <QTreeView>
 
 namespace workbench
 {
@@ -14,7 +15,7 @@ namespace workbench
 namespace
 {
 
-/// Ctrl+C in a table. No shortcut: those are the window's, one meaning for each key, and menu
+/// Ctrl+C in a view. No shortcut: those are the window's, one meaning for each key, and menu
 /// entries show none.
 class CopyKeys : public QObject
 {
@@ -36,73 +37,97 @@ private:
     QAction *m_copy;
 };
 
-QString textOf(const QTableWidgetItem *item)
+QString oneLine(const QVariant &cell)
 {
     static const QRegularExpression breaks(QStringLiteral("[\\t\\r\\n]"));
-    return item == nullptr ? QString() : item->text().replace(breaks, QStringLiteral(" "));
+    return cell.toString().replace(breaks, QStringLiteral(" "));
 }
 
-QString rowText(const QTableWidget &table, int row)
+/// @return null where the view has no such headings
+const QHeaderView *headingsOf(const QAbstractItemView &view, Qt::Orientation orientation)
 {
+    if (const auto *table = qobject_cast<const QTableView *>(&view)) {
+        return orientation == Qt::Horizontal ? table->horizontalHeader() : table->verticalHeader();
+    }
+    const auto *tree = qobject_cast<const QTreeView *>(&view);
+    return tree == nullptr || orientation == Qt::Vertical ? nullptr : tree->header();
+}
+
+bool showsHeadings(const QAbstractItemView &view, Qt::Orientation orientation)
+{
+    const QHeaderView *headings = headingsOf(view, orientation);
+    return headings != nullptr && !headings->isHidden();
+}
+
+void addRow(const QAbstractItemView &view, int row, const QModelIndex &parent, QString &text)
+{
+    const QAbstractItemModel &model = *view.model();
     QStringList cells;
-    if (!table.verticalHeader()->isHidden()) {
-        cells << textOf(table.verticalHeaderItem(row));
+    if (showsHeadings(view, Qt::Vertical)) {
+        cells << oneLine(model.headerData(row, Qt::Vertical));
     }
-    for (int column = 0; column < table.columnCount(); ++column) {
-        cells << textOf(table.item(row, column));
+    for (int column = 0; column < model.columnCount(parent); ++column) {
+        cells << oneLine(model.index(row, column, parent).data());
     }
-    return cells.join('\t') + '\n';
+    if (!parent.isValid() || !cells.join(QString()).isEmpty()) {
+        text += cells.join('\t') + '\n';
+    }
 }
 
-QAction *addAction(QTableWidget *table, const QString &caption,
-                   QString (*text)(const QTableWidget &))
+void addRows(const QAbstractItemView &view, const QModelIndex &parent, bool areAll, QString &text)
 {
-    auto *action = new QAction(caption, table);
-    QObject::connect(action, &QAction::triggered, table, [table, text] {
-        const QString copied = text(*table);
+    const QAbstractItemModel &model = *view.model();
+    for (int row = 0; row < model.rowCount(parent); ++row) {
+        if (areAll || view.selectionModel()->rowIntersectsSelection(row, parent)) {
+            addRow(view, row, parent, text);
+        }
+        addRows(view, model.index(row, 0, parent), areAll, text);
+    }
+}
+
+QAction *addAction(QAbstractItemView *view, const QString &caption,
+                   QString (*text)(const QAbstractItemView &))
+{
+    auto *action = new QAction(caption, view);
+    QObject::connect(action, &QAction::triggered, view, [view, text] {
+        const QString copied = text(*view);
         if (!copied.isEmpty()) {
             QApplication::clipboard()->setText(copied);
         }
     });
-    table->addAction(action);
+    view->addAction(action);
     return action;
 }
 
 }  // namespace
 
-QString selectedText(const QTableWidget &table)
+QString selectedText(const QAbstractItemView &view)
 {
     QString text;
-    for (int row = 0; row < table.rowCount(); ++row) {
-        if (table.selectionModel()->rowIntersectsSelection(row, {})) {
-            text += rowText(table, row);
-        }
-    }
+    addRows(view, {}, false, text);
     return text;
 }
 
-QString wholeText(const QTableWidget &table)
+QString wholeText(const QAbstractItemView &view)
 {
     QString text;
-    if (!table.horizontalHeader()->isHidden()) {
+    if (showsHeadings(view, Qt::Horizontal)) {
         QStringList headings;
-        for (int column = 0; column < table.columnCount(); ++column) {
-            headings << textOf(table.horizontalHeaderItem(column));
+        for (int column = 0; column < view.model()->columnCount(); ++column) {
+            headings << oneLine(view.model()->headerData(column, Qt::Horizontal));
         }
         text = headings.join('\t') + '\n';
     }
-    for (int row = 0; row < table.rowCount(); ++row) {
-        text += rowText(table, row);
-    }
+    addRows(view, {}, true, text);
     return text;
 }
 
-void makeCopyable(QTableWidget *table)
+void makeCopyable(QAbstractItemView *view)
 {
-    QAction *copy = addAction(table, QObject::tr("&Copy"), selectedText);
-    table->installEventFilter(new CopyKeys(copy));
-    addAction(table, QObject::tr("Copy &all"), wholeText);
-    table->setContextMenuPolicy(Qt::ActionsContextMenu);
+    QAction *copy = addAction(view, QObject::tr("&Copy"), selectedText);
+    view->installEventFilter(new CopyKeys(copy));
+    addAction(view, QObject::tr("Copy &all"), wholeText);
+    view->setContextMenuPolicy(Qt::ActionsContextMenu);
 }
 
 }  // namespace workbench

@@ -48,14 +48,11 @@ ToolProgress::ToolProgress(QWidget *parent) : m_box(new QMessageBox(parent))
     nameWidget(cancel, QStringLiteral("progress_cancel_button"), tr("Cancel the operation"));
     // However the box goes: by its button, by Escape or by its window's own frame, which presses no
     // button and would leave nothing that ends the tool.
-    connect(m_box, &QMessageBox::finished, this, [this] { m_isCancelled = true; });
+    connect(m_box.get(), &QMessageBox::finished, this, [this] { m_isCancelled = true; });
     m_box->show();
 }
 
-ToolProgress::~ToolProgress()
-{
-    delete m_box;
-}
+ToolProgress::~ToolProgress() = default;
 
 void ToolProgress::finish()
 {
@@ -65,7 +62,7 @@ void ToolProgress::finish()
 bool ToolProgress::step(const QString &what, int done, int of)
 {
     if (m_bar == nullptr) {
-        m_bar = new QProgressBar(m_box);
+        m_bar = new QProgressBar(m_box.get());
         nameWidget(m_bar, QStringLiteral("progress_bar"), tr("Progress"));
         auto *const grid = qobject_cast<QGridLayout *>(m_box->layout());
         grid->addWidget(m_bar, grid->rowCount(), 0, 1, grid->columnCount());
@@ -98,7 +95,7 @@ bool ToolProgress::eventFilter(QObject *watched, QEvent *event)
         return false;
     }
     auto *const widget = static_cast<QWidget *>(watched);
-    if (widget == m_box || m_box->isAncestorOf(widget)) {
+    if (widget == m_box.get() || m_box->isAncestorOf(widget)) {
         return false;
     }
     // A close event that nobody refuses closes the window, whoever swallows it.

@@ -3,6 +3,8 @@
 
 #include <QObject>
 
+#include <memory>
+
 class QMessageBox;
 class QProgressBar;
 
@@ -33,7 +35,7 @@ protected:
 
 private:
     void turn();
-    QMessageBox *m_box;
+    std::unique_ptr<QMessageBox> m_box;
     QProgressBar *m_bar = nullptr;  ///< once there are steps
     bool m_isCancelled = false;
 };

@@ -190,15 +190,12 @@ void CertifGenDA::Openchain()
         reportError(upper.error());
         return;
     }
-    form()->setText(da_row::kUpper, path);
+    form()->choosePath(da_row::kUpper, path);
 }
 
 certif::Plan CertifGenDA::readDAInfo() const
 {
-    const auto text = [this](QLatin1String row) {
-        const workbench::FileField *file = form()->file(row);
-        return file == nullptr ? form()->text(row) : file->path();
-    };
+    const auto text = [this](QLatin1String row) { return form()->text(row); };
     const bool isOther =
         form()->choice(da_row::kLifecycle)->currentIndex() == workbench::otherLifecycle();
     certif::Plan plan;
@@ -254,7 +251,9 @@ void CertifGenDA::GenerateDACertifGen()
     m_isMadeShown = false;
     showPreview();
     if (isMade) {
-        showCertificate(certif::finishedFile(plan.values.name, plan.values.role));
+        const QString made = certif::finishedFile(plan.values.name, plan.values.role);
+        showCertificate(made);
+        m_certificate->offerMade(made);
         m_isMadeShown = true;
     }
 }
@@ -301,7 +300,7 @@ void CertifGenDA::showCertificate(const QString &path)
     QString shown = path;
     QString role;
     QString key;
-    m_certificate->field()->setPath(path);
+    m_certificate->field()->choose(path);
     certifParsing(shown, role, key);
     m_panes->setCurrentIndex(InfoTabs::kSecond);
 }

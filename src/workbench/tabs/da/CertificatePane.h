@@ -5,6 +5,8 @@
 namespace workbench
 {
 
+class ShowInFolder;
+
 /// The pane that shows a finished certificate or chain: its path with "Browse", and what it holds.
 class CertificatePane : public QWidget
 {
@@ -16,6 +18,10 @@ public:
     [[nodiscard]] FileField *field() const { return m_field; }
     [[nodiscard]] ChainPane *chain() const { return m_chain; }
 
+    /// Offers to show the folder of a certificate that was just made, until another path stands in
+    /// the field.
+    void offerMade(const QString &path);
+
 signals:
     void browseRequested();
     void pathEntered(const QString &path);
@@ -23,6 +29,7 @@ signals:
 private:
     FileField *m_field;
     ChainPane *m_chain;
+    ShowInFolder *m_made;
 };
 
 }  // namespace workbench

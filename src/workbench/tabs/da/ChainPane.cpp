@@ -139,6 +139,7 @@ ChainPane::ChainPane(const QString &name, const QString &title, const QString &e
     nameWidget(m_faults, name + QStringLiteral("_faults_list"), title + ' ' + tr("faults"));
     m_faults->setWordWrap(true);
     m_faults->setSelectionMode(QAbstractItemView::NoSelection);
+    makeCopyable(m_faults);
     // Sentences on the page, as the one above them.
     m_faults->setStyleSheet(
         QStringLiteral("QListWidget { border: none; background: transparent; }"));

@@ -36,7 +36,7 @@ constexpr const char *kMicrocontrollers[] = {
     "VDR32WL", "VDR32L4",       "VDR32WBA5xxx",          "VDR32H5"};
 constexpr const char *kMicroprocessors[] = {"VDR32MP15", "VDR32MP13"};
 
-const std::pair<const char *, QString> kSavedTexts[] = {
+const FormTab::SavedText kSavedTexts[] = {
     {"Encryption key file", kKey}, {"Nonce file", kNonce}, {"Firmware identifier", kFirmware}};
 const std::pair<const char *, QString> kSavedNumbers[] = {{"Index", kIndex},
                                                           {"Licences", kLicences}};
@@ -312,9 +312,7 @@ void HsmTab::save(SavedGroup &group) const
     const QComboBox *const box = form()->choice(kDevice);
     const QString chosen = box->currentIndex() > 0 ? box->currentText() : QString();
     group.set(kDeviceKey, m_isMcu ? chosen : m_otherDevice);
-    for (const auto &[name, row] : kSavedTexts) {
-        group.set(QLatin1String(name), form()->text(row));
-    }
+    saveTexts(group, kSavedTexts);
     for (const auto &[name, row] : kSavedNumbers) {
         group.set(QLatin1String(name), form()->number(row)->value());
     }
@@ -325,9 +323,7 @@ void HsmTab::restore(const SavedGroup &group)
     m_picker->setUri(group.text(kTokenKey));
     QComboBox *const box = form()->choice(kDevice);
     box->setCurrentIndex(qMax(0, box->findText(group.text(kDeviceKey))));
-    for (const auto &[name, row] : kSavedTexts) {
-        form()->setText(row, group.text(QLatin1String(name)));
-    }
+    restoreTexts(group, kSavedTexts);
     for (const auto &[name, row] : kSavedNumbers) {
         form()->number(row)->setValue(qMax(1, group.number(QLatin1String(name))));
     }

@@ -2,12 +2,8 @@
 #include "obk/Obkey.h"
 #include "workbench/forms/Tab.h"
 
-class QGroupBox;
-class QLabel;
-class QLineEdit;
 class QPlainTextEdit;
 class QPushButton;
-class QSplitter;
 
 namespace process
 {
@@ -18,6 +14,8 @@ namespace workbench
 {
 
 class ObkRows;
+class ShowInFolder;
+class TemplatePage;
 
 /// Makes a boot image with the image tool: the form is built from an image template, the command is
 /// shown as it is filled in, and what was used goes back into the template. Each tab has a template
@@ -45,13 +43,9 @@ public:
     void saveConfiguration();
 
 private:
-    void buildLeft(QWidget *left);
-    void buildRight(QWidget *right);
-    [[nodiscard]] QWidget *makeFileGroup(QWidget *parent);
-    [[nodiscard]] QWidget *makeOutputGroup(QWidget *parent);
+    void buildRight();
     void connectAll();
     [[nodiscard]] bool isFromCommandLine() const { return !context().templatePath.empty(); }
-    [[nodiscard]] QString askForTemplate();
     void open(const QString &path);
     void showTemplate();
     void showCommand();
@@ -66,19 +60,12 @@ private:
     Obkey m_template;
     std::size_t m_index = 0;
     bool m_isSaveOnly = false;
-    QLineEdit *m_path = nullptr;
-    QPushButton *m_open = nullptr;
-    QPushButton *m_refresh = nullptr;
-    QLabel *m_title = nullptr;
-    QLabel *m_purpose = nullptr;
+    TemplatePage *m_view = nullptr;
     ObkRows *m_rows = nullptr;
-    QLabel *m_outputLabel = nullptr;
-    QLineEdit *m_output = nullptr;
-    QPushButton *m_folder = nullptr;
-    QPushButton *m_generate = nullptr;
     QPlainTextEdit *m_command = nullptr;
     QPushButton *m_copy = nullptr;
     QPlainTextEdit *m_said = nullptr;
+    ShowInFolder *m_made = nullptr;
 };
 
 }  // namespace workbench

@@ -1,4 +1,3 @@
-#include "files/base/DataFolder.h"
 #include "files/base/Wipe.h"
 #include "obk/ImageCommand.h"
 #include "obk/ImageLog.h"
@@ -6,9 +5,10 @@
 #include "report/Level.h"
 #include "workbench/forms/FormContext.h"
 #include "workbench/tabs/img/ImgTab.h"
-#include "workbench/templates/ObkRows.h"
+#include "workbench/templates/TemplatePage.h"
 #include "workbench/widgets/Boxes.h"
 #include "workbench/widgets/FileChoice.h"
+#include "workbench/widgets/ShowInFolder.h"
 #include "workbench/widgets/ToolProgress.h"
 
 #include <QApplication>
@@ -17,10 +17,7 @@
 #include <QFile>
 #include <QFileDialog>
 #include <QFileInfo>
-#include <QLineEdit>
 #include <QPlainTextEdit>
-#include <QPushButton>
-#include <QSettings>
 
 #include <array>
 #include <sys/stat.h>
@@ -30,8 +27,6 @@ namespace workbench
 
 namespace
 {
-
-const QString kFolderKey = QStringLiteral("Directories/Imgtool_path");
 
 /// What changes when a file is written: which one it is, its size and time. Nothing without a file.
 std::optional<std::array<std::int64_t, 4>> fileState(const QString &path)
@@ -51,26 +46,10 @@ void tellError(const QString &text)
 
 }  // namespace
 
-QString ImgTab::askForTemplate()
-{
-    QSettings folders(QDir::homePath() + QStringLiteral("/.VDR32FlashBench/config.ini"),
-                      QSettings::IniFormat);
-    QString start = folders.value(kFolderKey).toString();
-    if (!QFileInfo(start).isDir()) {
-        start = files::installedPath(QStringLiteral("Template/Image"));
-    }
-    QString path = QFileDialog::getOpenFileName(context().boxParent, QStringLiteral("Open file"),
-                                                start, QStringLiteral("XML files (*.xml)"));
-    if (!path.isEmpty()) {
-        folders.setValue(kFolderKey, QFileInfo(path).path());
-    }
-    return path;
-}
-
 void ImgTab::openTemplate()
 {
-    const QString path =
-        isFromCommandLine() ? QString::fromStdString(context().templatePath) : askForTemplate();
+    const QString path = isFromCommandLine() ? QString::fromStdString(context().templatePath)
+                                             : m_view->askForTemplate(context().boxParent);
     if (!path.isEmpty()) {
         open(path);
     }
@@ -85,8 +64,9 @@ void ImgTab::refresh()
 
 void ImgTab::open(const QString &path)
 {
-    m_path->setEnabled(!isFromCommandLine());
-    m_open->setEnabled(!isFromCommandLine());
+    if (isFromCommandLine()) {
+        m_view->lockTemplate();
+    }
     Obkey opened;
     if (!opened.openImageTemplate(path)) {
         return;
@@ -106,7 +86,7 @@ void ImgTab::chooseFile(int item)
                               tr("Firmware and keys (*.hex *.srec *.s19 *.s28 *.s37 *.mot *.elf "
                                  "*.axf *.out *.bin *.pem);;All files (*)"));
     if (!path.isEmpty()) {
-        row->edit->setText(path);
+        m_rows->setFile(*row, path);
     }
 }
 
@@ -118,7 +98,7 @@ void ImgTab::chooseOutput()
         context().boxParent, QStringLiteral("Save file"), shown,
         tr("Images (*.bin *.hex *.srec *.s19)"), nullptr, QFileDialog::DontConfirmOverwrite);
     if (!path.isEmpty()) {
-        m_output->setText(path);
+        m_view->chooseOutput(path);
     }
 }
 
@@ -143,7 +123,7 @@ std::optional<QStringList> ImgTab::arguments()
 
 QString ImgTab::outputPath() const
 {
-    const QString path = m_output->text();
+    const QString path = m_view->outputPath();
     return obk::completePath(path.startsWith(QLatin1String("./")) ? path.mid(2) : path,
                              QFileInfo(m_template.templatePath).path());
 }
@@ -168,6 +148,7 @@ void ImgTab::generate()
     if (isDone && (!made || made == old)) {
         tellError(tr("Image Generation Failed\nThe image tool wrote no file %1").arg(outputPath()));
     } else if (isDone) {
+        m_made->offer(outputPath());
         showBox(context().boxParent, BoxKind::Success,
                 tr("The image was made : %1").arg(outputPath()));
         keepValues();

@@ -27,8 +27,8 @@ const QString kTokenKey = QStringLiteral("Token");
 constexpr int kFormWidth = 620;
 constexpr int kPanesWidth = 750;
 
-const std::pair<const char *, QString> kSaved[] = {{"Firmware identifier", kFirmware},
-                                                   {"Output folder", kOutput}};
+const FormTab::SavedText kSaved[] = {{"Firmware identifier", kFirmware},
+                                     {"Output folder", kOutput}};
 
 QList<FormRow> licenceRows()
 {
@@ -168,7 +168,7 @@ void LicTab::press(const QString &row, const QString &role)
                                                                  context().lastOutputFolder);
         if (!folder.isEmpty()) {
             context().lastOutputFolder = folder;
-            form()->setText(row, folder);
+            form()->choosePath(row, folder);
         }
     } else {
         FormTab::press(row, role);
@@ -217,7 +217,7 @@ void LicTab::generate()
         return;
     }
     const QScopedValueRollback<bool> running(m_isRunning, true);
-    const QString folder = form()->file(kOutput)->path();
+    const QString folder = form()->text(kOutput);
     if (!QFileInfo(folder).isDir()) {
         showBox(context().boxParent, BoxKind::Error,
                 tr("Failure to create licence files") + '\n' + folder +
@@ -302,7 +302,11 @@ void LicTab::showResult(const std::vector<LicenceJob> &jobs, const crypto::Licen
                                    : tr("The batch ended before it");
         contents.details.rows.push_back(row);
     }
-    m_made->show(contents);
+    if (result.made > 0) {
+        m_made->showMade(jobs.front().output, contents);
+    } else {
+        m_made->show(contents);
+    }
     m_panes->setCurrentIndex(InfoTabs::kSecond);
 }
 
@@ -347,17 +351,13 @@ void LicTab::clearPanes()
 void LicTab::save(SavedGroup &group) const
 {
     group.set(kTokenKey, m_picker->uri());
-    for (const auto &[name, row] : kSaved) {
-        group.set(QLatin1String(name), form()->text(row));
-    }
+    saveTexts(group, kSaved);
 }
 
 void LicTab::restore(const SavedGroup &group)
 {
     m_picker->setUri(group.text(kTokenKey));
-    for (const auto &[name, row] : kSaved) {
-        form()->setText(row, group.text(QLatin1String(name)));
-    }
+    restoreTexts(group, kSaved);
 }
 
 }  // namespace workbench

@@ -4,8 +4,10 @@
 #include "workbench/tabs/ob/ChangesPanel.h"
 #include "workbench/tabs/ob/RegisterTree.h"
 #include "workbench/widgets/FieldNames.h"
+#include "workbench/widgets/MissingLine.h"
 #include "workbench/widgets/PathEdit.h"
 #include "workbench/widgets/SelectedRow.h"
+#include "workbench/widgets/ShowInFolder.h"
 #include "workbench/widgets/TableCopy.h"
 
 #include <QComboBox>
@@ -28,6 +30,8 @@ namespace
 constexpr int kMargin = 9;
 constexpr int kMcuBoxWidth = 240;
 constexpr int kStatusLines = 2;
+const QString kDevice = QStringLiteral("mcu");
+const QString kPath = QStringLiteral("path");
 
 QTableWidgetItem *fixedItem(const QString &text)
 {
@@ -45,8 +49,8 @@ ObForm::ObForm(QWidget *parent) : QWidget(parent)
     layout->addWidget(buildTop());
     layout->addWidget(buildMiddle(), 1);
     layout->addWidget(buildBottom());
-    QWidget *const chain[] = {mcuBox, upload, tree,     changes, summary,
-                              path,   browse, generate, useInSfi};
+    QWidget *const chain[] = {mcuBox, upload, tree,      changes,  summary, path,
+                              browse, m_made, m_missing, generate, useInSfi};
     for (std::size_t i = 1; i < std::size(chain); ++i) {
         setTabOrder(chain[i - 1], chain[i]);
     }
@@ -145,6 +149,7 @@ QWidget *ObForm::buildBottom()
     grid->setContentsMargins(0, 0, 0, 0);
     path = new PathEdit(QStringLiteral("obPath"), PathEdit::Use::Output, box);
     nameWidget(path, QStringLiteral("ob_path_edit"), tr("OB generation path"));
+    path->setPlaceholderText(tr("Path of the option bytes, .csv"));
     path->setToolTip(tr("Select the file to write the option bytes to.\ncsv file"));
     auto *label = new QLabel(tr("OB generation path"), box);
     label->setObjectName(QStringLiteral("ob_path_label"));
@@ -162,14 +167,25 @@ QWidget *ObForm::buildBottom()
     useInSfi->setStyleSheet(QStringLiteral("height: 40px;"));
     useInSfi->setToolTip(tr("Put the file written last into the option-bytes fields of the SFI and "
                             "SFIx tabs.\nAfter an edit it has to be generated again first."));
+    m_missing = new MissingLine(QStringLiteral("ob"), box);
+    connect(m_missing, &MissingLine::chosen, this, [this](const QString &name) {
+        QWidget *const input = name == kDevice ? static_cast<QWidget *>(mcuBox) : path;
+        input->setFocus(Qt::OtherFocusReason);
+    });
+    connect(path, &QLineEdit::textChanged, this, &ObForm::tellMissing);
+    m_made = new ShowInFolder(QStringLiteral("ob_show"), tr("OB generation path"), box);
     m_irreversible = new QLabel(box);
     m_irreversible->setObjectName(QStringLiteral("ob_irreversible_label"));
     m_irreversible->setAlignment(Qt::AlignRight);
     grid->addWidget(label, 0, 0);
     grid->addWidget(path, 0, 1);
     grid->addWidget(browse, 0, 2);
-    grid->addWidget(buttons, 1, 0, 1, 3);
-    grid->addWidget(m_irreversible, 2, 0, 1, 3);
+    grid->addWidget(m_made, 0, 3);
+    auto *foot = new QHBoxLayout;
+    foot->addWidget(m_missing, 1);
+    foot->addWidget(buttons);
+    grid->addLayout(foot, 1, 0, 1, 4);
+    grid->addWidget(m_irreversible, 2, 0, 1, 4);
     return box;
 }
 
@@ -235,6 +251,29 @@ void ObForm::setReady(bool canGenerate)
 {
     generate->setEnabled(canGenerate);
     upload->setEnabled(canGenerate);
+    tellMissing();
+}
+
+void ObForm::setWritten(const QString &written)
+{
+    useInSfi->setEnabled(!written.isEmpty());
+    if (written.isEmpty()) {
+        m_made->withdraw();
+    } else {
+        m_made->offer(written);
+    }
+}
+
+/// Without a path the button stays enabled, and refuses with a sentence.
+void ObForm::tellMissing()
+{
+    QList<MissingLine::Input> missing;
+    if (mcuBox->currentIndex() <= 0) {
+        missing.append({kDevice, tr("microcontroller")});
+    } else if (path->text().isEmpty()) {
+        missing.append({kPath, tr("OB generation path")});
+    }
+    m_missing->tell(missing);
 }
 
 void ObForm::describe(const device::FieldId *id)

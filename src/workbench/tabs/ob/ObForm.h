@@ -12,8 +12,10 @@ namespace workbench
 {
 
 class ChangesPanel;
+class MissingLine;
 class PathEdit;
 class RegisterTree;
+class ShowInFolder;
 
 /// The widgets of the option-bytes tab. They show an editor's state; what they do stands in
 /// `ObTab`.
@@ -32,6 +34,8 @@ public:
     void refreshAll();
     /// @param canGenerate  for both the Generate button and the upload
     void setReady(bool canGenerate);
+    /// What was written and still holds; empty for nothing.
+    void setWritten(const QString &path);
     /// Describes a field, or says how to begin.
     void describe(const device::FieldId *id);
 
@@ -55,9 +59,12 @@ private:
     QWidget *titled(const QString &title, QWidget *buddy);
     void refreshSummary(std::size_t reg);
     void refreshChanges();
+    void tellMissing();
 
     const device::ObEditor *m_editor = nullptr;
     QLabel *m_status = nullptr;
+    MissingLine *m_missing = nullptr;
+    ShowInFolder *m_made = nullptr;
     QLabel *m_irreversible = nullptr;
 };
 

@@ -73,10 +73,11 @@ ObTab::ObTab(const TabName &name, QWidget *page, FormContext &context)
     setWritten({});
 }
 
-// The tables look at the editor, so they go first.
 ObTab::~ObTab()
 {
-    delete m_form;
+    if (m_form != nullptr) {
+        m_form->showDevice(nullptr);  // its tables look at the editor, which goes before them
+    }
 }
 
 void ObTab::lockDevice(bool lock)
@@ -187,7 +188,7 @@ void ObTab::chooseOutput()
         context().boxParent, tr("Select SFI OB generation folder"),
         name.isEmpty() ? folder : folder + name, tr("CSV files (*.csv)"));
     if (!chosen.isEmpty()) {
-        m_form->path->setPath(chosen);
+        m_form->path->choose(chosen);
     }
 }
 
@@ -284,7 +285,7 @@ void ObTab::useInSfi()
 void ObTab::setWritten(const QString &path)
 {
     m_writtenPath = path;
-    m_form->useInSfi->setEnabled(!path.isEmpty());
+    m_form->setWritten(path);
 }
 
 }  // namespace workbench

@@ -2,6 +2,7 @@
 
 #include "workbench/widgets/FieldNames.h"
 #include "workbench/widgets/ItemDelegate.h"
+#include "workbench/widgets/TableCopy.h"
 
 #include <QComboBox>
 #include <QHeaderView>
@@ -40,6 +41,8 @@ RegisterTree::RegisterTree(QWidget *parent) : QTreeWidget(parent)
     setVerticalScrollMode(ScrollPerPixel);
     setHorizontalScrollMode(ScrollPerPixel);
     setItemDelegate(new ItemDelegate(this));
+    setSelectionMode(ExtendedSelection);
+    makeCopyable(this);
     header()->setSectionResizeMode(kName, QHeaderView::Interactive);
     header()->setStretchLastSection(true);
     header()->resizeSection(kName, 220);

@@ -2,10 +2,7 @@
 #include "obk/Obkey.h"
 #include "workbench/forms/Tab.h"
 
-class QGroupBox;
 class QLabel;
-class QLineEdit;
-class QPushButton;
 
 namespace workbench
 {
@@ -14,6 +11,8 @@ class ObkInfoTable;
 struct ObkRow;
 class ObkRows;
 class ObkSlotTable;
+class ShowInFolder;
+class TemplatePage;
 
 /// Makes provisioning files from templates: the form is built from the template, and what was used
 /// goes back into it.
@@ -37,40 +36,27 @@ public:
     void generate();
 
 private:
-    void buildLeft(QWidget *left);
-    [[nodiscard]] QWidget *makeFileGroup(QWidget *parent);
-    [[nodiscard]] QWidget *makeOutputGroup(QWidget *parent);
-    void buildRight(QWidget *right);
+    void buildRight();
     void connectAll();
     [[nodiscard]] Obkey &obkey() const { return context().obkey(); }
     [[nodiscard]] bool isFromCommandLine() const { return !context().templatePath.empty(); }
-    [[nodiscard]] QString askForTemplate();
     void open(const QString &path);
     // Rows may be null: then nothing happens.
     void chooseFile(ObkRow *row);
     void regenerateKey(ObkRow *row);
     void restoreKey(ObkRow *row);
     void showTemplate();
-    void showOutput();
+    [[nodiscard]] QString outputText() const;
     void showEncryption();
     void showSlots();
     [[nodiscard]] QString complete(const QString &path) const;
 
-    QLineEdit *m_path = nullptr;
-    QPushButton *m_open = nullptr;
-    QPushButton *m_refresh = nullptr;
-    QLabel *m_title = nullptr;
+    TemplatePage *m_view = nullptr;
     ObkRows *m_rows = nullptr;
-    QGroupBox *m_outputGroup = nullptr;
-    QLabel *m_outputLabel = nullptr;
-    QLineEdit *m_output = nullptr;
-    QPushButton *m_folder = nullptr;
-    QWidget *m_warning = nullptr;
-    QLabel *m_warningText = nullptr;
-    QPushButton *m_generate = nullptr;
     ObkInfoTable *m_info = nullptr;
     QLabel *m_slotTitle = nullptr;
     ObkSlotTable *m_slots = nullptr;
+    ShowInFolder *m_made = nullptr;
 };
 
 }  // namespace workbench

@@ -1,13 +1,13 @@
-#include "files/base/DataFolder.h"
 #include "obk/KeyRegeneration.h"
 #include "obk/SystemTools.h"
 #include "report/Level.h"
 #include "workbench/forms/FormContext.h"
 #include "workbench/tabs/obk/ObkTab.h"
 #include "workbench/tabs/obk/ObkTables.h"
-#include "workbench/templates/ObkRows.h"
+#include "workbench/templates/TemplatePage.h"
 #include "workbench/widgets/Boxes.h"
 #include "workbench/widgets/FileChoice.h"
+#include "workbench/widgets/ShowInFolder.h"
 #include "workbench/widgets/ToolProgress.h"
 
 #include <QComboBox>
@@ -15,44 +15,19 @@
 #include <QFileDialog>
 #include <QFileInfo>
 #include <QLineEdit>
-#include <QPushButton>
-#include <QSettings>
 
 namespace workbench
 {
-
-namespace
-{
-
-const QString kFolderKey = QStringLiteral("Directories/OBkey_path");
-
-}  // namespace
 
 QString ObkTab::complete(const QString &path) const
 {
     return obk::completePath(path, QFileInfo(obkey().templatePath).path());
 }
 
-QString ObkTab::askForTemplate()
-{
-    QSettings folders(QDir::homePath() + QStringLiteral("/.VDR32FlashBench/config.ini"),
-                      QSettings::IniFormat);
-    QString start = folders.value(kFolderKey).toString();
-    if (!QFileInfo(start).isDir()) {
-        start = files::installedPath(QStringLiteral("Template/OBkey"));
-    }
-    QString path = QFileDialog::getOpenFileName(context().boxParent, QStringLiteral("Open file"),
-                                                start, QStringLiteral("XML files (*.xml)"));
-    if (!path.isEmpty()) {
-        folders.setValue(kFolderKey, QFileInfo(path).path());
-    }
-    return path;
-}
-
 void ObkTab::openTemplate()
 {
-    const QString path =
-        isFromCommandLine() ? QString::fromStdString(context().templatePath) : askForTemplate();
+    const QString path = isFromCommandLine() ? QString::fromStdString(context().templatePath)
+                                             : m_view->askForTemplate(context().boxParent);
     if (!path.isEmpty()) {
         open(path);
     }
@@ -68,9 +43,7 @@ void ObkTab::refresh()
 void ObkTab::open(const QString &path)
 {
     if (isFromCommandLine()) {
-        m_path->setEnabled(false);
-        m_path->setToolTip(tr("The template that the form shows\nThe command line chose it"));
-        m_open->setEnabled(false);
+        m_view->lockTemplate();
     }
     obkey().runMode = isFromCommandLine() ? 1 : 0;
     Obkey opened;
@@ -85,13 +58,13 @@ void ObkTab::chooseOutput()
 {
     const bool isPlain = obkey().headerless;
     const QString folder =
-        obkey().isLoaded ? QFileInfo(complete(m_output->text())).path() : QDir::homePath();
+        obkey().isLoaded ? QFileInfo(complete(m_view->outputPath())).path() : QDir::homePath();
     const QString path = QFileDialog::getSaveFileName(
         context().boxParent, QStringLiteral("Save file"),
         folder + QLatin1String(isPlain ? "/output.bin" : "/output.obk"),
         isPlain ? QStringLiteral("(*.bin)") : QStringLiteral("(*.obk)"));
     if (!path.isEmpty()) {
-        m_output->setText(path);
+        m_view->chooseOutput(path);
     }
 }
 
@@ -113,9 +86,7 @@ void ObkTab::chooseFile(ObkRow *row)
     const QString path = workbench::chooseFile(context().boxParent, context().lastFolder,
                                                QStringLiteral("Binary or PEM files (*.bin *.pem)"));
     if (!path.isEmpty()) {
-        row->edit->setText(path);
-        row->keptAs.clear();
-        m_rows->setNote(*row, {}, false);
+        m_rows->setFile(*row, path);
     }
 }
 
@@ -174,7 +145,7 @@ void ObkTab::generate()
     std::vector<std::optional<QString>> fields = m_rows->fields();
     for (std::size_t at = 0; at < loaded.model.items.size() && at < fields.size(); ++at) {
         if (loaded.model.items[at].kind == obk::ItemKind::Output) {
-            fields[at] = m_output->text();
+            fields[at] = m_view->outputPath();
         }
     }
     ToolProgress progress(context().boxParent);
@@ -189,6 +160,7 @@ void ObkTab::generate()
     if (!loaded.writeProduct(*product)) {
         return;
     }
+    m_made->offer(complete(m_view->outputPath()));
     if (loaded.runMode == 1) {
         report::message(report::Level::Information, L"SUCCESS OBKey File Generation \n");
     } else {

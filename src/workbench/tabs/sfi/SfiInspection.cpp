@@ -2,6 +2,7 @@
 
 #include "files/base/SizeText.h"
 #include "files/containers/SfiFormat.h"
+#include "workbench/forms/PackageForm.h"
 #include "workbench/tabs/sfi/SfiMap.h"
 
 #include <QFileInfo>
@@ -15,32 +16,9 @@ namespace
 const QColor kWhite(255, 255, 255);
 const QColor kBlack(0, 0, 0);
 
-QString hexText(std::uint32_t number)
-{
-    return QStringLiteral("0x") + QString::number(number, 16);
-}
-
 QString fileName(const QString &path)
 {
     return QFileInfo(path).fileName();
-}
-
-QString typeLabel(std::uint32_t type)
-{
-    switch (type) {
-    case file_type::kBinary:
-        return QStringLiteral("Binary");
-    case file_type::kIntelHex:
-        return QStringLiteral("Intel Hex");
-    case file_type::kSRecord:
-        return QStringLiteral("S-Record");
-    case file_type::kElf:
-        return QStringLiteral("ELF");
-    case file_type::kObk:
-        return QStringLiteral("OBK");
-    default:
-        return QStringLiteral("Not supported");
-    }
 }
 
 /// Without: those of the desktop, which are legible. The grounds are fixed; where white isn't
@@ -79,7 +57,7 @@ std::vector<DetailRow> segmentRows(const FileData &record)
     std::vector<DetailRow> rows;
     rows.reserve(record.segmentCount);
     for (const SegmentData &segment : record.segments) {
-        rows.push_back({{QString::number(rows.size() + 1), hexText(segment.address),
+        rows.push_back({{QString::number(rows.size() + 1), addressText(segment.address),
                          files::sizeText(segment.size)},
                         std::nullopt,
                         segment.size});
@@ -90,7 +68,7 @@ std::vector<DetailRow> segmentRows(const FileData &record)
 /// A provisioning file says itself where it goes and how large it is.
 std::vector<DetailRow> provisioningRows(const FileOBK &record)
 {
-    return {{{QStringLiteral("1"), hexText(record.obkAddress), QString::number(record.obkSize)},
+    return {{{QStringLiteral("1"), addressText(record.obkAddress), QString::number(record.obkSize)},
              std::nullopt}};
 }
 
@@ -153,7 +131,9 @@ PaneContents describeFirmware(const QString &path, const FileData &record)
         total += segment.size;
     }
     PaneContents contents = emptyFirmwarePane();
-    contents.overview.values << fileName(path) << files::sizeText(total) << typeLabel(record.type);
+    contents.overview.values << fileName(path) << files::sizeText(total)
+                             << (record.type == file_type::kObk ? QStringLiteral("OBK")
+                                                                : firmwareWord(record.type));
     contents.details.rows = record.type == file_type::kObk
                                 ? provisioningRows(static_cast<const FileOBK &>(record))
                                 : segmentRows(record);
@@ -165,7 +145,8 @@ PaneContents describeExternal(const QString &path, const FileData &record, const
     PaneContents contents = describeFirmware(path, record);
     contents.overview.names = emptyExternalPane().overview.names;
     if (info != nullptr) {
-        contents.overview.values << hexText(info->keyAddress) << QString::number(info->regionMode)
+        contents.overview.values << addressText(info->keyAddress)
+                                 << QString::number(info->regionMode)
                                  << QString::number(info->regionNumber);
     }
     return contents;
@@ -181,7 +162,7 @@ PaneContents describeImage(const QString &path, std::uint64_t fileBytes, const F
         const QString label = QString::fromLatin1(files::areaLabel(area.areaType));
         const QString index = QString::number(contents.details.rows.size() + 1);
         contents.details.rows.push_back(
-            {{index, label, files::sizeText(area.size), hexText(area.address)},
+            {{index, label, files::sizeText(area.size), addressText(area.address)},
              areaColours(area.areaType),
              area.size});
     }
@@ -203,7 +184,7 @@ PaneContents describeModules(const QString &path, std::uint64_t fileBytes, const
         const LicenceLook look = licenceLook(module);
         const QString index = QString::number(contents.details.rows.size() + 1);
         contents.details.rows.push_back({{index, look.label, files::sizeText(module.moduleSize),
-                                          hexText(module.address), look.identifier},
+                                          addressText(module.address), look.identifier},
                                          look.colours,
                                          module.moduleSize});
     }

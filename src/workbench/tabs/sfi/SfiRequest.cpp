@@ -2,7 +2,7 @@
 
 #include "files/base/Wipe.h"
 #include "report/DisplayMng.h"
-#include "workbench/widgets/FileChoice.h"
+#include "workbench/forms/PackageForm.h"
 #include "workbench/widgets/KeyFileInput.h"
 
 #include <QFileInfo>
@@ -15,7 +15,6 @@ namespace workbench
 namespace
 {
 
-constexpr unsigned char kPadding = 0xFF;
 constexpr unsigned char kKeyBytes = 16;
 constexpr unsigned char kNonceBytes = 12;
 constexpr unsigned int kProfileProvisioned = 0x484;
@@ -31,7 +30,7 @@ files::RecordOwner<Record> ownAs(files::RecordOwner<FileType> record)
 template <typename Record>
 files::RecordOwner<Record> openAs(FileManager &manager, const QString &path, std::uint32_t type)
 {
-    auto record = openRecord(manager, path);
+    auto record = openPackageInput(manager, path);
     if (record == nullptr || record->type != type) {
         return nullptr;
     }
@@ -54,7 +53,7 @@ std::optional<Refusal> readCsv(FileManager &manager, const QString &path, QLatin
                                const char *unreadable, const char *wrongType,
                                files::RecordOwner<FileData> &out)
 {
-    auto record = openRecord(manager, path);
+    auto record = openPackageInput(manager, path);
     if (record == nullptr) {
         return Refusal::error(QLatin1String(unreadable), row);
     }
@@ -94,20 +93,11 @@ SfiInputs::~SfiInputs()
     files::wipe(nonce);
 }
 
-files::RecordOwner<FileType> openRecord(FileManager &manager, const QString &path)
-{
-    FileType *record = nullptr;
-    if (!manager.Open(path.toStdWString(), &record, kPadding, 0, 0)) {
-        traceIfMissing(path);
-    }
-    return files::RecordOwner<FileType>(record);
-}
-
 std::optional<int> reloadList(FileManager &manager, FileRows &rows, KeepAddress keep,
                               const std::function<void(int)> &replaced)
 {
     for (int row = 0; row < rows.count(); ++row) {
-        auto fresh = ownAs<FileData>(openRecord(manager, rows.path(row)));
+        auto fresh = ownAs<FileData>(openPackageInput(manager, rows.path(row)));
         if (fresh == nullptr) {
             return row;
         }
@@ -178,7 +168,7 @@ std::optional<Refusal> readProvisioning(FileManager &manager, const SfiFormValue
         listAreasAsSegments(*inputs.ssfi);
     }
     if (!values.modulesPath.isEmpty()) {
-        auto record = openRecord(manager, values.modulesPath);
+        auto record = openPackageInput(manager, values.modulesPath);
         if (record != nullptr && record->type != file_type::kMcsv) {
             // Only a refused file has been reported; one of another kind would end in silence.
             DisplayMng::getInstance().logMessage(5, L"%ls is an invalid mcsv file",

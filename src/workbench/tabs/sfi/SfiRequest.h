@@ -35,10 +35,6 @@ struct SfiInputs {
     Numbers numbers;
 };
 
-/// Opens a file with the padding byte that all workflows use.
-/// @return null after a failure, which the reader has reported
-files::RecordOwner<FileType> openRecord(FileManager &manager, const QString &path);
-
 /// Which address a list's file keeps when it is read anew.
 enum class KeepAddress {
     OfBinaries,  ///< a raw binary has none of its own: the one given by the user stays

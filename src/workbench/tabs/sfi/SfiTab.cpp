@@ -1,5 +1,6 @@
 #include "workbench/tabs/sfi/SfiTab.h"
 
+#include "workbench/forms/PackageForm.h"
 #include "workbench/tabs/sfi/ExtFirAddInfoDialog.h"
 #include "workbench/tabs/sfi/SfiInspection.h"
 #include "workbench/widgets/AddressDialog.h"
@@ -96,6 +97,7 @@ void SfiTab::buildPanes()
     m_firmwareInfo = new InfoPane(key() + QStringLiteral("_firmwareInfo"), firmwareTitle,
                                   emptyFirmwarePane(), page());
     m_parse = new ParsePane(key(), imageTitle, emptyImagePane(), page());
+    m_parse->field()->edit()->setPlaceholderText(tr("Image or modules list"));
     m_parse->field()->edit()->setToolTip(
         tr("An image or a modules list to look into.\nsfi, sfix, ssfi or mcsv file"));
     m_panes = new InfoTabs(key() + QStringLiteral("_info_tabs"), m_firmwareInfo, firmwareTitle,
@@ -253,7 +255,7 @@ void SfiTab::addFiles(const QString &row, const QStringList &paths)
 
 files::RecordOwner<FileData> SfiTab::openFor(const QString &row, const QString &path)
 {
-    auto opened = openRecord(context().fileManager, path);
+    auto opened = openPackageInput(context().fileManager, path);
     if (opened == nullptr) {
         return nullptr;
     }

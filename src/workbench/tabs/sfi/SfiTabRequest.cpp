@@ -1,7 +1,7 @@
 // The request and the parse pane of the SFI and SFIx tabs: what runs when "Generate" or "Browse"
 // is pressed.
-#include "files/base/SafeWriter.h"
 #include "report/DisplayMng.h"
+#include "workbench/forms/PackageForm.h"
 #include "workbench/tabs/sfi/SfiInspection.h"
 #include "workbench/tabs/sfi/SfiTab.h"
 #include "workbench/widgets/Boxes.h"
@@ -142,15 +142,7 @@ bool SfiTab::writeImage(const QString &path, const QByteArray &image)
     if (!confirmOverwrite(context().boxParent, path)) {
         return false;
     }
-    const auto *bytes = reinterpret_cast<const std::uint8_t *>(image.constData());
-    const auto written = files::writeWhole(path, {bytes, static_cast<std::size_t>(image.size())});
-    if (!written) {
-        showBox(context().boxParent, BoxKind::Error,
-                QLatin1String(m_variant.createFailed) + '\n' +
-                    QString::fromStdString(written.error().text));
-        return false;
-    }
-    return true;
+    return writePackage(context().boxParent, path, image, m_variant.createFailed);
 }
 
 void SfiTab::chooseImage()
@@ -158,7 +150,7 @@ void SfiTab::chooseImage()
     const QString path = chooseFile(context().boxParent, context().lastFolder,
                                     QStringLiteral("SFI files (*.sfi ; *.ssfi ; *.mcsv)"));
     if (!path.isEmpty()) {
-        m_parse->field()->setPath(path);
+        m_parse->field()->choose(path);
         parse(true);
     }
 }
@@ -180,7 +172,7 @@ void SfiTab::parse(bool fromUser)
     if (SfiTab *sfix = other("sfix")) {
         sfix->dropFirmwareSelections();
     }
-    const auto record = openRecord(context().fileManager, path);
+    const auto record = openPackageInput(context().fileManager, path);
     if (record == nullptr ||
         (record->type != file_type::kSfi && record->type != file_type::kSsfi)) {
         for (const char *key : {"sfi", "sfix"}) {
@@ -195,7 +187,7 @@ void SfiTab::parse(bool fromUser)
 
 void SfiTab::parseModules(const QString &path)
 {
-    const auto record = openRecord(context().fileManager, path);
+    const auto record = openPackageInput(context().fileManager, path);
     if (record == nullptr || record->type != file_type::kMcsv) {
         m_parse->info()->reset();
         return;

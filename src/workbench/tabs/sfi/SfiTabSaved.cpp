@@ -13,11 +13,7 @@ namespace
 {
 
 // Keys of the settings file; the spelling of the last text is the one that all versions have.
-struct SavedText {
-    const char *key;
-    QLatin1String row;
-};
-const SavedText kSavedTexts[] = {
+const FormTab::SavedText kSavedTexts[] = {
     {"Encryption key file", sfi_row::kKey},       {"Nonce file", sfi_row::kNonce},
     {"Option bytes file", sfi_row::kOptionBytes}, {"Available RAM size", sfi_row::kRam},
     {"Continuation Token", sfi_row::kToken},      {"ouput SFI file", sfi_row::kOutput},
@@ -69,9 +65,7 @@ void SfiTab::save(SavedGroup &group) const
     if (form()->list(sfi_row::kExternal) != nullptr) {
         saveExternal(group);
     }
-    for (const SavedText &text : kSavedTexts) {
-        group.set(QLatin1String(text.key), form()->text(text.row));
-    }
+    saveTexts(group, kSavedTexts);
     group.set(kVersionKey, form()->number(sfi_row::kVersion)->value());
     if (const FileList *smi = form()->list(sfi_row::kSmi)) {
         group.set(kSmiKey, smi->rows().paths());
@@ -101,9 +95,7 @@ void SfiTab::saveExternal(SavedGroup &group) const
 
 void SfiTab::restore(const SavedGroup &group)
 {
-    for (const SavedText &text : kSavedTexts) {
-        form()->setText(text.row, group.text(QLatin1String(text.key)));
-    }
+    restoreTexts(group, kSavedTexts);
     if (m_variant.needsExternal) {
         form()->setText(sfi_row::kKeyArea, group.text(kKeyAreaKey));
     }

@@ -9,6 +9,7 @@
 #include "workbench/tabs/sfu/SfuTabs.h"
 #include "workbench/widgets/Boxes.h"
 #include "workbench/widgets/BusyCursor.h"
+#include "workbench/widgets/FileMap.h"
 
 #include <QFileInfo>
 
@@ -95,28 +96,14 @@ SfuTab::SfuTab(const TabName &name, QWidget *page, FormContext &context)
 {
     form()->addRows(rowsOf());
     form()->addGenerate(tr("&Generate SFU"));
-    const QString firmwareTitle = tr("Firmware information");
-    const QString imageTitle = tr("SFU information");
-    m_firmwareInfo =
-        new InfoPane(QStringLiteral("sfu_firmwareInfo"), firmwareTitle, emptyFirmware(), page);
-    m_imageInfo = new InfoPane(QStringLiteral("sfu_imageInfo"), imageTitle, emptyUpdate(), page);
-    m_panes = new InfoTabs(QStringLiteral("sfu_info_tabs"), m_firmwareInfo, firmwareTitle,
-                           m_imageInfo, imageTitle, page);
-    layFormPage(page, form(), m_panes);
-    connect(form(), &RowForm::edited, this, [this](const QString &row) {
-        if (row != kFirmware || form()->edit(kFirmware)->isModified()) {
-            return;
-        }
-        if (QFileInfo(form()->text(kFirmware)).isFile()) {
-            parseFirmware();
-        } else {
+    m_panes.build(key(), page, form(),
+                  {QStringLiteral("firmwareInfo"), tr("Firmware information"), emptyFirmware()},
+                  {QStringLiteral("imageInfo"), tr("SFU information"), emptyUpdate()});
+    whenPathSettles(kFirmware, [this](const QString &path) {
+        if (path.isEmpty()) {
             m_firmware.reset();
-            m_firmwareInfo->reset();
-        }
-    });
-    connect(form()->edit(kFirmware), &QLineEdit::editingFinished, this, [this] {
-        if (form()->edit(kFirmware)->isModified()) {
-            form()->edit(kFirmware)->setModified(false);
+            m_panes.resetInput();
+        } else {
             parseFirmware();
         }
     });
@@ -126,7 +113,7 @@ SfuTab::SfuTab(const TabName &name, QWidget *page, FormContext &context)
 bool SfuTab::parseFirmware()
 {
     const QString path = form()->text(kFirmware);
-    m_firmwareInfo->reset();
+    m_panes.resetInput();
     m_firmware.reset();
     if (path.isEmpty()) {
         return false;
@@ -156,8 +143,11 @@ bool SfuTab::parseFirmware()
         QStringList{file.fileName(), firmwareWord(m_firmware->type),
                     files::sizeText(static_cast<std::uint64_t>(file.size())),
                     addressText(segment.address), files::sizeText(segment.size)};
-    m_firmwareInfo->show(contents);
-    m_panes->setCurrentIndex(InfoTabs::kFirst);
+    // A raw binary's block would stand at address 0, which says nothing of where it goes.
+    if (m_firmware->type != file_type::kBinary) {
+        contents.map = mapOfFile(path, *m_firmware);
+    }
+    m_panes.showInput(contents);
     return true;
 }
 
@@ -187,7 +177,7 @@ void SfuTab::generate()
         m_firmware.get(), key.bytes(), nonce.bytes(),
         static_cast<unsigned short>(form()->number(kVersion)->value()));
     if (update.isEmpty()) {
-        m_imageInfo->clearContents();
+        m_panes.package()->clearContents();
         showBox(parent, BoxKind::Error,
                 QStringLiteral("Error occured when preparing the SFU image"));
         return;
@@ -236,16 +226,14 @@ void SfuTab::show(const QByteArray &header, const QByteArray &body)
                                            files::sizeText(static_cast<std::uint64_t>(body.size())),
                                            QString::number(headerField(header, kProtocolAt)),
                                            QString::number(headerField(header, kPieceAt))};
-    m_imageInfo->show(contents);
-    m_panes->setCurrentIndex(InfoTabs::kSecond);
+    m_panes.showPackage(contents, form()->text(kOutput));
 }
 
 void SfuTab::clear()
 {
     FormTab::clear();
     m_firmware.reset();
-    m_firmwareInfo->reset();
-    m_imageInfo->reset();
+    m_panes.reset();
 }
 
 }  // namespace workbench

@@ -1,8 +1,7 @@
 #pragma once
 #include "files/base/Records.h"
 #include "workbench/forms/FormTab.h"
-#include "workbench/widgets/InfoPane.h"
-#include "workbench/widgets/InfoTabs.h"
+#include "workbench/forms/PackagePanes.h"
 
 namespace workbench
 {
@@ -25,9 +24,7 @@ private:
     bool writeFile(const QString &path, const QByteArray &bytes, const char *which);
     void show(const QByteArray &header, const QByteArray &body);
 
-    InfoPane *m_firmwareInfo = nullptr;
-    InfoPane *m_imageInfo = nullptr;
-    InfoTabs *m_panes = nullptr;
+    PackagePanes m_panes;
     files::RecordOwner<FileData> m_firmware;
 };
 

@@ -33,10 +33,10 @@ const QString kOutput = QStringLiteral("output");
 
 constexpr int kMostVersion = 0xFF;
 
-const std::pair<const char *, QString> kSaved[] = {{"signed image file", kInput},
-                                                   {"EC private key file", kKey},
-                                                   {"pass info", kPhrase},
-                                                   {"output signed file", kOutput}};
+const FormTab::SavedText kSaved[] = {{"signed image file", kInput},
+                                     {"EC private key file", kKey},
+                                     {"pass info", kPhrase},
+                                     {"output signed file", kOutput}};
 const QString kSavedVersion = QStringLiteral("signed image version");
 
 QList<FormRow> rowsOf()
@@ -52,6 +52,7 @@ QList<FormRow> rowsOf()
     FormRow phrase;
     phrase.name = kPhrase;
     phrase.label = tr("PEM pass &phrase (Optional)");
+    phrase.hint = tr("Not used in this version");
     phrase.toolTip = tr("Keys behind a pass phrase can't be used in this version");
     FormRow key = inputRow("key", tr("EC private &key file"), tr("EC private key"),
                            tr("PEM files (*.pem)"), tr("EC Private key file Path"));
@@ -118,42 +119,26 @@ SignTab::SignTab(const TabName &name, QWidget *page, FormContext &context)
     form()->addRows(rowsOf());
     form()->addGenerate(tr("&Generate SIGN"));
     hidePassword(form()->edit(kPhrase), tr("PEM pass phrase"));
-    const QString inputTitle = tr("Firmware information");
-    const QString imageTitle = tr("SIGN information");
-    m_inputInfo = new InfoPane(QStringLiteral("sign_firmwareInfo"), inputTitle, emptyInput(), page);
-    m_imageInfo = new InfoPane(QStringLiteral("sign_imageInfo"), imageTitle, emptyImage(), page);
-    m_panes = new InfoTabs(QStringLiteral("sign_info_tabs"), m_inputInfo, inputTitle, m_imageInfo,
-                           imageTitle, page);
-    layFormPage(page, form(), m_panes);
-    connect(form(), &RowForm::edited, this, [this](const QString &row) {
-        if (row == kInput && !m_isRestoring && !form()->edit(kInput)->isModified()) {
-            const QString path = form()->text(kInput);
-            displayInput(QFileInfo(path).isFile() ? path : QString());
-        }
-    });
-    connect(form()->edit(kInput), &QLineEdit::editingFinished, this, [this] {
-        if (form()->edit(kInput)->isModified()) {
-            form()->edit(kInput)->setModified(false);
-            displayInput(form()->text(kInput));
-        }
-    });
+    m_panes.build(key(), page, form(),
+                  {QStringLiteral("firmwareInfo"), tr("Firmware information"), emptyInput()},
+                  {QStringLiteral("imageInfo"), tr("SIGN information"), emptyImage()});
+    whenPathSettles(kInput, [this](const QString &path) { displayInput(path); });
     connect(form()->generateButton(), &QPushButton::clicked, this, &SignTab::generate);
 }
 
 void SignTab::displayInput(const QString &path)
 {
-    m_inputInfo->reset();
+    m_panes.resetInput();
     if (path.isEmpty()) {
         return;
     }
     const auto record = openPackageInput(context().fileManager, path);
     if (const FileData *firmware = asFirmware(record.get())) {
-        m_inputInfo->show(describeInput(path, *firmware));
-        m_panes->setCurrentIndex(InfoTabs::kFirst);
+        m_panes.showInput(describeInput(path, *firmware));
     } else if (record) {
         FileData other;
         other.type = record->type;
-        m_inputInfo->show(describeInput(path, other));
+        m_panes.input()->show(describeInput(path, other));
     }
 }
 
@@ -301,8 +286,7 @@ bool SignTab::showResult(const QByteArray &keyPem)
         QStringList{QFileInfo(output).fileName(), QStringLiteral("sign"),
                     files::sizeText(static_cast<std::uint64_t>(written.size()))};
     contents.details.rows = signatureRows(opened->trailer);
-    m_imageInfo->show(contents);
-    m_panes->setCurrentIndex(InfoTabs::kSecond);
+    m_panes.showPackage(contents, output);
     return true;
 }
 
@@ -310,13 +294,12 @@ void SignTab::clear()
 {
     FormTab::clear();
     static_cast<TypedSpinBox *>(form()->number(kVersion))->reset(0);
-    m_inputInfo->reset();
-    m_imageInfo->reset();
+    m_panes.reset();
 }
 
 void SignTab::clearPanes()
 {
-    m_imageInfo->reset();
+    m_panes.resetPackage();
 }
 
 void SignTab::save(SavedGroup &group) const
@@ -331,14 +314,10 @@ void SignTab::save(SavedGroup &group) const
 
 void SignTab::restore(const SavedGroup &group)
 {
-    m_isRestoring = true;
-    for (const auto &[key, row] : kSaved) {
-        form()->setText(row, group.text(QLatin1String(key)));
-    }
+    restoreTexts(group, kSaved);
     const auto version = unsignedFromText(group.text(kSavedVersion));
     static_cast<TypedSpinBox *>(form()->number(kVersion))
         ->reset(version && *version <= kMostVersion ? static_cast<int>(*version) : 0);
-    m_isRestoring = false;
 }
 
 void SignTab::restoreFiles(const SavedGroup &)

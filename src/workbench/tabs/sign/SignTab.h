@@ -1,8 +1,7 @@
 #pragma once
 #include "files/base/Records.h"
 #include "workbench/forms/FormTab.h"
-#include "workbench/widgets/InfoPane.h"
-#include "workbench/widgets/InfoTabs.h"
+#include "workbench/forms/PackagePanes.h"
 
 class SignedImage;
 
@@ -38,12 +37,9 @@ private:
     bool sign(const FileData &input, const QByteArray &keyPem);
     bool showResult(const QByteArray &keyPem);
 
-    InfoPane *m_inputInfo = nullptr;
-    InfoPane *m_imageInfo = nullptr;
-    InfoTabs *m_panes = nullptr;
+    PackagePanes m_panes;
     unsigned char m_sizeKind = 0;  ///< never changed
     unsigned int m_version = 0;
-    bool m_isRestoring = false;
 };
 
 }  // namespace workbench

@@ -34,10 +34,10 @@ constexpr int kKeyBytes = 16;
 constexpr int kNonceBytes = 12;
 constexpr int kVersionBytes = 16;
 
-const std::pair<const char *, QString> kSaved[] = {{"ELF file", kElf},
-                                                   {"Encryption key file", kKey},
-                                                   {"Nonce file", kNonce},
-                                                   {"Security version file", kVersion}};
+const FormTab::SavedText kSaved[] = {{"ELF file", kElf},
+                                     {"Encryption key file", kKey},
+                                     {"Nonce file", kNonce},
+                                     {"Security version file", kVersion}};
 
 QList<FormRow> rowsOf()
 {
@@ -99,13 +99,9 @@ SmiTab::SmiTab(const TabName &name, QWidget *page, FormContext &context)
 {
     form()->addRows(rowsOf());
     form()->addGenerate(tr("Generate S&MI"));
-    const QString elfTitle = tr("ELF information");
-    const QString imageTitle = tr("SMI information");
-    m_elfInfo = new InfoPane(QStringLiteral("smi_elfInfo"), elfTitle, emptyElf(), page);
-    m_imageInfo = new InfoPane(QStringLiteral("smi_imageInfo"), imageTitle, emptyModule(), page);
-    m_panes = new InfoTabs(QStringLiteral("smi_info_tabs"), m_elfInfo, elfTitle, m_imageInfo,
-                           imageTitle, page);
-    layFormPage(page, form(), m_panes);
+    m_panes.build(key(), page, form(),
+                  {QStringLiteral("elfInfo"), tr("ELF information"), emptyElf()},
+                  {QStringLiteral("imageInfo"), tr("SMI information"), emptyModule()});
     form()->setMissing([this] {
         QList<MissingInput> missing;
         for (const QString &row : {kElf, kKey, kNonce, kVersion, kSection, kOutput, kClearElf}) {
@@ -122,13 +118,12 @@ SmiTab::SmiTab(const TabName &name, QWidget *page, FormContext &context)
     connect(form(), &RowForm::edited, this, [this](const QString &row) {
         if (row == kSection) {
             showPlacement();
-        } else if (row == kElf && !m_isRestoring && !form()->edit(kElf)->isModified()) {
-            takeElf();  // chosen or dropped; a typed name is read when it is complete
         }
     });
-    connect(form()->edit(kElf), &QLineEdit::editingFinished, this, [this] {
-        if (form()->edit(kElf)->isModified()) {
-            form()->edit(kElf)->setModified(false);
+    whenPathSettles(kElf, [this](const QString &path) {
+        if (path.isEmpty()) {
+            forgetElf();
+        } else {
             parseElf();
         }
     });
@@ -159,18 +154,9 @@ void SmiTab::makeVersionFile()
         return;
     }
     context().lastOutputFolder = QFileInfo(path).absolutePath();
-    form()->setText(kVersion, path);
+    form()->choosePath(kVersion, path);
     showBox(context().boxParent, BoxKind::Success,
             tr("Security version file successfully created"));
-}
-
-void SmiTab::takeElf()
-{
-    if (QFileInfo(form()->text(kElf)).isFile()) {
-        parseElf();
-    } else {
-        forgetElf();
-    }
 }
 
 void SmiTab::forgetElf()
@@ -178,7 +164,7 @@ void SmiTab::forgetElf()
     m_elf.reset();
     const QSignalBlocker blocker(form()->choice(kSection));
     form()->choice(kSection)->clear();
-    m_elfInfo->reset();
+    m_panes.resetInput();
     form()->setText(kPlacement, {});
     form()->updateGenerate();
 }
@@ -207,8 +193,7 @@ void SmiTab::parseElf(bool isRequest)
         return;
     }
     m_elf.reset(static_cast<FileELF *>(record.release()));
-    m_elfInfo->show(describeElf(path, *m_elf));
-    m_panes->setCurrentIndex(InfoTabs::kFirst);
+    m_panes.showInput(describeElf(path, *m_elf));
     offerSections(chosen, isRequest);
 }
 
@@ -302,7 +287,7 @@ bool SmiTab::build(const QString &section)
         static_cast<unsigned>(length), name, key.bytes(), nonce.bytes(), version.bytes());
     files::wipe(bytes.get(), static_cast<std::size_t>(length));
     if (modules.isEmpty()) {
-        m_imageInfo->clearContents();
+        m_panes.package()->clearContents();
         showBox(parent, BoxKind::Error,
                 QStringLiteral("Error occured when preparing an SMI image"));
         return false;
@@ -318,9 +303,9 @@ bool SmiTab::build(const QString &section)
     if (!writeModules(modules) || !writeClearElf()) {
         return false;
     }
-    m_imageInfo->show(
-        describeResult(form()->text(kOutput), builder.smiAddress, modules.size(), modules.last()));
-    m_panes->setCurrentIndex(InfoTabs::kSecond);
+    const QString output = form()->text(kOutput);
+    m_panes.showPackage(describeResult(output, builder.smiAddress, modules.size(), modules.last()),
+                        output);
     return true;
 }
 
@@ -367,13 +352,12 @@ QString SmiTab::refuseModule(const QString &path) const
 bool SmiTab::showChecked(const QString &path, const FileType &record)
 {
     if (record.type == file_type::kSmi) {
-        m_imageInfo->show(describeSmi(path, static_cast<const FileData &>(record)));
+        m_panes.showPackage(describeSmi(path, static_cast<const FileData &>(record)), {});
     } else if (record.type == file_type::kSmu) {
-        m_imageInfo->show(describeSmu(path, static_cast<const FileSMU &>(record)));
+        m_panes.showPackage(describeSmu(path, static_cast<const FileSMU &>(record)), {});
     } else {
         return false;
     }
-    m_panes->setCurrentIndex(InfoTabs::kSecond);
     return true;
 }
 
@@ -381,28 +365,22 @@ void SmiTab::clear()
 {
     FormTab::clear();
     forgetElf();
-    m_imageInfo->reset();
+    m_panes.resetPackage();
 }
 
 void SmiTab::clearPanes()
 {
-    m_imageInfo->reset();
+    m_panes.resetPackage();
 }
 
 void SmiTab::save(SavedGroup &group) const
 {
-    for (const auto &[key, row] : kSaved) {
-        group.set(QLatin1String(key), form()->text(row));
-    }
+    saveTexts(group, kSaved);
 }
 
 void SmiTab::restore(const SavedGroup &group)
 {
-    m_isRestoring = true;
-    for (const auto &[key, row] : kSaved) {
-        form()->setText(row, group.text(QLatin1String(key)));
-    }
-    m_isRestoring = false;
+    restoreTexts(group, kSaved);
 }
 
 void SmiTab::restoreFiles(const SavedGroup &)

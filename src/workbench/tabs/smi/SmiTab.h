@@ -1,8 +1,7 @@
 #pragma once
 #include "files/base/Records.h"
 #include "workbench/forms/FormTab.h"
-#include "workbench/widgets/InfoPane.h"
-#include "workbench/widgets/InfoTabs.h"
+#include "workbench/forms/PackagePanes.h"
 
 #include <QStringList>
 
@@ -42,7 +41,6 @@ protected:
     void press(const QString &row, const QString &role) override;
 
 private:
-    void takeElf();
     void forgetElf();
     void offerSections(const QString &chosen, bool isRequest);
     void showPlacement();
@@ -53,11 +51,8 @@ private:
     void makeVersionFile();
     [[nodiscard]] QStringList inputs() const;
 
-    InfoPane *m_elfInfo = nullptr;
-    InfoPane *m_imageInfo = nullptr;
-    InfoTabs *m_panes = nullptr;
+    PackagePanes m_panes;
     files::RecordOwner<FileELF> m_elf;
-    bool m_isRestoring = false;
 };
 
 }  // namespace workbench

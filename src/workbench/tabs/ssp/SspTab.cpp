@@ -39,13 +39,13 @@ constexpr unsigned char kNonceBytes = 16;
 constexpr unsigned int kPayloadBytes = 152;
 
 // The spelling of the last key is the one that all versions have.
-const std::pair<const char *, QString> kSaved[] = {{"rmaLock", kUnlock},
-                                                   {"rmaRelock", kRelock},
-                                                   {"blob file", kSecrets},
-                                                   {"Encryption key file", kKey},
-                                                   {"Encryption public key file", kOemKey},
-                                                   {"Nonce file", kNonce},
-                                                   {"ouput SFI file", kOutput}};
+const FormTab::SavedText kSaved[] = {{"rmaLock", kUnlock},
+                                     {"rmaRelock", kRelock},
+                                     {"blob file", kSecrets},
+                                     {"Encryption key file", kKey},
+                                     {"Encryption public key file", kOemKey},
+                                     {"Nonce file", kNonce},
+                                     {"ouput SFI file", kOutput}};
 
 QString keyLabel(int device)
 {
@@ -107,28 +107,12 @@ SspTab::SspTab(const TabName &name, QWidget *page, FormContext &context)
     form()->addGenerate(tr("&Generate SSP"));
     hidePassword(form()->edit(kUnlock), tr("RMA Unlock"));
     hidePassword(form()->edit(kRelock), tr("RMA Relock"));
-    const QString secretsTitle = tr("Secrets file information");
-    const QString imageTitle = tr("SSP information");
-    m_secretsInfo =
-        new InfoPane(QStringLiteral("ssp_secretsInfo"), secretsTitle, emptyInput(), page);
-    m_imageInfo = new InfoPane(QStringLiteral("ssp_imageInfo"), imageTitle, emptyInput(), page);
-    m_panes = new InfoTabs(QStringLiteral("ssp_info_tabs"), m_secretsInfo, secretsTitle,
-                           m_imageInfo, imageTitle, page);
-    layFormPage(page, form(), m_panes);
+    m_panes.build(key(), page, form(),
+                  {QStringLiteral("secretsInfo"), tr("Secrets file information"), emptyInput()},
+                  {QStringLiteral("imageInfo"), tr("SSP information"), emptyInput()});
     connect(form()->choice(kDevice), qOverload<int>(&QComboBox::currentIndexChanged), this,
             &SspTab::changeDevice);
-    connect(form(), &RowForm::edited, this, [this](const QString &row) {
-        if (row == kSecrets && !m_isRestoring && !form()->edit(kSecrets)->isModified()) {
-            const QString path = form()->text(kSecrets);
-            displaySecrets(QFileInfo(path).isFile() ? path : QString());
-        }
-    });
-    connect(form()->edit(kSecrets), &QLineEdit::editingFinished, this, [this] {
-        if (form()->edit(kSecrets)->isModified()) {
-            form()->edit(kSecrets)->setModified(false);
-            displaySecrets(form()->text(kSecrets));
-        }
-    });
+    whenPathSettles(kSecrets, [this](const QString &path) { displaySecrets(path); });
     connect(form()->generateButton(), &QPushButton::clicked, this, &SspTab::generate);
     changeDevice(sspDeviceIndex);
 }
@@ -166,7 +150,7 @@ void SspTab::press(const QString &row, const QString &role)
         const QString path =
             chooseFile(context().boxParent, context().lastFolder, form()->row(row)->filter);
         if (!path.isEmpty()) {
-            form()->setText(row, path);
+            form()->choosePath(row, path);
         }
     } else {
         FormTab::press(row, role);
@@ -200,7 +184,7 @@ void SspTab::makeFile(const QString &row, const char *refusal, const char *succe
 
 void SspTab::displaySecrets(const QString &path)
 {
-    m_secretsInfo->reset();
+    m_panes.resetInput();
     if (path.isEmpty()) {
         return;
     }
@@ -211,9 +195,8 @@ void SspTab::displaySecrets(const QString &path)
     FileData other;
     other.type = record->type;
     const FileData *firmware = asFirmware(record.get());
-    m_secretsInfo->show(describeInput(path, firmware == nullptr ? other : *firmware));
+    m_panes.showInput(describeInput(path, firmware == nullptr ? other : *firmware));
     wipeSegments(record.get());
-    m_panes->setCurrentIndex(InfoTabs::kFirst);
 }
 
 bool SspTab::passwordWord(std::uint32_t *out)
@@ -308,37 +291,29 @@ bool SspTab::write(const QByteArray &image)
     contents.overview.values =
         QStringList{QFileInfo(output).fileName(), QStringLiteral("SSP"),
                     files::sizeText(static_cast<std::uint64_t>(written.size()))};
-    m_imageInfo->show(contents);
-    m_panes->setCurrentIndex(InfoTabs::kSecond);
+    m_panes.showPackage(contents, output);
     return true;
 }
 
 void SspTab::clear()
 {
     FormTab::clear();
-    m_secretsInfo->reset();
-    m_imageInfo->reset();
+    m_panes.reset();
 }
 
 void SspTab::clearPanes()
 {
-    m_imageInfo->reset();
+    m_panes.resetPackage();
 }
 
 void SspTab::save(SavedGroup &group) const
 {
-    for (const auto &[key, row] : kSaved) {
-        group.set(QLatin1String(key), form()->text(row));
-    }
+    saveTexts(group, kSaved);
 }
 
 void SspTab::restore(const SavedGroup &group)
 {
-    m_isRestoring = true;
-    for (const auto &[key, row] : kSaved) {
-        form()->setText(row, group.text(QLatin1String(key)));
-    }
-    m_isRestoring = false;
+    restoreTexts(group, kSaved);
 }
 
 void SspTab::restoreFiles(const SavedGroup &)

@@ -1,8 +1,7 @@
 #pragma once
 #include "files/base/Records.h"
 #include "workbench/forms/FormTab.h"
-#include "workbench/widgets/InfoPane.h"
-#include "workbench/widgets/InfoTabs.h"
+#include "workbench/forms/PackagePanes.h"
 
 /// Entry of the SSP tab's device box; lasts while the program runs.
 extern int sspDeviceIndex;
@@ -44,10 +43,7 @@ private:
     bool readPayload(std::uint32_t word, QByteArray &payload);
     bool write(const QByteArray &image);
 
-    InfoPane *m_secretsInfo = nullptr;
-    InfoPane *m_imageInfo = nullptr;
-    InfoTabs *m_panes = nullptr;
-    bool m_isRestoring = false;
+    PackagePanes m_panes;
 };
 
 }  // namespace workbench
