@@ -66,6 +66,7 @@ TEST_F(ClearedFormsTest, UndoBringsEverythingBackOnceAndAsksNothing)
     const DialogAnswers none;
     // A choice and a mask that clearing takes back, too.
     auto *family = widget<QComboBox>(window, "da_family_combo");
+    family->addItem("Chips");
     family->setCurrentIndex(1);
     auto *bits = window->findChild<workbench::PermissionTable *>();
     bits->setMask(5);

@@ -64,6 +64,9 @@ struct FormRow {
     /// shows a sign with the sentence, and nothing is refused for it.
     std::function<QString(const QString &text)> check;
     std::function<QWidget *(QWidget *parent)> make;  ///< of a block; names itself
+
+    /// Whether the row takes the height that the form has to spare.
+    [[nodiscard]] bool isTall() const { return kind == RowKind::List || kind == RowKind::Table; }
 };
 
 /// An input that a request waits for.
