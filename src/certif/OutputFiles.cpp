@@ -28,13 +28,15 @@ QString finishedFile(const QString &out, const QString &role)
     return outputFiles(out, role).last();
 }
 
-QString unopenableOutput(const QString &out, const QString &role)
+std::optional<LockedOutput> lockedOutput(const QString &out, const QString &role)
 {
-    const QStringList paths = outputFiles(out, role);
-    // The writer's temporary file goes again with the writer.
-    const auto hit = std::ranges::find_if(
-        paths, [](const QString &path) { return !files::SafeWriter::open(path); });
-    return hit == paths.end() ? QString() : *hit;
+    for (const QString &path : outputFiles(out, role)) {
+        // The writer's temporary file goes again with the writer.
+        if (const auto opened = files::SafeWriter::open(path); !opened) {
+            return LockedOutput{path, QString::fromStdString(opened.error().text)};
+        }
+    }
+    return std::nullopt;
 }
 
 QString outputOverInput(const QString &out, const QString &role, const QStringList &keys,

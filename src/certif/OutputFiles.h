@@ -2,6 +2,8 @@
 #include <QString>
 #include <QStringList>
 
+#include <optional>
+
 namespace certif
 {
 
@@ -15,9 +17,14 @@ QStringList outputFiles(const QString &out, const QString &role);
 /// The file that holds the result of a request: the last one that it writes.
 QString finishedFile(const QString &out, const QString &role);
 
-/// The first file of a request that can't be opened for writing; empty when all can. Nothing is
+/// A file that can't be opened for writing.
+struct LockedOutput {
+    QString path;
+    QString why;  ///< the system's reason
+};
+/// The first file of a request that can't be opened for writing; none when all can. Nothing is
 /// changed, made or left behind.
-QString unopenableOutput(const QString &out, const QString &role);
+std::optional<LockedOutput> lockedOutput(const QString &out, const QString &role);
 
 /// The first file of a request that is one of its inputs, also through links; empty when none is.
 /// The chain alone may take the place of the chain that it makes longer.

@@ -210,10 +210,10 @@ bool PrepGenCertifDA::joinChain(const QString &out, const QString &role,
                       upper ? lowerPath : upperCertificate,
                       QString::fromStdString(failed.error().text));
     }
-    auto writer = files::SafeWriter::open(chainPath);
     const QByteArray text = (*upper + *lower).toBase64();
-    if (!writer || !writer->write(spanOf(text)) || !writer->commit()) {
-        return refuse(L"Failed to chain certificate\nThe %ls already Opened \n", chainPath);
+    if (const auto written = files::writeWhole(chainPath, spanOf(text)); !written) {
+        return refuse(L"Failed to chain certificate\nThe %ls already Opened \n%ls", chainPath,
+                      QString::fromStdString(written.error().text));
     }
     say(kDone, L" %ls certificate was successfully chained", role);
     return true;

@@ -15,12 +15,25 @@ using report::Level;
 namespace
 {
 
+/// The known text of a failed write, and the reason on a line of its own.
+void tellFailed(const QString &known, const files::Error &error)
+{
+    tell(Level::Error, known + (known.endsWith('\n') ? QString() : QStringLiteral("\n")) +
+                           QString::fromStdString(error.text));
+}
+
+/// Writes all and commits.
+files::Result<void> finish(SafeWriter &writer, std::span<const std::uint8_t> bytes)
+{
+    return writer.write(bytes).and_then([&writer] { return writer.commit(); });
+}
+
 /// Commits the password file and tells about it.
 bool finishPassword(const obk::PasswordFile &password, SafeWriter &writer)
 {
-    if (!writer.write(password.bytes) || !writer.commit()) {
-        tell(Level::Error,
-             QStringLiteral("Error while writing in file : %1 file").arg(password.path));
+    if (const auto written = finish(writer, password.bytes); !written) {
+        tellFailed(QStringLiteral("Error while writing in file : %1 file").arg(password.path),
+                   written.error());
         return false;
     }
     tell(Level::Information,
@@ -74,9 +87,9 @@ bool Obkey::writeProduct(const obk::Product &product)
     if (product.password) {
         auto opened = SafeWriter::open(product.password->path, Secrecy::SecretUnlessLocked);
         if (!opened) {
-            tell(Level::Error,
-                 QStringLiteral("Failed to create Password file\nThe %1 already Opened \n")
-                     .arg(product.password->path));
+            tellFailed(QStringLiteral("Failed to create Password file\nThe %1 already Opened \n")
+                           .arg(product.password->path),
+                       opened.error());
             return false;
         }
         password = std::move(*opened);
@@ -84,17 +97,18 @@ bool Obkey::writeProduct(const obk::Product &product)
     auto output = SafeWriter::open(
         product.outputPath, product.isSecret ? Secrecy::SecretUnlessLocked : Secrecy::Public);
     if (!output) {
-        tell(Level::Error, QStringLiteral("Fail OBkey Generation The %1 already Opened \n")
-                               .arg(product.outputPath));
+        tellFailed(QStringLiteral("Fail OBkey Generation The %1 already Opened \n")
+                       .arg(product.outputPath),
+                   output.error());
         return false;
     }
     if (password && !finishPassword(*product.password, *password)) {
         return false;
     }
-    if (!output->write(product.bytes) || !output->commit()) {
-        tell(Level::Error,
-             QStringLiteral(" OBkey Generation Failed %1 is already opened or save error \n")
-                 .arg(product.outputPath));
+    if (const auto written = finish(*output, product.bytes); !written) {
+        tellFailed(QStringLiteral(" OBkey Generation Failed %1 is already opened or save error \n")
+                       .arg(product.outputPath),
+                   written.error());
         return false;
     }
     for (std::size_t at = 0; at < model.items.size(); ++at) {
@@ -127,12 +141,13 @@ void Obkey::saveOBKeyConf(Obkey *obkey)
         return;
     }
     const auto written = writeTemplate(path, *changed, hasPassword);
-    if (!written && written.error().code == files::ErrorCode::CannotOpen) {
-        tell(
-            Level::Error,
-            QStringLiteral("Fail OBkey XML Generation The File %1 is already Opened \n").arg(path));
-    } else if (!written) {
-        tell(Level::Error, QStringLiteral(" OBKey XML Generation Failed %1 \n").arg(path));
+    if (!written) {
+        const bool isOpened = written.error().code != files::ErrorCode::CannotOpen;
+        tellFailed((isOpened ? QStringLiteral(" OBKey XML Generation Failed %1 \n")
+                             : QStringLiteral("Fail OBkey XML Generation The File %1 is already "
+                                              "Opened \n"))
+                       .arg(path),
+                   written.error());
     }
 }
 

@@ -70,7 +70,10 @@ TEST_F(RandomFiles, TargetsThatCannotBeOpenedAreRefusedUntouched)
     ASSERT_TRUE(user.done());
     for (const char *name : {"missing/key.bin", "folder", "locked.bin"}) {
         EXPECT_EQ(Crypto().generateSspKey(at(name)), -1) << name;
-        EXPECT_EQ(messages().last(), "5|Error: Failed to create output file : " + at(name));
+        const QString known = "5|Error: Failed to create output file : " + at(name) + '\n';
+        const QString said = messages().last();
+        EXPECT_TRUE(said.startsWith(known) && said.size() > known.size())
+            << "the reason stands behind it";
     }
     EXPECT_EQ(contents("locked.bin"), "old");
     EXPECT_EQ(entries(), (QStringList{"folder", "locked.bin"}));

@@ -210,7 +210,8 @@ TEST_F(DaTab, RefusesInTheOrderOfTheFields)
     EXPECT_EQ(refusal(), "Error|Error: A Certificate path should be entered!");
     type("da_output_edit", folder.path("none/root"));
     EXPECT_EQ(refusal().remove(dir()),
-              "Error|Error: Failed to Generate certificate\nThe none/root.cert already Opened \n");
+              "Error|Error: Failed to Generate certificate\nThe none/root.cert already Opened \n"
+              "root.cert: No such folder");
     EXPECT_FALSE(QFileInfo::exists(folder.path("home/Vendrelis")));
     type("da_output_edit", folder.path("root"));
     type("da_class_edit", "six");

@@ -17,9 +17,9 @@ namespace
 
 constexpr int kSspKeyBytes = 16;
 
-void tell(Level level, const wchar_t *format, const QString &path)
+void tell(Level level, const wchar_t *format, const QString &path, const std::string &reason = {})
 {
-    report::message(level, format, path.toUtf8().constData());
+    report::message(level, format, path.toUtf8().constData(), reason.c_str());
 }
 
 files::Result<files::SecretBytes> randomBytes(int size)
@@ -54,7 +54,7 @@ files::Result<void> crypto::makeRandomFile(const QString &path, int size)
     // Random files aren't locked after they are made, so a locked one was meant to stay.
     auto writer = files::SafeWriter::open(path, files::Secrecy::SecretUnlessLocked);
     if (!writer) {
-        tell(Level::Error, L"Failed to create output file : %s", path);
+        tell(Level::Error, L"Failed to create output file : %s\n%s", path, writer.error().text);
         return tl::unexpected(writer.error());
     }
     auto written = writer->write(bytes->span());
@@ -62,7 +62,8 @@ files::Result<void> crypto::makeRandomFile(const QString &path, int size)
         written = writer->commit();
     }
     if (!written) {
-        tell(Level::Error, L"Error while writing in file : %s file", path);
+        tell(Level::Error, L"Error while writing in file : %s file\n%s", path,
+             written.error().text);
     }
     return written;
 }

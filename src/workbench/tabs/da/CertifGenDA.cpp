@@ -267,13 +267,12 @@ bool CertifGenDA::generate(certif::Plan &plan)
     m_request.beforeMessage = [&progress] { progress.finish(); };
     const bool isFilledIn =
         !values.issuerKey.isEmpty() && !values.subjectKey.isEmpty() && !values.name.isEmpty();
-    const QString locked =
-        isFilledIn ? certif::unopenableOutput(values.name, values.role) : QString();
-    if (!locked.isEmpty()) {
+    const auto locked = isFilledIn ? certif::lockedOutput(values.name, values.role) : std::nullopt;
+    if (locked) {
         progress.finish();
         report::message(report::Level::Error,
-                        L"Failed to Generate certificate\nThe %ls already Opened \n",
-                        locked.toStdWString().c_str());
+                        L"Failed to Generate certificate\nThe %ls already Opened \n%ls",
+                        locked->path.toStdWString().c_str(), locked->why.toStdWString().c_str());
         return false;
     }
     QString proposed = form()->row(da_row::kOutput)->defaultName;
