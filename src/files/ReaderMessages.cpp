@@ -39,12 +39,19 @@ void tidy(FileManager &manager, FileData *data)
     }
 }
 
+/// No table that a person or a tool writes comes near.
+constexpr std::uint64_t kLargestTable = std::uint64_t{64} << 20;
+
 /// Reads an open file whole. @return nothing after a report
-std::optional<files::ByteBuffer> readWhole(QFile &file)
+std::optional<files::ByteBuffer> readWhole(QFile &file, std::uint64_t limit = UINT32_MAX)
 {
-    auto bytes = files::readAll(file);
+    auto bytes = files::readAll(file, limit);
     if (bytes) {
         return std::move(*bytes);
+    }
+    if (bytes.error().code == ErrorCode::TooLarge) {
+        files::reportText(bytes.error());
+        return std::nullopt;
     }
     const bool isShort = bytes.error().code == ErrorCode::ReadFailed;
     report::message(Level::Error,
@@ -227,7 +234,7 @@ bool FileManager::SMU_Parsing(QFile *file, long long size, FileSMU *image)
 bool FileManager::filter_tsv_file(QFile *file, FileTSV *layout)
 {
     layout->type = file_type::kTsv;
-    const auto content = readWhole(*file);
+    const auto content = readWhole(*file, kLargestTable);
     if (!content) {
         return false;
     }
@@ -252,7 +259,7 @@ bool FileManager::filter_tsv_file(QFile *file, FileTSV *layout)
 bool FileManager::extract_csv_config(QFile *file, FileData *data)
 {
     data->type = file_type::kCsv;
-    const auto content = readWhole(*file);
+    const auto content = readWhole(*file, kLargestTable);
     if (!content) {
         return false;
     }
@@ -274,7 +281,7 @@ bool FileManager::extract_csv_config(QFile *file, FileData *data)
 bool FileManager::extract_mcsv_config(QFile *file, FileMCSV *modules)
 {
     modules->type = file_type::kMcsv;
-    const auto content = readWhole(*file);
+    const auto content = readWhole(*file, kLargestTable);
     if (!content) {
         return false;
     }

@@ -29,7 +29,7 @@ Result<MallocArray<std::uint8_t>> readBlock(QFile &file, qint64 offset, qint64 s
 /// Reads an open regular file whole, from its start, into memory (never mapped: a mapped file that
 /// shrinks kills the process).
 /// @return the bytes; ReadFailed when the file ends before the size it had, NoMemory, TooLarge
-///         above `limit` bytes
-Result<ByteBuffer> readAll(QFile &file, std::uint64_t limit = UINT64_MAX);
+///         above `limit` bytes, which is by default what the records' sizes of 32 bits can hold
+Result<ByteBuffer> readAll(QFile &file, std::uint64_t limit = UINT32_MAX);
 
 }  // namespace files

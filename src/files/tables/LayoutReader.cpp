@@ -32,7 +32,8 @@ QStringList columnsOf(std::string_view line)
     // A NUL ends the text, as it would end the copies.
     line = line.substr(0, line.find('\0'));
     const QString decoded = QString::fromUtf8(line.data(), static_cast<int>(line.size()));
-    return decoded.split(QRegExp(QStringLiteral("\\t+")));
+    static const QRegExp tabs(QStringLiteral("\\t+"));
+    return decoded.split(tabs);
 }
 
 MallocArray<char> copyText(const QByteArray &text)
@@ -87,8 +88,7 @@ bool storeRow(const QStringList &columns, std::vector<partition> &rows)
         std::any_of(texts.begin(), texts.end(), [](const auto &text) { return !text; })) {
         return false;
     }
-    rows.reserve(rows.size() + 1);  // a throw here must still find the texts owned
-    partition &row = rows.emplace_back();
+    partition &row = rows.emplace_back();  // a throw here must still find the texts owned
     row.id = std::strtoul(texts[1].get(), nullptr, 16);
     row.opt = texts[0].release();
     row.name = texts[2].release();
