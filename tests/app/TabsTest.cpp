@@ -99,9 +99,11 @@ TEST_F(Tabs, SayWhatGoesInAndWhatIsMissing)
 {
     forEachTab([](const Tab &tab) {
         const auto *missing = tab.page()->findChild<QLabel *>(tab.key() + "_missing_label");
-        ASSERT_NE(missing, nullptr);
-        EXPECT_TRUE(missing->isVisibleTo(missing->parentWidget()));
-        EXPECT_TRUE(missing->text().startsWith("Still missing: <a href="));
+        if (tab.page()->findChild<QPushButton *>(tab.key() + "_generate_ok") != nullptr) {
+            ASSERT_NE(missing, nullptr);
+            EXPECT_TRUE(missing->isVisibleTo(missing->parentWidget()));
+            EXPECT_TRUE(missing->text().startsWith("Still missing: <a href="));
+        }
         for (const QWidget *widget : interactive(tab)) {
             const std::string name = widget->objectName().toStdString();
             const auto *edit = qobject_cast<const QLineEdit *>(widget);

@@ -58,12 +58,6 @@ CentralWidget::~CentralWidget()
     if (m_context != nullptr) {  // or a box would come up for a window that is gone
         DisplayMng::getInstance().displayCallback = m_displayBefore;
     }
-    // Pages that a tab showed belong to the tab widget, the others still to nobody.
-    for (QWidget *page : imageGenPages) {
-        if (page->parent() == nullptr) {
-            delete page;
-        }
-    }
 }
 
 void CentralWidget::lendContext()
@@ -168,7 +162,8 @@ void CentralWidget::ensureObkey()
 
 void CentralWidget::appendImageGenPage()
 {
-    auto *page = new QWidget;
+    auto *page = new QWidget(this);
     page->setObjectName(QStringLiteral("img_page"));
+    page->hide();  // as all pages without a tab
     imageGenPages.push_back(page);
 }

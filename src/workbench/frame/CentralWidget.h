@@ -153,7 +153,7 @@ public:
     void ensureObkey();  ///< creates `obkey` if there is none
 
     // Image-generation tabs (ImageGenTab.cpp)
-    std::vector<QWidget *> imageGenPages;  ///< without a parent until shown; owned by the form
+    std::vector<QWidget *> imageGenPages;  ///< children of the form, then of the tab widget
     std::uint8_t imageGenTabIndex = 0;
     void InitMCUbootTab();  ///< lays the form into page `imageGenCount` - 1, if there is one
     void OpenMCUboot();     ///< opens a template in the latest of these tabs
