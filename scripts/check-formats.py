@@ -3,7 +3,8 @@
 
 Usage: scripts/check-formats.py [BENCH_CONVERT [FILES]]
 Each file is read by both and written by us as HEX, S-records and binary; srec_cat must find the same
-bytes in what we wrote as in the file itself, with holes below 32 bytes filled with 0xFF.
+bytes in what we wrote as in the file itself, with holes below 32 bytes filled with 0xFF. What we
+wrote, read and written once more, is the same file.
 """
 import os
 import random
@@ -89,6 +90,11 @@ def random_text(rnd, kind):
     return end.join(lines) + rnd.choice(["", end])
 
 
+def contents(path):
+    with open(path, "rb") as file:
+        return file.read()
+
+
 def check(convert, folder, rnd):
     kind = rnd.choice(["hex", "srec"])
     source = f"{folder}/in.{kind}"
@@ -98,6 +104,10 @@ def check(convert, folder, rnd):
     for target in ("hex", "srec"):
         path = f"{folder}/out.{target}"
         subprocess.run([convert, source, path], check=True, stderr=subprocess.DEVNULL)
+        again = f"{folder}/again.{target}"
+        subprocess.run([convert, path, again], check=True, stderr=subprocess.DEVNULL)
+        if contents(path) != contents(again):
+            return f"{kind} to {target} and once more"
         if bytes_by_srec_cat(path, target) != expected:
             return f"{kind} to {target}"
     subprocess.run([convert, source, folder + "/out.bin"], check=True, stderr=subprocess.DEVNULL)
@@ -105,8 +115,7 @@ def check(convert, folder, rnd):
     image = bytearray(b"\xff" * (max(expected) - first + 1))
     for address, byte in expected.items():
         image[address - first] = byte
-    with open(folder + "/out.bin", "rb") as written:
-        return None if written.read() == image else f"{kind} to bin"
+    return None if contents(folder + "/out.bin") == image else f"{kind} to bin"
 
 
 def main(arguments):
