@@ -40,6 +40,7 @@ INSTANTIATE_TEST_SUITE_P(Texts, TypedPaths,
                          ::testing::Values(Typed{"Blanks", " /a b.bin\t", "/a b.bin"},
                                            Typed{"Home", "~/x", QDir::homePath() + "/x"},
                                            Typed{"OtherHome", "~x/y", "~x/y"},
+                                           Typed{"Slashes", "///a/b", "/a/b"},
                                            Typed{"Relative", "a/~/b", "a/~/b"}),
                          [](const auto &row) { return row.param.name; });
 

@@ -158,6 +158,7 @@ void CentralWidget::showPanel(const Panel &panel)
         setHsmMcuSelectComponent(panel.hsmDevices == HsmDevices::Microcontrollers);
     }
     highlightCurrentIcon(QLatin1String(panel.name));
+    update();  // or the upper edge of tabs that are gone would stay behind
 }
 
 void CentralWidget::addPanelTab(const QString &key)

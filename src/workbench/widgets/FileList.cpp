@@ -113,8 +113,15 @@ void FileList::setHint(const QString &hint)
     m_hint->setGraphicsEffect(muted);
     m_hint->setContentsMargins(6, 4, 6, 4);
     m_hint->setAttribute(Qt::WA_TransparentForMouseEvents);
-    m_hint->adjustSize();
+    m_hint->setWordWrap(true);
+    fitHint();
     m_view->setAccessibleDescription(hint);
+}
+
+void FileList::fitHint()
+{
+    const int width = m_view->viewport()->width();
+    m_hint->resize(width, m_hint->heightForWidth(width));
 }
 
 void FileList::requestEdit(int row)
@@ -228,6 +235,11 @@ bool FileList::eventFilter(QObject *watched, QEvent *event)
         if (watched == m_view && static_cast<QKeyEvent *>(event)->matches(QKeySequence::Copy)) {
             copyPaths();
             return true;
+        }
+        break;
+    case QEvent::Resize:
+        if (watched == m_view->viewport()) {
+            fitHint();
         }
         break;
     case QEvent::DragEnter:

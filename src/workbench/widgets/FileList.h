@@ -71,6 +71,7 @@ protected:
 private:
     void buildLayout();
     void reportSelection();
+    void fitHint();
     void requestEdit(int row);
     void showMenu(const QPoint &place);
     void copyPaths() const;

@@ -20,6 +20,9 @@ InfoTabs::InfoTabs(const QString &name, QWidget *first, const QString &firstTitl
     addTab(first, firstTitle);
     setTabEnabled(addTab(new QWidget(this), QString()), false);
     addTab(second, secondTitle);
+    setElideMode(Qt::ElideRight);
+    setTabToolTip(kFirst, firstTitle);
+    setTabToolTip(kSecond, secondTitle);
     installEventFilter(new ResizeFilterInf(this));
 }
 

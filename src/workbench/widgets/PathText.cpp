@@ -27,6 +27,9 @@ QString cleanedPath(const QString &text)
     if (trimmed.startsWith(QLatin1String("~/"))) {
         return QDir::homePath() + trimmed.mid(1);
     }
+    while (trimmed.startsWith(QLatin1String("//"))) {
+        trimmed.remove(0, 1);  // an address that was typed letter by letter
+    }
     return trimmed;
 }
 

@@ -1,5 +1,6 @@
 #include "workbench/widgets/ShowInFolder.h"
 
+#include "workbench/widgets/Boxes.h"
 #include "workbench/widgets/FieldNames.h"
 #include "workbench/widgets/FileChoice.h"
 
@@ -11,7 +12,12 @@ ShowInFolder::ShowInFolder(const QString &objectName, const QString &of, QWidget
 {
     nameWidget(this, objectName, of + QLatin1Char(' ') + text());
     hide();
-    connect(this, &QPushButton::clicked, this, [this] { showInFolder(m_path); });
+    connect(this, &QPushButton::clicked, this, [this] {
+        if (!showInFolder(m_path)) {
+            showBox(window(), BoxKind::Warning,
+                    tr("The desktop has nothing to show the folder with.") + '\n' + m_path);
+        }
+    });
 }
 
 void ShowInFolder::offer(const QString &path)

@@ -29,6 +29,7 @@ const QString kTokenKey = QStringLiteral("Token");
 // The table of a token's firmwares is wide.
 constexpr int kFormWidth = 620;
 constexpr int kPanesWidth = 750;
+constexpr int kPaneTabWidth = 180;
 const QString kDeviceKey = QStringLiteral("Device");
 
 constexpr const char *kMicrocontrollers[] = {
@@ -137,6 +138,8 @@ HsmTab::HsmTab(const TabName &name, QWidget *page, FormContext &context)
     nameWidget(panes, key() + QStringLiteral("_info_tabs"), tr("Panes"));
     panes->setFocusPolicy(Qt::NoFocus);
     panes->addTab(m_pane, tr("HSM information"));
+    // Else as wide as a tab of the window, which is too narrow on a small screen.
+    panes->setStyleSheet(QStringLiteral("QTabBar::tab { width: %1px; }").arg(kPaneTabWidth));
     layFormPage(page, form(), panes);
     page->findChild<QSplitter *>()->setSizes({kFormWidth, kPanesWidth});
     form()->setMissing([this] { return missing(); });
