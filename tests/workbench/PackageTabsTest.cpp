@@ -6,6 +6,7 @@
 #include "workbench/tabs/smi/SmiSections.h"
 #include "workbench/tabs/ssp/SspTab.h"
 
+#include <QApplication>
 #include <QSpinBox>
 #include <QToolButton>
 
@@ -57,6 +58,18 @@ TEST_F(SmiTabTest, MakesTheModuleAndTheClearFile)
     EXPECT_TRUE(shows->toolTip().contains("o.smi"));
     form.clearForms();
     EXPECT_TRUE(shows->isHidden()) << "nothing is shown any more";
+}
+
+TEST_F(SmiTabTest, ReadingShowsTheWaitCursor)
+{
+    DialogAnswers boxes({DialogAnswer([](QDialog &dialog) {
+                             EXPECT_NE(QApplication::overrideCursor(), nullptr);
+                             dialog.accept();
+                         }),
+                         QMessageBox::Ok});
+    edit("elf")->setText(folder.file("bad.elf", "x"));
+    EXPECT_EQ(boxes.texts().last(), "Error|Failure to open ELF file");
+    EXPECT_EQ(QApplication::overrideCursor(), nullptr);
 }
 
 TEST_F(SmiTabTest, AllFindingsAreToldInOrderAndTheLastStopsTheWork)

@@ -6,6 +6,7 @@
 #include "files/base/SameFile.h"
 #include "files/base/SizeText.h"
 #include "workbench/widgets/Boxes.h"
+#include "workbench/widgets/BusyCursor.h"
 #include "workbench/widgets/FileChoice.h"
 #include "workbench/widgets/FileMap.h"
 #include "workbench/widgets/KeyFileInput.h"
@@ -59,6 +60,7 @@ bool KeyInput::read(QWidget *boxParent, const QString &path, unsigned char expec
 files::RecordOwner<FileType> openPackageInput(FileManager &manager, const QString &path)
 {
     constexpr unsigned char kPadding = 255;
+    const BusyCursor busy;  // firmware of 64 MiB takes its time
     FileType *opened = nullptr;
     if (!manager.Open(path.toStdWString(), &opened, kPadding, 0, 0)) {
         traceIfMissing(path);

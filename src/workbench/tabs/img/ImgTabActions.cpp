@@ -130,6 +130,7 @@ QString ImgTab::outputPath() const
 
 void ImgTab::generate()
 {
+    m_rows->checkFiles();  // they may have been made meanwhile
     const auto words = arguments();
     if (!words || !confirmOverwrite(context().boxParent, outputPath())) {
         return;

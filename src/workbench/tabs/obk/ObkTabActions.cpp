@@ -142,6 +142,7 @@ void ObkTab::restoreKey(ObkRow *row)
 void ObkTab::generate()
 {
     Obkey &loaded = obkey();
+    m_rows->checkFiles();  // they may have been made meanwhile
     std::vector<std::optional<QString>> fields = m_rows->fields();
     for (std::size_t at = 0; at < loaded.model.items.size() && at < fields.size(); ++at) {
         if (loaded.model.items[at].kind == obk::ItemKind::Output) {
