@@ -123,7 +123,7 @@ int run(int argc, char **argv)
     SafeApplication application(argc, argv);
     qInstallMessageHandler(handleMessage);
     describeApplication(application);
-    const MainWindow window(argc, argv);
+    const MainWindow window(argc, argv, nullptr, workbench::Building::WhenNeeded);
     // Without a window nothing would ever end the event loop.
     if (const auto status = window.closedStatus()) {
         return *status;

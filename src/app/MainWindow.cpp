@@ -5,6 +5,7 @@
 #include "app/Shortcuts.h"
 #include "app/WindowSize.h"
 #include "report/DisplayMng.h"
+#include "workbench/forms/Tab.h"
 #include "workbench/frame/CentralWidget.h"
 
 #include <QCloseEvent>
@@ -18,7 +19,8 @@
 
 #include <algorithm>
 
-MainWindow::MainWindow(int argc, char **argv, QWidget *parent) : QMainWindow(parent)
+MainWindow::MainWindow(int argc, char **argv, QWidget *parent, workbench::Building building)
+    : QMainWindow(parent)
 {
     setWindowTitle(tr("VDR32 Sealed Package Builder"));
     setMinimumSize(app::leastWindowSize(app::freeScreenArea()));
@@ -27,10 +29,12 @@ MainWindow::MainWindow(int argc, char **argv, QWidget *parent) : QMainWindow(par
     InitMenuBar();
     InitToolsBar();
     QCoreApplication::instance()->installEventFilter(new app::SelectionKeeper(this));
-    centralWidget = new CentralWidget(1, nullptr);
+    centralWidget = new CentralWidget(1, nullptr, building);
     centralWidget->obkeyScrollArea = new QScrollArea(centralWidget->obkeyPage);
     centralWidget->obkeyScrollArea->hide();
     setCentralWidget(centralWidget);
+    centralWidget->buildTabInFront();
+    connect(centralWidget, &CentralWidget::tabBuilt, this, &MainWindow::restoreLate);
     connectActions();
     app::addShortcuts(*this);
     settingsPath = app::settingsPlace(QCoreApplication::applicationDirPath());
@@ -52,6 +56,7 @@ MainWindow::MainWindow(int argc, char **argv, QWidget *parent) : QMainWindow(par
     }
     focusDeviceBox();
     m_isStarting = false;
+    centralWidget->buildTheRestInTime();
 }
 
 void MainWindow::focusDeviceBox() const

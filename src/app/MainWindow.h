@@ -2,6 +2,7 @@
 #include "app/ClearedForms.h"
 #include "app/CommandLine.h"
 #include "app/SettingsFile.h"
+#include "workbench/frame/Building.h"
 
 #include <QMainWindow>
 #include <QString>
@@ -27,7 +28,9 @@ class MainWindow : public QMainWindow
 public:
     /// Does the whole start-up and shows the window. The command line has been parsed when it
     /// returns; boxes on the way run event loops of their own, in which the window may be closed.
-    MainWindow(int argc, char **argv, QWidget *parent = nullptr);
+    /// @param building  with WhenNeeded the missing tabs follow when the event loop runs
+    MainWindow(int argc, char **argv, QWidget *parent = nullptr,
+               workbench::Building building = workbench::Building::AtOnce);
 
     /// The process's exit status once the window was closed; nothing before that.
     std::optional<int> closedStatus() const { return m_closedStatus; }
@@ -118,10 +121,11 @@ private:
     QWidget *m_updateWindow = nullptr;  ///< null until it is asked for
 
     void restoreForms(const app::SavedState &state);
-    /// Tabs that keep something, in the order of their groups in the settings file.
-    std::vector<workbench::Tab *> savedTabs() const;
+    /// Gives a tab that was built later its share of the settings file.
+    void restoreLate(workbench::Tab *tab);
 
     std::unique_ptr<app::ClearedForms> m_cleared;  ///< what "Undo" would bring back
+    std::optional<app::SavedState> m_restored;     ///< tabs that are built later take theirs
     int m_wordsWidth = 0;                          ///< of the tool bar with its words
     bool m_isStarting = true;
     bool m_isRestoring = false;

@@ -5,11 +5,14 @@
 #include "report/DisplayMng.h"
 #include "workbench/forms/Tab.h"
 #include "workbench/frame/CentralWidget.h"
+#include "workbench/frame/TabRegistry.h"
 #include "workbench/widgets/PathText.h"
 
 #include <QScopedValueRollback>
 
 #include <algorithm>
+
+using workbench::Tab;
 
 namespace
 {
@@ -27,6 +30,29 @@ void note(const char *what, const files::Error &error)
     DisplayMng::getInstance().logMessage(7, L"%s: %s", what, error.text.c_str());
 }
 
+/// Tabs that keep something, in the order of their groups in the settings file.
+std::vector<Tab *> savedTabs(std::vector<Tab *> tabs)
+{
+    static const QStringList order{"SFI", "SFIx", "SSP", "SIGN", "SMI", "HSM"};
+    const auto place = [](const Tab *tab) {
+        const auto at = order.indexOf(tab->settingsGroup());
+        return at < 0 ? order.size() : at;  // groups of later versions follow
+    };
+    std::erase_if(tabs, [](const Tab *tab) { return tab->settingsGroup().isEmpty(); });
+    std::ranges::stable_sort(tabs, {}, place);
+    return tabs;
+}
+
+/// Whether it names a file, which its tab would read.
+bool holdsFile(const workbench::SavedGroup &group)
+{
+    return std::ranges::any_of(group.entries(), [](const workbench::SavedGroup::Entry &entry) {
+        const bool isOfFiles =
+            entry.key.endsWith(QLatin1String("file")) || entry.key.endsWith(QLatin1String("files"));
+        return isOfFiles && !entry.value.toStringList().join(QString()).isEmpty();
+    });
+}
+
 }  // namespace
 
 void MainWindow::SaveSettings()
@@ -40,7 +66,7 @@ void MainWindow::SaveSettings()
     state.window = {size(),          centralWidget->lastFolder,
                     paddingFF,       generateSettingsFile,
                     generateLogFile, logFilePath};
-    for (const workbench::Tab *tab : savedTabs()) {
+    for (const Tab *tab : savedTabs(centralWidget->tabs())) {
         tab->save(
             state.groups.emplace_back(app::SavedState::Named{tab->settingsGroup(), {}}).group);
     }
@@ -80,26 +106,29 @@ void MainWindow::LoadSettings()
 
 void MainWindow::restoreForms(const app::SavedState &state)
 {
-    const std::vector<workbench::Tab *> tabs = savedTabs();
-    for (workbench::Tab *tab : tabs) {
+    // Faults of files are told now, in one go. What names no file can wait for its tab.
+    for (const workbench::TabEntry &entry : workbench::tabRegistry()) {
+        if (holdsFile(state.group(QLatin1String(entry.name.settingsGroup)))) {
+            static_cast<void>(centralWidget->tab(QLatin1String(entry.name.key)));
+        }
+    }
+    const std::vector<Tab *> tabs = savedTabs(centralWidget->builtTabs());
+    m_restored = state;
+    for (Tab *tab : tabs) {
         tab->restore(state.group(tab->settingsGroup()));
     }
-    for (workbench::Tab *tab : tabs) {
+    for (Tab *tab : tabs) {
         tab->restoreFiles(state.group(tab->settingsGroup()));
     }
 }
 
-std::vector<workbench::Tab *> MainWindow::savedTabs() const
+void MainWindow::restoreLate(Tab *tab)
 {
-    static const QStringList order{"SFI", "SFIx", "SSP", "SIGN", "SMI", "HSM"};
-    const auto place = [](const workbench::Tab *tab) {
-        const auto at = order.indexOf(tab->settingsGroup());
-        return at < 0 ? order.size() : at;  // groups of later versions follow
-    };
-    std::vector<workbench::Tab *> tabs = centralWidget->tabs();
-    std::erase_if(tabs, [](const workbench::Tab *tab) { return tab->settingsGroup().isEmpty(); });
-    std::ranges::stable_sort(tabs, {}, place);
-    return tabs;
+    if (m_restored && !tab->settingsGroup().isEmpty()) {
+        const workbench::SavedGroup group = m_restored->group(tab->settingsGroup());
+        tab->restore(group);
+        tab->restoreFiles(group);
+    }
 }
 
 void MainWindow::Settings()

@@ -2,6 +2,7 @@
 
 #include "app/HelpWindow.h"
 #include "app/MainWindow.h"
+#include "workbench/forms/Tab.h"
 #include "workbench/frame/CentralWidget.h"
 #include "workbench/frame/PanelTable.h"
 
@@ -14,6 +15,7 @@
 #include <QTabBar>
 #include <QTabWidget>
 
+#include <algorithm>
 #include <functional>
 
 namespace app
@@ -116,12 +118,16 @@ void addShortcuts(MainWindow &window)
     form->tabWidget->tabBar()->setToolTip(text("Other tabs: %1, %2")
                                               .arg(before.toString(QKeySequence::NativeText),
                                                    next.toString(QKeySequence::NativeText)));
-    const auto buttons = form->findChildren<QPushButton *>();
-    for (QPushButton *button : buttons) {
-        if (button->objectName().endsWith(kGenerateEnding)) {
-            tellKeys(button, generate);
+    const auto tellOfTab = [generate](const workbench::Tab *tab) {
+        const auto buttons = tab->page()->findChildren<QPushButton *>();
+        for (QPushButton *button : buttons) {
+            if (button->objectName().endsWith(kGenerateEnding)) {
+                tellKeys(button, generate);
+            }
         }
-    }
+    };
+    std::ranges::for_each(form->builtTabs(), tellOfTab);
+    QObject::connect(form, &CentralWidget::tabBuilt, &window, tellOfTab);
 }
 
 }  // namespace app

@@ -1,6 +1,7 @@
 #include "preparation/ImageOpener.h"
 
 #include "files/base/ByteCursor.h"
+#include "files/base/PageBlock.h"
 #include "preparation/sealing/ImageKeys.h"
 
 #include <algorithm>
@@ -55,6 +56,25 @@ Result<ParsedArea> parseArea(ByteCursor &cursor, std::size_t index, std::uint16_
     return area;
 }
 
+/// Decrypts an area. A vector fills what it grows by: in steps that stay in the processor's cache
+/// this costs next to nothing, over the whole area as much as the decrypting.
+void decrypt(AreaCipher &cipher, ByteView data, std::vector<std::uint8_t> &plain)
+{
+    constexpr std::size_t kStep = std::size_t{1} << 15;
+    plain.clear();
+    plain.reserve(data.size());
+    if (!data.empty()) {
+        files::preferLargePages(plain.data());
+    }
+    while (!data.empty()) {
+        const ByteView part = data.first(std::min(data.size(), kStep));
+        const std::size_t at = plain.size();
+        plain.resize(at + part.size());
+        cipher.update(part, plain.data() + at);
+        data = data.subspan(part.size());
+    }
+}
+
 /// Tries every area under one profile.
 /// @param plain  receives the decrypted bytes, authentic or not, by area
 /// @return by area, whether its tag fits
@@ -70,10 +90,9 @@ Result<std::vector<bool>> tryProfile(const ParsedImage &image, ByteView key, std
     plain.resize(image.areas.size());
     for (std::size_t i = 0; i < image.areas.size(); ++i) {
         const ParsedArea &area = image.areas[i];
-        plain[i].resize(area.data.size());
         cipher.begin(keys->areaIv(area.prefix.index), image.head);
         cipher.associate(area.header.first(kPrefixBytes));
-        cipher.update(area.data, plain[i].data());
+        decrypt(cipher, area.data, plain[i]);
         const auto authentic = cipher.finishOpening(area.tag);
         if (!authentic) {
             return tl::unexpected(authentic.error());

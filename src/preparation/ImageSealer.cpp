@@ -2,6 +2,7 @@
 
 #include "files/base/ByteBuffer.h"
 #include "files/base/LittleEndian.h"
+#include "files/base/PageBlock.h"
 #include "preparation/ImageOpener.h"
 #include "preparation/sealing/ImageKeys.h"
 
@@ -172,6 +173,7 @@ Result<QByteArray> sealImage(const Plan &plan, ByteView key, ByteView nonceFile)
         bytes += plan.sizeOf(area);
     }
     QByteArray image(static_cast<int>(bytes), Qt::Uninitialized);
+    files::preferLargePages(image.data_ptr());
     auto *const out = reinterpret_cast<std::uint8_t *>(image.data());
     const auto count = static_cast<std::uint16_t>(plan.areas.size());
     const HeadBytes head = encodeHead(plan.version, count, *nonce);

@@ -299,4 +299,26 @@ TEST_F(SavedState, TheLogFileStartsEmptyWithTheNextRun)
     EXPECT_FALSE(contentsOf(log).contains("before"));
 }
 
+TEST_F(SavedState, OfTabsThatAreBuiltLaterWaitsForThem)
+{
+    {
+        const WindowUnderTest window;
+        fill(window, "smi_key_edit", "/a/key");
+        widget<QSpinBox>(window, "sfix_version_spin")->setValue(7);
+        window->close();
+    }
+    const QByteArray saved = contentsOf(settingsPath());
+    for (const bool isWaiting : {false, true}) {
+        const WindowUnderTest window({}, workbench::Building::WhenNeeded);
+        EXPECT_EQ(window.form().builtTabs().size(), 2U) << "one in front, one that names a file";
+        EXPECT_EQ(widget<QLineEdit>(window, "smi_key_edit")->text(), "/a/key");
+        if (isWaiting) {
+            EXPECT_NE(window.form().tab("sfix"), nullptr);
+            EXPECT_EQ(widget<QSpinBox>(window, "sfix_version_spin")->value(), 7);
+        }
+        window->close();
+        EXPECT_EQ(contentsOf(settingsPath()), saved);
+    }
+}
+
 }  // namespace

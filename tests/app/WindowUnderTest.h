@@ -14,7 +14,8 @@ class WindowUnderTest
 {
 public:
     /// @param arguments  without the program's own name
-    explicit WindowUnderTest(const QStringList &arguments = {})
+    explicit WindowUnderTest(const QStringList &arguments = {},
+                             workbench::Building building = workbench::Building::AtOnce)
     {
         m_texts << "program";
         for (const QString &argument : arguments) {
@@ -23,7 +24,8 @@ public:
         for (QByteArray &text : m_texts) {
             m_argv.push_back(text.data());
         }
-        m_window = std::make_unique<MainWindow>(static_cast<int>(m_argv.size()), m_argv.data());
+        m_window = std::make_unique<MainWindow>(static_cast<int>(m_argv.size()), m_argv.data(),
+                                                nullptr, building);
     }
 
     MainWindow *operator->() const { return m_window.get(); }

@@ -1,6 +1,8 @@
 // A form and its info panes on a tab's page.
 #include "workbench/forms/RowForm.h"
+#include "workbench/widgets/InfoTabs.h"
 #include "workbench/widgets/MemoryMap.h"
+#include "workbench/widgets/ResizeFilter.h"
 
 #include <QSplitter>
 #include <QTabBar>
@@ -50,12 +52,22 @@ void layFormPage(QWidget *page, RowForm *form, QTabWidget *panes)
     if (!form->hasLists()) {
         form->fillSpareRoom(takeMaps(panes));
     }
-    auto *splitter = new QSplitter(page);
-    splitter->addWidget(form);
+    auto *splitter = qobject_cast<QSplitter *>(form->parentWidget());
+    if (splitter == nullptr) {
+        splitter = new QSplitter(page);
+        splitter->addWidget(form);
+    }
     splitter->addWidget(panes);
     splitter->setStretchFactor(0, kFormShare);
     splitter->setStretchFactor(1, kPanesShare);
     splitter->setSizes({100 * kFormShare, 100 * kPanesShare});
+    if (page->testAttribute(Qt::WA_Resized) && qobject_cast<InfoTabs *>(panes) != nullptr) {
+        // Set again for another width, the sheet of the tabs would style all that is in them again.
+        panes->resize((page->width() - splitter->handleWidth()) * kPanesShare /
+                          (kFormShare + kPanesShare),
+                      page->height());
+        expandingTabsStyleSheetInf(panes);
+    }
     splitter->setChildrenCollapsible(false);
     auto *layout = new QVBoxLayout(page);
     layout->setContentsMargins(0, 0, 0, 0);

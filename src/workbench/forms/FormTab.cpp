@@ -7,6 +7,7 @@
 #include <QFileDialog>
 #include <QFileInfo>
 #include <QScopedValueRollback>
+#include <QSplitter>
 
 namespace workbench
 {
@@ -29,7 +30,7 @@ constexpr RandomFileTexts kNonce{12, "Nonce file successfully created",
 }  // namespace
 
 FormTab::FormTab(const TabName &name, QWidget *page, FormContext &context)
-    : Tab(name, page, context), m_form(new RowForm(key(), page))
+    : Tab(name, page, context), m_form(new RowForm(key(), new QSplitter(page)))
 {
     connect(m_form, &RowForm::buttonPressed, this, &FormTab::press);
 }

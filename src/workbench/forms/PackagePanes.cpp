@@ -11,7 +11,7 @@ void PackagePanes::build(const QString &key, QWidget *page, RowForm *form, const
     m_input = new InfoPane(key + '_' + input.name, input.title, input.start, page);
     m_package = new InfoPane(key + '_' + package.name, package.title, package.start, page);
     m_tabs = new InfoTabs(key + QStringLiteral("_info_tabs"), m_input, input.title, m_package,
-                          package.title, page);
+                          package.title, form->parentWidget());
     layFormPage(page, form, m_tabs);
 }
 

@@ -169,6 +169,9 @@ private:
 
 /// Lays a form and its info panes side by side into a tab's page, with a handle between them. The
 /// memory map of the pane in front stands below the rows of a form that has no lists.
+/// @param form   cheapest with a splitter as parent, which is laid into the page then: what changes
+///               its parent is styled again with all that is in it
+/// @param panes  likewise, with the same splitter
 void layFormPage(QWidget *page, RowForm *form, QTabWidget *panes);
 
 }  // namespace workbench

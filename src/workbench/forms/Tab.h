@@ -15,6 +15,8 @@ namespace workbench
 struct TabName {
     const char *key;    ///< first part of all its object names, such as "sfi"
     const char *title;  ///< on its tab; translated when shown
+    /// Of its group in the settings file, such as "SFI"; empty for a tab that keeps nothing.
+    const char *settingsGroup = "";
 };
 
 /// One tab of the form: builds its widgets into a page, connects them, and does their work. The
@@ -31,6 +33,7 @@ public:
 
     [[nodiscard]] QString key() const { return QLatin1String(m_name.key); }
     [[nodiscard]] QString title() const { return tr(m_name.title); }
+    [[nodiscard]] QString settingsGroup() const { return QLatin1String(m_name.settingsGroup); }
     [[nodiscard]] QWidget *page() const;
 
     /// Empties texts, lists and panes, releases what they held; the device box keeps its entry.
@@ -53,8 +56,7 @@ public:
         return false;
     }
 
-    /// Name of its group in the settings file, such as "SFI"; empty for a tab that keeps nothing.
-    [[nodiscard]] virtual QString settingsGroup() const { return {}; }
+    // The settings file. Tabs without a group there are not asked.
     virtual void save(SavedGroup & /*group*/) const {}
     /// Fills texts, numbers and choices. Reads no file.
     virtual void restore(const SavedGroup & /*group*/) {}

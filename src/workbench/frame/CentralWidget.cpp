@@ -1,7 +1,7 @@
 #include "workbench/frame/CentralWidget.h"
 
 #include "report/DisplayMng.h"
-#include "workbench/frame/TabRegistry.h"
+#include "workbench/frame/TabSet.h"
 #include "workbench/widgets/DisplayMessage.h"
 #include "workbench/widgets/ResizeFilter.h"
 #include "workbench/widgets/WheelGuard.h"
@@ -20,7 +20,8 @@ using workbench::Tab;
 using workbench::TabEntry;
 using workbench::tabRegistry;
 
-CentralWidget::CentralWidget(unsigned char buildForm, QWidget *parent) : QWidget(parent)
+CentralWidget::CentralWidget(unsigned char buildForm, QWidget *parent, workbench::Building building)
+    : QWidget(parent), m_tabs(std::make_unique<workbench::TabSet>(building))
 {
     if (buildForm == 0) {
         return;
@@ -32,6 +33,9 @@ CentralWidget::CentralWidget(unsigned char buildForm, QWidget *parent) : QWidget
     new workbench::WheelGuard(this);
     lendContext();
     createPages();
+    connect(m_tabs.get(), &workbench::TabSet::tabBuilt, this, &CentralWidget::greetTab);
+    connect(tabWidget, &QTabWidget::currentChanged, m_tabs.get(),
+            [this](int index) { m_tabs->findOn(tabWidget->widget(index)); });
     auto *right = new QVBoxLayout;
     right->addWidget(tabWidget);
     initPanelIcons();
@@ -65,7 +69,7 @@ void CentralWidget::lendContext()
     m_context.reset(new workbench::FormContext{
         this, fileManager, preparation, lastFolder, lastOutputFolder, templatePath, {}, {}});
     m_context->share = [this](workbench::SharedField field, const QString &path) {
-        for (Tab *tab : m_tabs) {
+        for (Tab *tab : tabs()) {
             tab->takeShared(field, path);
         }
     };
@@ -110,20 +114,44 @@ QWidget *CentralWidget::pageOf(const QString &key)
 void CentralWidget::buildTab(const QString &key)
 {
     if (tab(key) == nullptr) {
-        buildTab(key, pageOf(key));
+        m_tabs->promise(workbench::tabEntry(key), pageOf(key), *m_context);
     }
 }
 
-void CentralWidget::buildTab(const QString &key, QWidget *page)
+void CentralWidget::greetTab(Tab *tab)
 {
-    m_tabs.push_back(workbench::makeTab(workbench::tabEntry(key), page, *m_context));
+    if (m_hsmMcu && tab->key() == QLatin1String("hsm")) {
+        setHsmMcuSelectComponent(*m_hsmMcu);
+    }
+    emit tabBuilt(tab);
+}
+
+void CentralWidget::buildTabInFront()
+{
+    // The sheet of the tabs goes by the width, and styles all that is in them whenever it changes.
+    window()->layout()->activate();
+    show();
+    m_tabs->findOn(tabWidget->currentWidget());
+}
+
+void CentralWidget::buildTheRestInTime()
+{
+    m_tabs->buildTheRestInTime();
+}
+
+const std::vector<Tab *> &CentralWidget::tabs() const
+{
+    return m_tabs->all();
+}
+
+const std::vector<Tab *> &CentralWidget::builtTabs() const
+{
+    return m_tabs->built();
 }
 
 Tab *CentralWidget::tab(const QString &key) const
 {
-    const auto hit =
-        std::ranges::find_if(m_tabs, [&key](const Tab *each) { return each->key() == key; });
-    return hit == m_tabs.end() ? nullptr : *hit;
+    return m_tabs->find(key);
 }
 
 void CentralWidget::lockDevice(const QString &key, bool lock)
@@ -135,21 +163,21 @@ void CentralWidget::lockDevice(const QString &key, bool lock)
 
 void CentralWidget::clearForms()
 {
-    for (Tab *tab : m_tabs) {
+    for (Tab *tab : tabs()) {
         tab->clear();
     }
 }
 
 void CentralWidget::clearParsePanes()
 {
-    for (Tab *tab : m_tabs) {
+    for (Tab *tab : builtTabs()) {
         tab->clearPanes();
     }
 }
 
 bool CentralWidget::showChecked(const QString &path, const FileType &record)
 {
-    return std::ranges::any_of(m_tabs, [&](Tab *tab) { return tab->showChecked(path, record); });
+    return std::ranges::any_of(tabs(), [&](Tab *tab) { return tab->showChecked(path, record); });
 }
 
 void CentralWidget::ensureObkey()

@@ -3,6 +3,7 @@
 #include "obk/Obkey.h"
 #include "preparation/Preparation.h"
 #include "workbench/forms/FormContext.h"
+#include "workbench/frame/Building.h"
 
 #include <QFont>
 #include <QItemSelection>
@@ -15,6 +16,7 @@
 #include <cstdint>
 #include <functional>
 #include <memory>
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -30,6 +32,8 @@ struct FileType;
 namespace workbench
 {
 class Tab;
+class ImgTab;
+class TabSet;
 struct Panel;
 }  // namespace workbench
 
@@ -45,7 +49,8 @@ public:
 
     /// @param buildForm  0 leaves all fields empty; any other value builds the whole form, which
     ///                   opens on the `sfi` panel
-    explicit CentralWidget(unsigned char buildForm, QWidget *parent = nullptr);
+    explicit CentralWidget(unsigned char buildForm, QWidget *parent = nullptr,
+                           workbench::Building building = workbench::Building::AtOnce);
     ~CentralWidget() override;
 
     // Frame (CentralWidget.cpp)
@@ -69,10 +74,17 @@ public:
     QWidget *daPage = nullptr;
 
     // Tabs (CentralWidget.cpp)
-    /// All tabs that are built, in the order of the registry; those made often come last.
-    [[nodiscard]] const std::vector<workbench::Tab *> &tabs() const { return m_tabs; }
-    /// @return the first tab with the key, or null while none is built
+    /// All tabs, in the order of the registry; those made often come last. Builds what is missing.
+    [[nodiscard]] const std::vector<workbench::Tab *> &tabs() const;
+    /// Those of them that are built.
+    [[nodiscard]] const std::vector<workbench::Tab *> &builtTabs() const;
+    /// @return the first tab with the key, which is built now at the latest; null while there is
+    ///         none: some come later
     [[nodiscard]] workbench::Tab *tab(const QString &key) const;
+    /// Builds the tab in front, when the form stands in its window.
+    void buildTabInFront();
+    /// Builds the missing tabs in the turns of the event loop that come now.
+    void buildTheRestInTime();
     void clearForms();       ///< all tabs, shown or not; the device boxes keep their entries
     void clearParsePanes();  ///< empties the tables that show existing images
     /// Shows an image that is read already in the tab for its kind.
@@ -160,6 +172,9 @@ public:
     void saveMCUbootConfPinBench();  ///< keeps the values of the latest of these tabs
     void appendImageGenPage();
     QWidget *currentImageGenPage() const;  ///< page `imageGenCount` - 1, or null
+
+signals:
+    void tabBuilt(workbench::Tab *tab);
 
 public slots:
     // Left panel (Panels.cpp): each clears the tab widget, shows its pages and marks its button.
@@ -273,8 +288,9 @@ private:
     void lendContext();
     QWidget *pageOf(const QString &key);
     void buildTab(const QString &key);  ///< on its page; a second time does nothing
-    void buildTab(const QString &key, QWidget *page);
     void lockDevice(const QString &key, bool lock);
+    [[nodiscard]] workbench::ImgTab *currentImageGenTab() const;  ///< or null
+    void greetTab(workbench::Tab *tab);  ///< tells a tab that was built what it has missed
 
     void addPanelTab(const QString &key);
     [[nodiscard]] const PanelButton &panelButton(const char *name) const;
@@ -283,7 +299,8 @@ private:
     std::unique_ptr<Obkey> m_obkey;
     std::unique_ptr<workbench::FormContext> m_context;          ///< null without a form
     std::function<void(int, const wchar_t *)> m_displayBefore;  ///< put back at the form's end
-    std::vector<workbench::Tab *> m_tabs;                       ///< owned by their pages
+    std::unique_ptr<workbench::TabSet> m_tabs;
+    std::optional<bool> m_hsmMcu;  ///< which list the HSM tab was last given
     std::vector<PanelButton> m_panelButtons;
     QMessageBox *m_aboutBox = nullptr;  ///< null until the first look
 };

@@ -3,7 +3,10 @@
 
 void CentralWidget::setHsmMcuSelectComponent(bool mcu)
 {
-    if (auto *const hsm = qobject_cast<workbench::HsmTab *>(tab(QStringLiteral("hsm")))) {
-        hsm->setDevices(mcu);
+    m_hsmMcu = mcu;
+    for (workbench::Tab *const tab : builtTabs()) {
+        if (auto *const hsm = qobject_cast<workbench::HsmTab *>(tab)) {
+            hsm->setDevices(mcu);
+        }
     }
 }

@@ -1,4 +1,5 @@
 #include "workbench/frame/CentralWidget.h"
+#include "workbench/frame/TabSet.h"
 #include "workbench/tabs/img/ImgTab.h"
 
 #include <algorithm>
@@ -10,28 +11,32 @@ void CentralWidget::InitMCUbootTab()
     }
     obkey->imgTools.resize(std::max<std::size_t>(obkey->imgTools.size(), obkey->imageGenCount));
     QWidget *const page = currentImageGenPage();
-    if (page == nullptr || page->findChild<workbench::Tab *>() != nullptr) {
+    if (page == nullptr || m_tabs->findOn(page) != nullptr) {
         return;
     }
-    buildTab(QStringLiteral("img"), page);
-    page->findChild<workbench::ImgTab *>()->setRole(obkey->imageGenCount - 1U,
-                                                    launchMode == NoGeneration);
+    m_tabs->promise(workbench::tabEntry(QStringLiteral("img")), page, *m_context,
+                    [number = obkey->imageGenCount - 1U,
+                     savesOnly = launchMode == NoGeneration](workbench::Tab *tab) {
+                        static_cast<workbench::ImgTab *>(tab)->setRole(number, savesOnly);
+                    });
+}
+
+workbench::ImgTab *CentralWidget::currentImageGenTab() const
+{
+    const QWidget *const page = currentImageGenPage();
+    return page == nullptr ? nullptr : static_cast<workbench::ImgTab *>(m_tabs->findOn(page));
 }
 
 void CentralWidget::OpenMCUboot()
 {
-    const QWidget *const page = currentImageGenPage();
-    auto *const tab = page == nullptr ? nullptr : page->findChild<workbench::ImgTab *>();
-    if (tab != nullptr) {
+    if (workbench::ImgTab *const tab = currentImageGenTab()) {
         tab->openTemplate();
     }
 }
 
 void CentralWidget::saveMCUbootConfPinBench()
 {
-    const QWidget *const page = currentImageGenPage();
-    auto *const tab = page == nullptr ? nullptr : page->findChild<workbench::ImgTab *>();
-    if (tab != nullptr) {
+    if (workbench::ImgTab *const tab = currentImageGenTab()) {
         tab->saveConfiguration();
     }
 }

@@ -1,6 +1,6 @@
 #include "workbench/frame/CentralWidget.h"
 #include "workbench/frame/PanelTable.h"
-#include "workbench/frame/TabRegistry.h"
+#include "workbench/frame/TabSet.h"
 
 #include <QCoreApplication>
 #include <QFrame>
@@ -18,7 +18,6 @@
 using workbench::DeviceBoxes;
 using workbench::HsmDevices;
 using workbench::Panel;
-using workbench::Tab;
 
 namespace
 {
@@ -150,9 +149,7 @@ void CentralWidget::showPanel(const Panel &panel)
         addPanelTab(QLatin1String(key));
     }
     if (panel.deviceBoxes != DeviceBoxes::Unchanged) {
-        for (Tab *tab : m_tabs) {
-            tab->lockDevice(panel.deviceBoxes == DeviceBoxes::LockedH5);
-        }
+        m_tabs->lockDevices(panel.deviceBoxes == DeviceBoxes::LockedH5);
     }
     if (panel.hsmDevices != HsmDevices::Unchanged) {
         setHsmMcuSelectComponent(panel.hsmDevices == HsmDevices::Microcontrollers);

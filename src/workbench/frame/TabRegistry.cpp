@@ -24,16 +24,16 @@ namespace
 using Built = TabEntry::Built;
 
 constexpr TabEntry kTabs[] = {
-    {{"sfi", "SFI"}, Built::WithTheForm, makeSfiTab, nullptr},
-    {{"smi", "SMI"}, Built::WithTheForm, makeSmiTab, nullptr},
-    {{"sfix", "SFIx"}, Built::WithTheForm, makeSfixTab, nullptr},
-    {{"ssp", "SSP"}, Built::WithTheForm, makeSspTab, nullptr},
-    {{"sign", "VDR32WB Sign"}, Built::WithTheForm, makeSignTab, nullptr},
+    {{"sfi", "SFI", "SFI"}, Built::WithTheForm, makeSfiTab, nullptr},
+    {{"smi", "SMI", "SMI"}, Built::WithTheForm, makeSmiTab, nullptr},
+    {{"sfix", "SFIx", "SFIx"}, Built::WithTheForm, makeSfixTab, nullptr},
+    {{"ssp", "SSP", "SSP"}, Built::WithTheForm, makeSspTab, nullptr},
+    {{"sign", "VDR32WB Sign", "SIGN"}, Built::WithTheForm, makeSignTab, nullptr},
     {{"sfu", "SFU"}, Built::WithTheForm, makeSfuTab, nullptr},
-    {{"hsm", "HSM"}, Built::WithTheForm, makeHsmTab, nullptr},
+    {{"hsm", "HSM", "HSM"}, Built::WithTheForm, makeHsmTab, nullptr},
     {{"ob", "SFI Option Bytes"}, Built::WithTheForm, makeObTab, nullptr},
-    {{"lic", "License Gen"}, Built::WithTheForm, makeLicTab, nullptr},
-    {{"da", "DA CertifGen"}, Built::WithTheForm, makeDaTab, nullptr},
+    {{"lic", "License Gen", "LIC"}, Built::WithTheForm, makeLicTab, nullptr},
+    {{"da", "DA CertifGen", "DA"}, Built::WithTheForm, makeDaTab, nullptr},
     {{"obk", "OBkey"}, Built::LaterOnce, makeObkTab, nullptr},
     {{"img", "Image Gen"}, Built::ManyTimes, makeImgTab, nullptr},
 };

@@ -7,12 +7,13 @@
 #include <QClipboard>
 #include <QDragEnterEvent>
 #include <QDropEvent>
-#include <QGraphicsOpacityEffect>
 #include <QGuiApplication>
 #include <QHBoxLayout>
 #include <QKeyEvent>
 #include <QMenu>
+#include <QPainter>
 #include <QScopedValueRollback>
+#include <QStyle>
 #include <QVBoxLayout>
 
 #include <algorithm>
@@ -20,10 +21,34 @@
 namespace workbench
 {
 
+namespace
+{
+
+/// Recedes behind what users typed. Not by a role of the palette: under the application's style
+/// sheet a label heeds none. Nor by an effect, which lays out the whole form for each drawing.
+class FaintLabel : public QLabel
+{
+public:
+    using QLabel::QLabel;
+
+protected:
+    void paintEvent(QPaintEvent * /*event*/) override
+    {
+        constexpr double kFaint = 0.6;
+        QPainter painter(this);
+        painter.setOpacity(kFaint);
+        const int place = QStyle::visualAlignment(layoutDirection(), alignment());
+        style()->drawItemText(&painter, contentsRect(), place | Qt::TextWordWrap, palette(),
+                              isEnabled(), text(), foregroundRole());
+    }
+};
+
+}  // namespace
+
 FileList::FileList(const QString &name, const QString &label, QWidget *parent)
     : QWidget(parent), m_label(new QLabel(label, parent)), m_view(new QListView(this)),
       m_add(new QPushButton(tr("Add"), this)), m_remove(new QPushButton(tr("Remove"), this)),
-      m_hint(new QLabel(m_view->viewport()))
+      m_hint(new FaintLabel(m_view->viewport()))
 {
     const QString plain = withoutMnemonic(label);
     m_label->setObjectName(name + QStringLiteral("_label"));
@@ -107,10 +132,6 @@ QList<int> FileList::selectedRows() const
 void FileList::setHint(const QString &hint)
 {
     m_hint->setText(hint);
-    // Not by a role of the palette: under the application's style sheet a label heeds none.
-    auto *muted = new QGraphicsOpacityEffect(m_hint);
-    muted->setOpacity(0.6);
-    m_hint->setGraphicsEffect(muted);
     m_hint->setContentsMargins(6, 4, 6, 4);
     m_hint->setAttribute(Qt::WA_TransparentForMouseEvents);
     m_hint->setWordWrap(true);

@@ -5,6 +5,7 @@
 #include "workbench/widgets/ShowInFolder.h"
 #include "workbench/widgets/TableCopy.h"
 
+#include <QEvent>
 #include <QFontDatabase>
 #include <QHeaderView>
 #include <QVBoxLayout>
@@ -143,6 +144,16 @@ void InfoPane::reset()
     show(m_start);
 }
 
+bool InfoPane::event(QEvent *event)
+{
+    const bool isDone = QWidget::event(event);
+    if (event->type() == QEvent::Polish) {
+        fitOverview();
+        fitColumns();
+    }
+    return isDone;
+}
+
 void InfoPane::showOverview(const Overview &overview)
 {
     const bool beside = overview.headings == Qt::Vertical;
@@ -166,8 +177,12 @@ void InfoPane::showOverview(const Overview &overview)
     fitOverview();
 }
 
+// Measuring gives widgets their style, which until a pane is first seen may change several times.
 void InfoPane::fitOverview()
 {
+    if (!testAttribute(Qt::WA_WState_Polished)) {
+        return;
+    }
     int height = 2 * m_overview->frameWidth();
     if (!m_overview->horizontalHeader()->isHidden()) {
         height += m_overview->horizontalHeader()->sizeHint().height();
@@ -190,7 +205,9 @@ void InfoPane::showDetails(const Details &details)
     m_details->setColumnCount(details.columns.size());
     m_details->setHorizontalHeaderLabels(details.columns);
     m_details->setRowCount(static_cast<int>(details.rows.size()));
-    const QFont fixed = QFontDatabase::systemFont(QFontDatabase::FixedFont);
+    // The first look for a font takes as long as a start of the program may.
+    const QFont fixed =
+        details.rows.empty() ? QFont() : QFontDatabase::systemFont(QFontDatabase::FixedFont);
     int row = 0;
     for (const DetailRow &wanted : details.rows) {
         for (int column = 0; column < wanted.cells.size(); ++column) {
@@ -216,12 +233,19 @@ void InfoPane::showDetails(const Details &details)
         }
         ++row;
     }
-    fitColumns(details.columns);
+    fitColumns();
     m_details->setUpdatesEnabled(true);
 }
 
-void InfoPane::fitColumns(const QStringList &columns)
+void InfoPane::fitColumns()
 {
+    if (!testAttribute(Qt::WA_WState_Polished)) {
+        return;
+    }
+    QStringList columns;
+    for (int column = 0; column < m_details->columnCount(); ++column) {
+        columns << m_details->horizontalHeaderItem(column)->text();
+    }
     QHeaderView *header = m_details->horizontalHeader();
     header->setSectionResizeMode(QHeaderView::Interactive);
     m_details->resizeColumnsToContents();

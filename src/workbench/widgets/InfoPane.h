@@ -48,11 +48,14 @@ public:
 signals:
     void selectionChanged();
 
+protected:
+    bool event(QEvent *event) override;
+
 private:
     void showOverview(const Overview &overview);
     void showDetails(const Details &details);
     void fitOverview();
-    void fitColumns(const QStringList &columns);
+    void fitColumns();
     void showMap(const MapContents &contents);
     void connectMap();
     void withdrawMade();

@@ -41,6 +41,7 @@ MemoryMap::MemoryMap(const QString &name, const QString &title, QWidget *parent)
 void MemoryMap::setContents(MapContents contents)
 {
     m_contents = std::move(contents);
+    m_picture = {};
     m_pictureWidth = -1;
     m_selected = -1;
     m_hovered = -1;
@@ -52,6 +53,9 @@ void MemoryMap::setContents(MapContents contents)
 
 const MapPicture &MemoryMap::picture() const
 {
+    if (m_contents.blocks.empty()) {
+        return m_picture;  // without looking for the font of its rooms
+    }
     const double width = std::max(1, rooms().strip.width());
     const double pixel = 1 / devicePixelRatioF();
     if (width != m_pictureWidth || pixel != m_picturePixel) {

@@ -83,7 +83,7 @@ void CertifGenDA::InitDACertifGenTab()
         tr("The chain that the form makes is shown here before anything is written."), page());
     m_certificate = new workbench::CertificatePane(page());
     m_panes = new InfoTabs(QStringLiteral("da_info_tabs"), m_chain, chainTitle, m_certificate,
-                           tr("Certificate information"), page());
+                           tr("Certificate information"), form()->parentWidget());
     workbench::layFormPage(page(), form(), m_panes);
     // The table of the chain is the widest of all panes.
     page()->findChild<QSplitter *>()->setSizes({kFormWidth, kPanesWidth});

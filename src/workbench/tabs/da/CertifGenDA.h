@@ -28,7 +28,6 @@ public:
 
     void clear() override;
     void clearPanes() override;
-    [[nodiscard]] QString settingsGroup() const override { return QStringLiteral("DA"); }
     void save(workbench::SavedGroup &group) const override;
     void restore(const workbench::SavedGroup &group) override;
     void restoreFiles(const workbench::SavedGroup &group) override;

@@ -134,7 +134,7 @@ HsmTab::HsmTab(const TabName &name, QWidget *page, FormContext &context)
     form()->addGenerate(tr("P&rogram token"));
     m_picker = new TokenPicker(form(), page, context);
     m_pane = new TokenPane(key(), page);
-    auto *const panes = new QTabWidget(page);
+    auto *const panes = new QTabWidget(form()->parentWidget());
     nameWidget(panes, key() + QStringLiteral("_info_tabs"), tr("Panes"));
     panes->setFocusPolicy(Qt::NoFocus);
     panes->addTab(m_pane, tr("HSM information"));

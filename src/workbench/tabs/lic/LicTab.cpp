@@ -94,7 +94,7 @@ LicTab::LicTab(const TabName &name, QWidget *page, FormContext &context)
     m_made = new InfoPane(QStringLiteral("lic_licenceInfo"), tr("Licence information"), emptyMade(),
                           page);
     m_panes = new InfoTabs(QStringLiteral("lic_info_tabs"), m_token, tr("HSM information"), m_made,
-                           tr("Licence information"), page);
+                           tr("Licence information"), form()->parentWidget());
     layFormPage(page, form(), m_panes);
     page->findChild<QSplitter *>()->setSizes({kFormWidth, kPanesWidth});
     form()->setMissing([this] { return missing(); });

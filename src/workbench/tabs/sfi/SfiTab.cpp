@@ -101,7 +101,7 @@ void SfiTab::buildPanes()
     m_parse->field()->edit()->setToolTip(
         tr("An image or a modules list to look into.\nsfi, sfix, ssfi or mcsv file"));
     m_panes = new InfoTabs(key() + QStringLiteral("_info_tabs"), m_firmwareInfo, firmwareTitle,
-                           m_parse, imageTitle, page());
+                           m_parse, imageTitle, form()->parentWidget());
 }
 
 void SfiTab::connectLists()

@@ -39,7 +39,6 @@ public:
     void clearPanes() override;
     void lockDevice(bool lock) override;
     bool showChecked(const QString &path, const FileType &record) override;
-    [[nodiscard]] QString settingsGroup() const override;
     void save(SavedGroup &group) const override;
     void restore(const SavedGroup &group) override;
     void restoreFiles(const SavedGroup &group) override;

@@ -48,11 +48,6 @@ bool holds(const SavedNumbers &saved, int at)
 
 }  // namespace
 
-QString SfiTab::settingsGroup() const
-{
-    return QLatin1String(m_variant.settingsGroup);
-}
-
 void SfiTab::save(SavedGroup &group) const
 {
     const FileRows &firmware = form()->list(m_variant.firmwareRow)->rows();

@@ -43,8 +43,7 @@ struct SfiVariant {
     const char *imageTitle;  ///< of the info pane's right half
     const char *extension;   ///< of the output, compared with case
 
-    const char *settingsGroup;
-    const char *savedFirmware;   ///< key of the firmware list in that group
+    const char *savedFirmware;   ///< key of the firmware list in the settings file
     const char *savedAddresses;  ///< and of its addresses
 
     const char *extensionRefusal;

@@ -18,7 +18,6 @@ public:
 
     void clear() override;
     void clearPanes() override;
-    [[nodiscard]] QString settingsGroup() const override { return QStringLiteral("SIGN"); }
     void save(SavedGroup &group) const override;
     void restore(const SavedGroup &group) override;
     void restoreFiles(const SavedGroup &group) override;

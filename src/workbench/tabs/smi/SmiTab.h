@@ -22,7 +22,6 @@ public:
     void clear() override;
     void clearPanes() override;
     bool showChecked(const QString &path, const FileType &record) override;
-    [[nodiscard]] QString settingsGroup() const override { return QStringLiteral("SMI"); }
     void save(SavedGroup &group) const override;
     void restore(const SavedGroup &group) override;
     void restoreFiles(const SavedGroup &group) override;

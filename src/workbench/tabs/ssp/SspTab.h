@@ -21,7 +21,6 @@ public:
 
     void clear() override;
     void clearPanes() override;
-    [[nodiscard]] QString settingsGroup() const override { return QStringLiteral("SSP"); }
     void save(SavedGroup &group) const override;
     void restore(const SavedGroup &group) override;
     void restoreFiles(const SavedGroup &group) override;
