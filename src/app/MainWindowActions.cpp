@@ -7,8 +7,8 @@
 #include "files/FileManager.h"
 #include "workbench/frame/CentralWidget.h"
 #include "workbench/widgets/Boxes.h"
-#include "workbench/widgets/BusyCursor.h"
 #include "workbench/widgets/FileChoice.h"
+#include "workbench/widgets/LongWork.h"
 
 #include <QApplication>
 #include <QDesktopServices>
@@ -49,17 +49,17 @@ void MainWindow::Check()
     centralWidget->clearParsePanes();
     if (path.endsWith(QLatin1String(".sfi")) || path.endsWith(QLatin1String(".smi")) ||
         path.endsWith(QLatin1String(".smu"))) {
-        checkImage(path);
+        workbench::whileBusy(this, [&] { checkImage(path); });
     } else {
-        const workbench::BusyCursor busy;
-        showBox(this, BoxKind::Error, tr("It is neither an SFI nor an SMI file"),
-                app::describePackage(path));
+        workbench::whileBusy(this, [&] {
+            showBox(this, BoxKind::Error, tr("It is neither an SFI nor an SMI file"),
+                    app::describePackage(path));
+        });
     }
 }
 
 void MainWindow::checkImage(const QString &path)
 {
-    const workbench::BusyCursor busy;
     FileManager &manager = centralWidget->fileManager;
     FileType *opened = nullptr;
     if (!manager.Open(path.toStdWString(), &opened, manager.paddingByte, 0, 0)) {

@@ -1,9 +1,12 @@
 #include "SfiFixture.h"
 #include "report/DisplayMng.h"
 #include "support/ImageBytes.h"
+#include "workbench/widgets/LongWork.h"
 
 #include <QFileInfo>
+#include <QMessageBox>
 #include <QRegularExpression>
+#include <QTimer>
 
 namespace
 {
@@ -619,6 +622,74 @@ TEST_F(SfiTab, EveryDeviceGetsAllFirmwareInAreasThatFitItsRam)
     generateForEveryDevice([this](const QString &name, const QString &image) {
         EXPECT_EQ(bytesOfAreas(image, 'F'), 600'000u) << name.toStdString();
     });
+}
+
+/// Watches the progress box: notes its texts, and presses "Cancel" at one that begins like this.
+class ProgressWatcher : public QTimer
+{
+public:
+    explicit ProgressWatcher(QWidget &window)
+    {
+        workbench::longWorkTimes = {0, 0};
+        connect(this, &QTimer::timeout, this, [this, &window] {
+            auto *const cancel = window.findChild<QPushButton *>("progress_cancel_button");
+            if (cancel == nullptr || !cancel->isVisible()) {
+                return;
+            }
+            const QString text = qobject_cast<QMessageBox *>(cancel->window())->text();
+            if (texts.isEmpty() || texts.last() != text) {
+                texts << text;
+            }
+            canCancel = cancel->isEnabled();
+            if (!cancelAt.isEmpty() && text.startsWith(cancelAt)) {
+                cancel->click();
+            }
+        });
+        start(0);
+    }
+    ~ProgressWatcher() override { workbench::longWorkTimes = {}; }
+
+    QString cancelAt;
+    QStringList texts;
+    bool canCancel = false;
+};
+
+TEST_F(SfiTab, LongWorkSaysWhatItDoesAndChangesNothingWhenCancelled)
+{
+    const QString big = folder.file("big.bin", std::string(3 << 20, 'b'));
+    const QString small = folder.file("small.bin", "small");
+    prepare(kL4);
+    ProgressWatcher progress(form);
+    progress.cancelAt = "Reading big.bin";
+    {
+        const DialogAnswers dialogs(
+            {QStringList{small, big}, DialogAnswer([](QDialog &dialog) {
+                 dialog.findChild<QLineEdit *>("address_start_edit")->setText("0x8800000");
+                 dialog.findChild<QPushButton *>()->setFocus();
+                 QTest::keyClick(&dialog, Qt::Key_Return);
+             })});
+        click("firmware_add");
+    }
+    EXPECT_EQ(rowsOf("firmware"), 1) << "of a cancelled choice no file stays";
+
+    progress.cancelAt.clear();
+    addBinary("firmware", big, "0x8100000");
+    ASSERT_EQ(rowsOf("firmware"), 2);
+    const QStringList before = QDir(folder.path("")).entryList(QDir::AllEntries | QDir::Hidden);
+    for (const char *step : {"Reading big.bin", "Encrypting", "Writing out.sfi"}) {
+        progress.cancelAt = step;
+        const DialogAnswers none;
+        click("generate_ok");
+        EXPECT_TRUE(progress.texts.last().startsWith(step))
+            << progress.texts.join('|').toStdString();
+        EXPECT_EQ(QDir(folder.path("")).entryList(QDir::AllEntries | QDir::Hidden), before) << step;
+    }
+    progress.cancelAt.clear();
+    DialogAnswers boxes({QMessageBox::Ok});
+    click("generate_ok");
+    EXPECT_TRUE(QFile::exists(output));
+    EXPECT_EQ(progress.texts.last(), "Reading out.sfi");
+    EXPECT_FALSE(progress.canCancel) << "the image stands already";
 }
 
 }  // namespace

@@ -1,6 +1,7 @@
 #include "crypto/primitives/AesGcm.h"
 
 #include "crypto/primitives/LibraryFailure.h"
+#include "files/base/Progress.h"
 
 #include <algorithm>
 #include <openssl/err.h>
@@ -14,9 +15,6 @@ namespace
 using CipherHandle = std::unique_ptr<EVP_CIPHER, files::FreeWith<&EVP_CIPHER_free>>;
 
 constexpr std::size_t kAes128KeyBytes = 16;
-
-/// The EVP interface counts in `int`; larger inputs go in steps of this size.
-constexpr std::size_t kStep = std::size_t{1} << 30;
 
 }  // namespace
 
@@ -46,14 +44,20 @@ void AesGcm::associate(ByteView bytes)
 
 void AesGcm::update(ByteView in, std::uint8_t *out)
 {
+    // In steps also because the EVP interface counts in `int`.
+    const std::size_t size = in.size();
     while (m_ok && !in.empty()) {
-        const std::size_t count = std::min(in.size(), kStep);
+        const std::size_t count = std::min(in.size(), files::kProgressStep);
         int written = 0;
         m_ok = EVP_CipherUpdate(m_context.get(), out, &written, in.data(),
                                 static_cast<int>(count)) == 1 &&
                static_cast<std::size_t>(written) == count;
         in = in.subspan(count);
         out += count;
+        if (size > files::kProgressStep) {
+            files::tellProgress(m_seal ? files::Activity::Encrypting : files::Activity::Decrypting,
+                                {}, size - in.size(), size);
+        }
     }
 }
 

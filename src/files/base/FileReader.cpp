@@ -1,9 +1,11 @@
 #include "files/base/FileReader.h"
 
 #include "files/base/PageBlock.h"
+#include "files/base/Progress.h"
 
 #include <QFileInfo>
 
+#include <algorithm>
 #include <cerrno>
 #include <cstring>
 #include <fcntl.h>
@@ -61,14 +63,18 @@ Result<void> readExactly(QFile &file, std::span<std::uint8_t> out)
 {
     std::size_t got = 0;
     while (got < out.size()) {
-        const qint64 count = file.read(reinterpret_cast<char *>(out.data() + got),
-                                       static_cast<qint64>(out.size() - got));
+        const std::size_t step = std::min(out.size() - got, kProgressStep);
+        const qint64 count =
+            file.read(reinterpret_cast<char *>(out.data() + got), static_cast<qint64>(step));
         if (count <= 0) {
             return fail(ErrorCode::ReadFailed, nameOf(file.fileName()) + " ends after " +
                                                    std::to_string(got) + " of " +
                                                    std::to_string(out.size()) + " bytes");
         }
         got += static_cast<std::size_t>(count);
+        if (out.size() > kProgressStep) {
+            tellProgress(Activity::Reading, file.fileName(), got, out.size());
+        }
     }
     return {};
 }

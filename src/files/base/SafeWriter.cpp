@@ -1,9 +1,12 @@
 #include "files/base/SafeWriter.h"
 
+#include "files/base/Progress.h"
+
 #include <QFile>
 #include <QFileInfo>
 #include <QRandomGenerator>
 
+#include <algorithm>
 #include <cerrno>
 #include <climits>
 #include <cstring>
@@ -187,7 +190,8 @@ Result<SafeWriter> SafeWriter::open(const QString &path, Secrecy secrecy, Lastin
 Result<void> SafeWriter::write(std::span<const std::uint8_t> bytes)
 {
     while (!bytes.empty()) {
-        const ssize_t count = ::write(m_state->file.number(), bytes.data(), bytes.size());
+        const std::size_t step = std::min(bytes.size(), kProgressStep);
+        const ssize_t count = ::write(m_state->file.number(), bytes.data(), step);
         if (count < 0 && errno == EINTR) {
             continue;
         }
@@ -196,6 +200,9 @@ Result<void> SafeWriter::write(std::span<const std::uint8_t> bytes)
         }
         m_state->written += static_cast<std::uint64_t>(count);
         bytes = bytes.subspan(static_cast<std::size_t>(count));
+        if (m_state->written > kProgressStep) {
+            tellProgress(Activity::Writing, m_state->path, m_state->written, 0);
+        }
     }
     return {};
 }
@@ -218,6 +225,7 @@ Result<void> SafeWriter::commit()
         return m_state->giveUp(errno);
     }
     m_state->temporary.clear();
+    tellCommitted();
     // The content is in place; a folder that can't be synced (some network file systems) only
     // delays its durability, so that alone is no failure.
     const Handle folder(

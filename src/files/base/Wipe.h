@@ -50,6 +50,20 @@ private:
     std::vector<std::uint8_t> m_bytes;
 };
 
+/// Wipes a block that somebody else gives back, on every way out.
+class WipeAtEnd
+{
+public:
+    WipeAtEnd(void *data, std::size_t size) : m_data(data), m_size(size) {}
+    ~WipeAtEnd() { wipe(m_data, m_size); }
+    WipeAtEnd(const WipeAtEnd &) = delete;
+    WipeAtEnd &operator=(const WipeAtEnd &) = delete;
+
+private:
+    void *m_data;
+    std::size_t m_size;
+};
+
 /// A crash must not write what is in the memory to a disk. For the start of each program that
 /// handles keys.
 inline void forbidCoreDumps()

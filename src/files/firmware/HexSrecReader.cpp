@@ -1,6 +1,7 @@
 #include "files/firmware/HexSrecReader.h"
 
 #include "files/base/ByteBuffer.h"
+#include "files/base/Progress.h"
 #include "files/firmware/HexText.h"
 
 #include <algorithm>
@@ -30,6 +31,8 @@ tl::expected<std::vector<OwnedSegment>, TextFault> readHexText(QFile &file)
     HexText text;
     std::size_t kept = 0;  // bytes of an incomplete line at the buffer's start
     bool isLast = false;
+    const auto size = static_cast<std::uint64_t>(file.size());
+    std::uint64_t done = 0;
     while (!isLast) {
         const qint64 count = file.read(reinterpret_cast<char *>(buffer.data() + kept),
                                        static_cast<qint64>(buffer.size() - kept));
@@ -45,6 +48,10 @@ tl::expected<std::vector<OwnedSegment>, TextFault> readHexText(QFile &file)
         const auto rest = bytes.subspan(*taken);
         std::copy(rest.begin(), rest.end(), buffer.data());
         kept = rest.size();
+        done += static_cast<std::uint64_t>(count);
+        if (size > kProgressStep) {
+            tellProgress(Activity::Reading, file.fileName(), std::min(done, size), size);
+        }
     }
     auto segments = text.finish();
     if (!segments) {

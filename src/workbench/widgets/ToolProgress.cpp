@@ -42,10 +42,11 @@ ToolProgress::ToolProgress(QWidget *parent) : m_box(new QMessageBox(parent))
     m_box->setObjectName(QStringLiteral("progress_box"));
     m_box->setWindowTitle(tr("Operation in progress, please wait ..."));
     m_box->setText(tr("Operation in progress, please wait ..."));
+    m_box->setTextFormat(Qt::PlainText);
     m_box->setModal(false);
     m_box->resize(350, 10);
-    auto *const cancel = m_box->addButton(QMessageBox::Cancel);
-    nameWidget(cancel, QStringLiteral("progress_cancel_button"), tr("Cancel the operation"));
+    m_cancel = m_box->addButton(QMessageBox::Cancel);
+    nameWidget(m_cancel, QStringLiteral("progress_cancel_button"), tr("Cancel the operation"));
     // However the box goes: by its button, by Escape or by its window's own frame, which presses no
     // button and would leave nothing that ends the tool.
     connect(m_box.get(), &QMessageBox::finished, this, [this] { m_isCancelled = true; });
@@ -72,6 +73,11 @@ bool ToolProgress::step(const QString &what, int done, int of)
     m_box->setText(what);
     turn();
     return !m_isCancelled;
+}
+
+void ToolProgress::setCancellable(bool isCancellable)
+{
+    m_cancel->setEnabled(isCancellable);
 }
 
 process::ToolWatch ToolProgress::watch()

@@ -7,6 +7,7 @@
 
 class QMessageBox;
 class QProgressBar;
+class QPushButton;
 
 namespace workbench
 {
@@ -28,6 +29,8 @@ public:
     /// Shows how far an operation of known length is, repaints the window, and hears "Cancel".
     /// @return false once it was cancelled
     bool step(const QString &what, int done, int of);
+    /// Whether "Cancel" can be pressed.
+    void setCancellable(bool isCancellable);
     [[nodiscard]] bool isCancelled() const { return m_isCancelled; }
 
 protected:
@@ -36,6 +39,7 @@ protected:
 private:
     void turn();
     std::unique_ptr<QMessageBox> m_box;
+    QPushButton *m_cancel;
     QProgressBar *m_bar = nullptr;  ///< once there are steps
     bool m_isCancelled = false;
 };

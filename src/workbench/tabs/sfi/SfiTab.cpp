@@ -5,8 +5,8 @@
 #include "workbench/tabs/sfi/SfiInspection.h"
 #include "workbench/widgets/AddressDialog.h"
 #include "workbench/widgets/Boxes.h"
-#include "workbench/widgets/BusyCursor.h"
 #include "workbench/widgets/FileChoice.h"
+#include "workbench/widgets/LongWork.h"
 #include "workbench/widgets/SeriesChoice.h"
 
 #include <QFileInfo>
@@ -239,13 +239,21 @@ void SfiTab::addFiles(const QString &row, const QStringList &paths)
         return;
     }
     context().lastFolder = paths.last();
-    const BusyCursor busy;
     Series series{paths.size(), false, std::nullopt};
-    for (const QString &path : paths) {
-        --series.left;
-        addFile(row, path, series);
-        if (series.cancelled) {
-            break;
+    FileRows &files = form()->list(row)->rows();
+    const int before = files.count();
+    const auto add = [&] {
+        for (const QString &path : paths) {
+            --series.left;
+            addFile(row, path, series);
+            if (series.cancelled) {
+                break;
+            }
+        }
+    };
+    if (!whileBusy(context().boxParent, add)) {
+        while (files.count() > before) {
+            dropFile(row, files.count() - 1);
         }
     }
     if (m_shownRow == row) {

@@ -104,9 +104,11 @@ private:
     void pickFile(const QString &row);       ///< the user turned to the selected file
     void pickSegment(int file, int number);  ///< of the list that the map shows
     void showFile(const QString &row);
+    void parseFile(const QString &path);
     void showImage(const QString &path, const FileSFI &image, const QString &version);
     void parseModules(const QString &path);
 
+    void make(const SfiFormValues &values);
     // Steps of a request (SfiTabRequest.cpp); each returns false when the request ends.
     bool reload(const QString &row, KeepAddress keep, bool disablesWhenEmpty);
     bool reloadFirmware(const QString &row, bool disablesWhenEmpty,

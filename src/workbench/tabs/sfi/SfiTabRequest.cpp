@@ -5,9 +5,9 @@
 #include "workbench/tabs/sfi/SfiInspection.h"
 #include "workbench/tabs/sfi/SfiTab.h"
 #include "workbench/widgets/Boxes.h"
-#include "workbench/widgets/BusyCursor.h"
 #include "workbench/widgets/FileChoice.h"
 #include "workbench/widgets/FileMap.h"
+#include "workbench/widgets/LongWork.h"
 
 #include <QFileInfo>
 
@@ -20,7 +20,11 @@ void SfiTab::generate()
     if (!passes(checkStart(m_variant, values, countOf(sfi_row::kExternal) > 0))) {
         return;
     }
-    const BusyCursor busy;
+    whileBusy(context().boxParent, [&] { make(values); });
+}
+
+void SfiTab::make(const SfiFormValues &values)
+{
     SfiInputs inputs;
     if (!reloadAll(inputs) ||
         !passes(readInputs(context().fileManager, m_variant, values, inputs)) ||
@@ -163,8 +167,12 @@ void SfiTab::parse(bool fromUser)
                 QStringLiteral("Failure to parse SFI/SFIx/SSFI/MCSV file, image doesn't exist."));
         return;
     }
-    const BusyCursor busy;
     m_panes->setCurrentIndex(InfoTabs::kSecond);
+    whileBusy(context().boxParent, [&] { parseFile(path); });
+}
+
+void SfiTab::parseFile(const QString &path)
+{
     if (path.endsWith(QLatin1String(".mcsv"), Qt::CaseInsensitive)) {
         parseModules(path);
         return;

@@ -8,8 +8,8 @@
 #include "workbench/forms/PackageForm.h"
 #include "workbench/tabs/sfu/SfuTabs.h"
 #include "workbench/widgets/Boxes.h"
-#include "workbench/widgets/BusyCursor.h"
 #include "workbench/widgets/FileMap.h"
+#include "workbench/widgets/LongWork.h"
 
 #include <QFileInfo>
 
@@ -104,21 +104,32 @@ SfuTab::SfuTab(const TabName &name, QWidget *page, FormContext &context)
             m_firmware.reset();
             m_panes.resetInput();
         } else {
-            parseFirmware();
+            takeFirmware();
         }
     });
     connect(form()->generateButton(), &QPushButton::clicked, this, &SfuTab::generate);
 }
 
+void SfuTab::takeFirmware()
+{
+    if (!whileBusy(page(), [this] { parseFirmware(); })) {
+        m_panes.resetInput();  // or it would show another file than the field
+        m_firmware.reset();
+    }
+}
+
 bool SfuTab::parseFirmware()
 {
     const QString path = form()->text(kFirmware);
+    files::RecordOwner<FileType> record;
+    if (!path.isEmpty()) {
+        record = openPackageInput(context().fileManager, path);  // a cancelled one changes nothing
+    }
     m_panes.resetInput();
     m_firmware.reset();
     if (path.isEmpty()) {
         return false;
     }
-    auto record = openPackageInput(context().fileManager, path);
     // Rows and lists are no firmware; whether other kinds are, the builder decides.
     if (!record || record->type == file_type::kTsv || record->type == file_type::kMcsv) {
         showBox(page(), BoxKind::Error,
@@ -166,7 +177,12 @@ void SfuTab::generate()
         showBox(parent, BoxKind::Error, refusal);
         return;
     }
-    const BusyCursor busy;
+    whileBusy(parent, [&] { make(headerPath, path); });
+}
+
+void SfuTab::make(const QString &headerPath, const QString &path)
+{
+    QWidget *parent = page();
     KeyInput key;
     KeyInput nonce;
     if (!parseFirmware() || !key.read(parent, form()->text(kKey), kKeyBytes) ||

@@ -21,6 +21,8 @@ public:
     void generate();
 
 private:
+    void takeFirmware();  ///< parseFirmware for a field that has changed
+    void make(const QString &headerPath, const QString &path);
     bool writeFile(const QString &path, const QByteArray &bytes, const char *which);
     void show(const QByteArray &header, const QByteArray &body);
 

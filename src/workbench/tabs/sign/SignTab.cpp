@@ -10,7 +10,7 @@
 #include "workbench/tabs/sign/SignFooter.h"
 #include "workbench/tabs/sign/SignTabs.h"
 #include "workbench/widgets/Boxes.h"
-#include "workbench/widgets/BusyCursor.h"
+#include "workbench/widgets/LongWork.h"
 #include "workbench/widgets/NumberText.h"
 #include "workbench/widgets/TypedSpinBox.h"
 
@@ -132,7 +132,8 @@ void SignTab::displayInput(const QString &path)
     if (path.isEmpty()) {
         return;
     }
-    const auto record = openPackageInput(context().fileManager, path);
+    files::RecordOwner<FileType> record;
+    whileBusy(context().boxParent, [&] { record = openPackageInput(context().fileManager, path); });
     if (const FileData *firmware = asFirmware(record.get())) {
         m_panes.showInput(describeInput(path, *firmware));
     } else if (record) {
@@ -157,8 +158,12 @@ bool SignTab::checkVersion()
 
 void SignTab::generate()
 {
+    whileBusy(context().boxParent, [this] { make(); });
+}
+
+void SignTab::make()
+{
     QWidget *parent = context().boxParent;
-    const BusyCursor busy;
     const auto record = openPackageInput(context().fileManager, form()->text(kInput));
     if (!record) {
         form()->holdGenerate(kInput);

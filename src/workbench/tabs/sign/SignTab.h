@@ -33,6 +33,7 @@ public:
 
 private:
     bool checkVersion();
+    void make();
     bool sign(const FileData &input, const QByteArray &keyPem);
     bool showResult(const QByteArray &keyPem);
 

@@ -7,11 +7,12 @@
 #include "workbench/tabs/smi/SmiSections.h"
 #include "workbench/tabs/smi/SmiTabs.h"
 #include "workbench/widgets/Boxes.h"
-#include "workbench/widgets/BusyCursor.h"
+#include "workbench/widgets/LongWork.h"
 
 #include <QFileDialog>
 #include <QFileInfo>
 
+#include <algorithm>
 #include <cstdlib>
 
 namespace workbench
@@ -124,7 +125,7 @@ SmiTab::SmiTab(const TabName &name, QWidget *page, FormContext &context)
         if (path.isEmpty()) {
             forgetElf();
         } else {
-            parseElf();
+            readElf();
         }
     });
     connect(form()->generateButton(), &QPushButton::clicked, this, &SmiTab::generate);
@@ -169,10 +170,22 @@ void SmiTab::forgetElf()
     form()->updateGenerate();
 }
 
+void SmiTab::readElf()
+{
+    if (!whileBusy(context().boxParent, [this] { parseElf(); })) {
+        forgetElf();  // or it would be another file than the field's
+    }
+}
+
 void SmiTab::parseElf(bool isRequest)
 {
     const QString chosen = form()->text(kSection);
     const QString path = form()->text(kElf);
+    files::RecordOwner<FileType> record;
+    if (!path.isEmpty()) {
+        record =
+            openPackageInput(context().fileManager, path);  // what is cancelled changes nothing
+    }
     forgetElf();
     if (path.isEmpty()) {
         return;
@@ -183,7 +196,6 @@ void SmiTab::parseElf(bool isRequest)
         form()->setText(kElf, {});
         form()->updateGenerate();
     };
-    auto record = openPackageInput(context().fileManager, path);
     if (!record) {
         refuse(QStringLiteral("Failure to open ELF file"));
         return;
@@ -248,13 +260,15 @@ void SmiTab::generate()
     if (!mayStart()) {
         return;
     }
-    const BusyCursor busy;
     const QString section = form()->text(kSection);
-    parseElf(true);
-    if (!m_elf || !build(section)) {
-        return;
-    }
-    showBox(context().boxParent, BoxKind::Information, QStringLiteral("SMI successfully created"));
+    const auto make = [&] {
+        parseElf(true);
+        if (m_elf && build(section)) {
+            showBox(context().boxParent, BoxKind::Information,
+                    QStringLiteral("SMI successfully created"));
+        }
+    };
+    whileBusy(context().boxParent, make);
 }
 
 bool SmiTab::build(const QString &section)
@@ -273,6 +287,7 @@ bool SmiTab::build(const QString &section)
     unsigned char *raw = nullptr;
     const int length = context().fileManager.GetDataFromSection(path, name, &raw);
     const files::MallocArray<unsigned char> bytes(raw);
+    const files::WipeAtEnd wiped(bytes.get(), static_cast<std::size_t>(std::max(length, 0)));
     if (length <= 0) {
         if (length < 0 || raw != nullptr) {
             showBox(parent, BoxKind::Error,
@@ -285,7 +300,6 @@ bool SmiTab::build(const QString &section)
     const QList<QByteArray> modules = builder.SMIPreparation(
         path, m_elf.get(), bytes.get(), form()->check(kHash)->isChecked(),
         static_cast<unsigned>(length), name, key.bytes(), nonce.bytes(), version.bytes());
-    files::wipe(bytes.get(), static_cast<std::size_t>(length));
     if (modules.isEmpty()) {
         m_panes.package()->clearContents();
         showBox(parent, BoxKind::Error,
@@ -387,7 +401,7 @@ void SmiTab::restoreFiles(const SavedGroup &)
 {
     // One that has gone keeps its name; Generate says what is wrong.
     if (QFileInfo(form()->text(kElf)).isFile()) {
-        parseElf();
+        readElf();
     }
 }
 

@@ -40,6 +40,7 @@ protected:
     void press(const QString &row, const QString &role) override;
 
 private:
+    void readElf();  ///< parseElf for a field that has changed
     void forgetElf();
     void offerSections(const QString &chosen, bool isRequest);
     void showPlacement();

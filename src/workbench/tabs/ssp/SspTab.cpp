@@ -9,9 +9,9 @@
 #include "workbench/tabs/ssp/SspCheck.h"
 #include "workbench/tabs/ssp/SspTabs.h"
 #include "workbench/widgets/Boxes.h"
-#include "workbench/widgets/BusyCursor.h"
 #include "workbench/widgets/FieldNames.h"
 #include "workbench/widgets/FileChoice.h"
+#include "workbench/widgets/LongWork.h"
 
 #include <QFile>
 #include <QFileInfo>
@@ -236,7 +236,12 @@ void SspTab::generate()
         showBox(parent, BoxKind::Error, QStringLiteral("SSP file must have the .ssp extension"));
         return;
     }
-    const BusyCursor busy;
+    whileBusy(parent, [this] { make(); });
+}
+
+void SspTab::make()
+{
+    QWidget *parent = context().boxParent;
     struct Secrets {
         std::uint32_t word = 0;
         QByteArray payload;

@@ -36,6 +36,7 @@ protected:
     void press(const QString &row, const QString &role) override;
 
 private:
+    void make();
     void makeFile(const QString &row, const char *refusal, const char *success);
     bool passwordWord(std::uint32_t *out);
     /// The payload: password word, then the secrets. @return false when the request ends
