@@ -2,6 +2,7 @@
 
 #include "app/LaunchCheck.h"
 #include "app/MainWindow.h"
+#include "app/Translation.h"
 #include "files/base/Wipe.h"
 #include "report/Level.h"
 #include "version/Version.h"
@@ -10,6 +11,7 @@
 #include <QApplication>
 #include <QFile>
 #include <QIcon>
+#include <QLocale>
 #include <QProxyStyle>
 
 #include <cstdio>
@@ -123,6 +125,7 @@ int run(int argc, char **argv)
     SafeApplication application(argc, argv);
     qInstallMessageHandler(handleMessage);
     describeApplication(application);
+    installTranslation(application, QLocale::system().uiLanguages());
     const MainWindow window(argc, argv, nullptr, workbench::Building::WhenNeeded);
     // Without a window nothing would ever end the event loop.
     if (const auto status = window.closedStatus()) {

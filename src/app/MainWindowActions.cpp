@@ -52,7 +52,7 @@ void MainWindow::Check()
         workbench::whileBusy(this, [&] { checkImage(path); });
     } else {
         workbench::whileBusy(this, [&] {
-            showBox(this, BoxKind::Error, tr("It is neither an SFI nor an SMI file"),
+            showBox(this, BoxKind::Error, QStringLiteral("It is neither an SFI nor an SMI file"),
                     app::describePackage(path));
         });
     }
@@ -71,9 +71,9 @@ void MainWindow::checkImage(const QString &path)
     if (centralWidget->showChecked(path, *record)) {
         const bool isSfi = path.endsWith(QLatin1String(".sfi"));
         showBox(this, isSfi ? BoxKind::Success : BoxKind::Information,
-                isSfi   ? tr("Valid SFI file")
-                : isSmi ? tr("Valid SMI file")
-                        : tr("Valid SMU file"));
+                isSfi   ? QStringLiteral("Valid SFI file")
+                : isSmi ? QStringLiteral("Valid SMI file")
+                        : QStringLiteral("Valid SMU file"));
     }
 }
 
@@ -119,14 +119,14 @@ void MainWindow::OpenDoc()
     }
     if (!app::showHelp(this, QStringLiteral("index")) &&
         !QDesktopServices::openUrl(QUrl(kManualPage))) {
-        showBox(this, BoxKind::Error, tr("User Manual not found"));
+        showBox(this, BoxKind::Error, QStringLiteral("User Manual not found"));
     }
 }
 
 void MainWindow::OpenRef()
 {
     if (!QDesktopServices::openUrl(QUrl(kReferencePage))) {
-        showBox(this, BoxKind::Error, tr("Application note not found"));
+        showBox(this, BoxKind::Error, QStringLiteral("Application note not found"));
     }
 }
 

@@ -111,11 +111,13 @@ void addShortcuts(MainWindow &window)
     const auto withKeys = [](const QString &told, const QKeySequence &keys) {
         return QStringLiteral("%1 (%2)").arg(told, keys.toString(QKeySequence::NativeText));
     };
-    window.checkTool->setToolTip(withKeys(text("Opens an SFI or SMI image and shows it"), check));
-    window.closeTool->setToolTip(withKeys(text("Keeps the forms and leaves the program"), quit));
+    window.checkTool->setToolTip(
+        withKeys(text(QT_TR_NOOP("Opens an SFI or SMI image and shows it")), check));
+    window.closeTool->setToolTip(
+        withKeys(text(QT_TR_NOOP("Keeps the forms and leaves the program")), quit));
     window.docMenu->setToolTipsVisible(true);
-    window.docAction->setToolTip(withKeys(text("Help for the tab in front"), help));
-    form->tabWidget->tabBar()->setToolTip(text("Other tabs: %1, %2")
+    window.docAction->setToolTip(withKeys(text(QT_TR_NOOP("Help for the tab in front")), help));
+    form->tabWidget->tabBar()->setToolTip(text(QT_TR_NOOP("Other tabs: %1, %2"))
                                               .arg(before.toString(QKeySequence::NativeText),
                                                    next.toString(QKeySequence::NativeText)));
     const auto tellOfTab = [generate](const workbench::Tab *tab) {

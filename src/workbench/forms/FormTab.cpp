@@ -115,12 +115,12 @@ void FormTab::makeRandomFile(const QString &row)
     }
     if (const auto made = crypto::makeRandomFile(path, texts.bytes); !made) {
         showBox(page(), BoxKind::Error,
-                tr(texts.failed) + '\n' + QString::fromStdString(made.error().text));
+                QLatin1String(texts.failed) + '\n' + QString::fromStdString(made.error().text));
         return;
     }
     context().lastOutputFolder = QFileInfo(path).absolutePath();
     putPath(row, path);
-    showBox(page(), BoxKind::Success, tr(texts.made));
+    showBox(page(), BoxKind::Success, QLatin1String(texts.made));
 }
 
 }  // namespace workbench

@@ -132,7 +132,7 @@ QString firmwareWord(std::uint32_t type)
 {
     switch (type) {
     case file_type::kBinary:
-        return QStringLiteral("Binary");
+        return tr("Binary");
     case file_type::kIntelHex:
         return QStringLiteral("Intel Hex");
     case file_type::kSRecord:
@@ -140,7 +140,7 @@ QString firmwareWord(std::uint32_t type)
     case file_type::kElf:
         return QStringLiteral("ELF");
     default:
-        return QStringLiteral("Not supported");
+        return tr("Not supported");
     }
 }
 
@@ -151,12 +151,8 @@ QString addressText(std::uint64_t address)
 
 PaneContents emptyInput()
 {
-    return {{Qt::Vertical,
-             {QStringLiteral("File name"), QStringLiteral("Type"), QStringLiteral("Size")},
-             {}},
-            {QStringLiteral("Segments"),
-             {QStringLiteral("Index"), QStringLiteral("Size"), QStringLiteral("Address")},
-             {}}};
+    return {{Qt::Vertical, {tr("File name"), tr("Type"), tr("Size")}, {}},
+            {tr("Segments"), {tr("Index"), tr("Size"), tr("Address")}, {}}};
 }
 
 PaneContents describeInput(const QString &path, const FileData &record)

@@ -56,8 +56,7 @@ void CentralWidget::GenerateSmiEnabled()
 
 void CentralWidget::ParseSmis()
 {
-    const QStringList paths =
-        workbench::chooseFiles(this, lastFolder, QStringLiteral("SMI files (*.smi)"));
+    const QStringList paths = workbench::chooseFiles(this, lastFolder, tr("SMI files (*.smi)"));
     for (const QString &path : paths) {
         const QString refusal = smi(*this)->refuseModule(path);
         if (refusal.isEmpty()) {

@@ -24,18 +24,18 @@ namespace
 using Built = TabEntry::Built;
 
 constexpr TabEntry kTabs[] = {
-    {{"sfi", "SFI", "SFI"}, Built::WithTheForm, makeSfiTab, nullptr},
-    {{"smi", "SMI", "SMI"}, Built::WithTheForm, makeSmiTab, nullptr},
-    {{"sfix", "SFIx", "SFIx"}, Built::WithTheForm, makeSfixTab, nullptr},
-    {{"ssp", "SSP", "SSP"}, Built::WithTheForm, makeSspTab, nullptr},
-    {{"sign", "VDR32WB Sign", "SIGN"}, Built::WithTheForm, makeSignTab, nullptr},
-    {{"sfu", "SFU"}, Built::WithTheForm, makeSfuTab, nullptr},
-    {{"hsm", "HSM", "HSM"}, Built::WithTheForm, makeHsmTab, nullptr},
-    {{"ob", "SFI Option Bytes"}, Built::WithTheForm, makeObTab, nullptr},
-    {{"lic", "License Gen", "LIC"}, Built::WithTheForm, makeLicTab, nullptr},
-    {{"da", "DA CertifGen", "DA"}, Built::WithTheForm, makeDaTab, nullptr},
-    {{"obk", "OBkey"}, Built::LaterOnce, makeObkTab, nullptr},
-    {{"img", "Image Gen"}, Built::ManyTimes, makeImgTab, nullptr},
+    {{"sfi", QT_TR_NOOP("SFI"), "SFI"}, Built::WithTheForm, makeSfiTab, nullptr},
+    {{"smi", QT_TR_NOOP("SMI"), "SMI"}, Built::WithTheForm, makeSmiTab, nullptr},
+    {{"sfix", QT_TR_NOOP("SFIx"), "SFIx"}, Built::WithTheForm, makeSfixTab, nullptr},
+    {{"ssp", QT_TR_NOOP("SSP"), "SSP"}, Built::WithTheForm, makeSspTab, nullptr},
+    {{"sign", QT_TR_NOOP("VDR32WB Sign"), "SIGN"}, Built::WithTheForm, makeSignTab, nullptr},
+    {{"sfu", QT_TR_NOOP("SFU")}, Built::WithTheForm, makeSfuTab, nullptr},
+    {{"hsm", QT_TR_NOOP("HSM"), "HSM"}, Built::WithTheForm, makeHsmTab, nullptr},
+    {{"ob", QT_TR_NOOP("SFI Option Bytes")}, Built::WithTheForm, makeObTab, nullptr},
+    {{"lic", QT_TR_NOOP("License Gen"), "LIC"}, Built::WithTheForm, makeLicTab, nullptr},
+    {{"da", QT_TR_NOOP("DA CertifGen"), "DA"}, Built::WithTheForm, makeDaTab, nullptr},
+    {{"obk", QT_TR_NOOP("OBkey")}, Built::LaterOnce, makeObkTab, nullptr},
+    {{"img", QT_TR_NOOP("Image Gen")}, Built::ManyTimes, makeImgTab, nullptr},
 };
 
 }  // namespace

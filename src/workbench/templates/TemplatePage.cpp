@@ -107,7 +107,7 @@ QWidget *TemplatePage::makeFileGroup(QWidget *parent)
     auto *const label = new QLabel(tr("XML file"), group);
     m_path = new QLineEdit(group);
     nameWidget(m_path, m_key + QLatin1String("_xml_edit"), tr("XML file"));
-    m_path->setPlaceholderText(QStringLiteral("Select an input XML File "));
+    m_path->setPlaceholderText(tr("Select an input XML File "));
     m_path->setReadOnly(true);
     m_path->setToolTip(
         tr("The template that the form shows\n\"Open\" chooses it; it can be dropped "
@@ -209,8 +209,8 @@ QString TemplatePage::askForTemplate(QWidget *boxParent) const
     if (!QFileInfo(start).isDir()) {
         start = files::installedPath(m_texts.folder);
     }
-    QString path = QFileDialog::getOpenFileName(boxParent, QStringLiteral("Open file"), start,
-                                                QStringLiteral("XML files (*.xml)"));
+    QString path =
+        QFileDialog::getOpenFileName(boxParent, tr("Open file"), start, tr("XML files (*.xml)"));
     if (!path.isEmpty()) {
         folders.setValue(m_texts.folderKey, QFileInfo(path).path());
     }

@@ -140,7 +140,7 @@ QString savePublicKey(QWidget *parent, const crypto::LicenceStock &stock, QStrin
         return {};
     }
     const QString proposed =
-        QFileInfo(lastFolder + '/').path() + '/' + TokenPane::tr("licence-key.pem");
+        QFileInfo(lastFolder + '/').path() + '/' + QStringLiteral("licence-key.pem");
     QString path = QFileDialog::getSaveFileName(parent, TokenPane::tr("Select file name"), proposed,
                                                 TokenPane::tr("PEM (*.pem)"));
     if (path.isEmpty()) {
@@ -152,7 +152,7 @@ QString savePublicKey(QWidget *parent, const crypto::LicenceStock &stock, QStrin
         files::writeWhole(path, {reinterpret_cast<const std::uint8_t *>(pem.data()), pem.size()});
     if (!written) {
         showBox(parent, BoxKind::Error,
-                TokenPane::tr("Failure to create the public key file") + '\n' +
+                QStringLiteral("Failure to create the public key file") + '\n' +
                     QString::fromStdString(written.error().text));
         return {};
     }

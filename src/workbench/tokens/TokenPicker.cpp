@@ -231,9 +231,10 @@ QList<MissingInput> TokenPicker::missing() const
 bool TokenPicker::isSure(const crypto::TokenInfo &token) const
 {
     return token.tries != crypto::PinTries::Last ||
-           askYesNo(m_context.boxParent, BoxKind::Warning, tr("Last try"),
-                    tr("Wrong PINs were tried before. If this one is wrong, too, the token %1 "
-                       "locks itself, and what it holds can't be used any more. Is the PIN right?")
+           askYesNo(m_context.boxParent, BoxKind::Warning, QStringLiteral("Last try"),
+                    QStringLiteral(
+                        "Wrong PINs were tried before. If this one is wrong, too, the token %1 "
+                        "locks itself, and what it holds can't be used any more. Is the PIN right?")
                         .arg(textOf(token.label)));
 }
 

@@ -63,7 +63,7 @@ void AddressDialog::CheckAddress()
 {
     const auto address = workbench::unsignedFromText(m_startEdit->text());
     if (!address) {
-        workbench::showBox(this, workbench::BoxKind::Error, tr("Invalid address"));
+        workbench::showBox(this, workbench::BoxKind::Error, QStringLiteral("Invalid address"));
         m_startEdit->clear();
         m_startEdit->setFocus();
         return;

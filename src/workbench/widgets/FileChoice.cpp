@@ -13,7 +13,7 @@ namespace workbench
 QString chooseFile(QWidget *parent, QString &lastFolder, const QString &filter)
 {
     QString path =
-        QFileDialog::getOpenFileName(parent, QStringLiteral("Open file"), lastFolder, filter);
+        QFileDialog::getOpenFileName(parent, QObject::tr("Open file"), lastFolder, filter);
     if (!path.isEmpty()) {
         lastFolder = path;
     }
@@ -23,7 +23,7 @@ QString chooseFile(QWidget *parent, QString &lastFolder, const QString &filter)
 QStringList chooseFiles(QWidget *parent, QString &lastFolder, const QString &filter)
 {
     QStringList paths =
-        QFileDialog::getOpenFileNames(parent, QStringLiteral("Open file"), lastFolder, filter);
+        QFileDialog::getOpenFileNames(parent, QObject::tr("Open file"), lastFolder, filter);
     if (!paths.isEmpty()) {
         lastFolder = paths.last();
     }

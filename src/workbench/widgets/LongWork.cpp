@@ -18,7 +18,7 @@ namespace workbench
 namespace
 {
 
-constexpr int kWhole = 1000;    ///< steps of the bar
+constexpr int kWhole = 1000;  ///< steps of the bar
 
 QString sentence(files::Activity activity, const QString &path)
 {

@@ -15,7 +15,8 @@ ShowInFolder::ShowInFolder(const QString &objectName, const QString &of, QWidget
     connect(this, &QPushButton::clicked, this, [this] {
         if (!showInFolder(m_path)) {
             showBox(window(), BoxKind::Warning,
-                    tr("The desktop has nothing to show the folder with.") + '\n' + m_path);
+                    QStringLiteral("The desktop has nothing to show the folder with.") + '\n' +
+                        m_path);
         }
     });
 }

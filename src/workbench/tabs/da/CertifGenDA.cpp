@@ -181,8 +181,8 @@ void CertifGenDA::press(const QString &row, const QString &role)
 
 void CertifGenDA::Openchain()
 {
-    const QString path = workbench::chooseFile(context().boxParent, context().lastFolder,
-                                               QStringLiteral("b64 files (*.b64)"));
+    const QString path =
+        workbench::chooseFile(context().boxParent, context().lastFolder, tr("b64 files (*.b64)"));
     if (path.isEmpty()) {
         return;
     }

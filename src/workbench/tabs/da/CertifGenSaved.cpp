@@ -36,7 +36,11 @@ const QLatin1String kPermissionsKey("Permissions");
 void CertifGenDA::save(workbench::SavedGroup &group) const
 {
     for (const Saved &choice : kChoices) {
-        group.set(QLatin1String(choice.key), form()->text(choice.row));
+        // What stands first in the box of families is in the language of the window.
+        const bool isAny =
+            choice.row == da_row::kFamily && form()->choice(choice.row)->currentIndex() == 0;
+        group.set(QLatin1String(choice.key),
+                  isAny ? QStringLiteral("Any (bits by number)") : form()->text(choice.row));
     }
     for (const Saved &text : kTexts) {
         group.set(QLatin1String(text.key), form()->text(text.row));

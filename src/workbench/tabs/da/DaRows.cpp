@@ -66,15 +66,18 @@ QList<FormRow> choiceRows(const std::vector<certif::Family> &families)
         lifecycles << QLatin1String(words.text);
     }
     QList<FormRow> rows{
-        choiceRow(da_row::kFamily, "Device famil&y",
-                  "Names the rights below and proposes the SoC class", names),
-        choiceRow(da_row::kRole, "&Role", "Place of the certificate in its chain", roles),
-        choiceRow(da_row::kUsage, "&Usage", "What the certificate is for", usages),
-        choiceRow(da_row::kLifecycle, "&Lifecycle",
-                  "State of the device in which the certificate counts; UNKNOWN is any",
-                  lifecycles << tr("OTHER")),
-        numberRow(da_row::kLifecycleNumber, "Lifecycle nu&mber",
-                  "Number of a lifecycle without a word, decimal or 0x and hexadecimal digits",
+        choiceRow(da_row::kFamily, QT_TR_NOOP("Device famil&y"),
+                  QT_TR_NOOP("Names the rights below and proposes the SoC class"), names),
+        choiceRow(da_row::kRole, QT_TR_NOOP("&Role"),
+                  QT_TR_NOOP("Place of the certificate in its chain"), roles),
+        choiceRow(da_row::kUsage, QT_TR_NOOP("&Usage"), QT_TR_NOOP("What the certificate is for"),
+                  usages),
+        choiceRow(da_row::kLifecycle, QT_TR_NOOP("&Lifecycle"),
+                  QT_TR_NOOP("State of the device in which the certificate counts; UNKNOWN is any"),
+                  lifecycles << QStringLiteral("OTHER")),
+        numberRow(da_row::kLifecycleNumber, QT_TR_NOOP("Lifecycle nu&mber"),
+                  QT_TR_NOOP(
+                      "Number of a lifecycle without a word, decimal or 0x and hexadecimal digits"),
                   kShortBits),
     };
     rows[2].besideThePrevious = true;
@@ -87,8 +90,9 @@ QList<FormRow> choiceRows(const std::vector<certif::Family> &families)
 QList<FormRow> deviceRows()
 {
     FormRow identifier = numberRow(
-        da_row::kIdentifier, "SoC ide&ntifier",
-        "The one device that takes the certificate: up to 32 hexadecimal digits; 0 is any",
+        da_row::kIdentifier, QT_TR_NOOP("SoC ide&ntifier"),
+        QT_TR_NOOP(
+            "The one device that takes the certificate: up to 32 hexadecimal digits; 0 is any"),
         kIdentifierBits);
     identifier.hint = tr("0: any device; up to 32 hexadecimal digits");
     identifier.check = [](const QString &text) {
@@ -98,14 +102,17 @@ QList<FormRow> deviceRows()
                    : tr("This is no hexadecimal number of up to 32 digits");
     };
     QList<FormRow> rows{
-        numberRow(da_row::kConstraint, "OEM &constraint",
-                  "16 bits that the device's maker has set, decimal or 0x and hexadecimal digits; "
-                  "0 is any",
-                  kShortBits),
-        numberRow(da_row::kClass, "SoC cl&ass",
-                  "Kind of device that takes the certificate: 32 bits, decimal or 0x and "
-                  "hexadecimal digits; 0 is any",
-                  kClassBits),
+        numberRow(
+            da_row::kConstraint, QT_TR_NOOP("OEM &constraint"),
+            QT_TR_NOOP(
+                "16 bits that the device's maker has set, decimal or 0x and hexadecimal digits; "
+                "0 is any"),
+            kShortBits),
+        numberRow(
+            da_row::kClass, QT_TR_NOOP("SoC cl&ass"),
+            QT_TR_NOOP("Kind of device that takes the certificate: 32 bits, decimal or 0x and "
+                       "hexadecimal digits; 0 is any"),
+            kClassBits),
         identifier,
     };
     rows[1].besideThePrevious = true;
@@ -139,10 +146,20 @@ QList<FormRow> fileRows()
     return {issuer, subject, upper, output, replaces};
 }
 
-QString withMnemonic(const char *label, const QString &letter)
+// Told to the translators only: what `withMnemonic` makes of the words of the roles.
+[[maybe_unused]] constexpr const char *kKeyLabels[] = {
+    QT_TR_NOOP("Root Private &Key"),
+    QT_TR_NOOP("Root Pu&blic Key  "),
+    QT_TR_NOOP("Issuer Private &Key          "),
+    QT_TR_NOOP("Intermediate Pu&blic Key"),
+    QT_TR_NOOP("Issuer Private &Key"),
+    QT_TR_NOOP("Leaf Pu&blic Key      "),
+};
+
+QString withMnemonic(const char *label, const char *letter)
 {
-    QString text = QLatin1String(label);
-    return text.insert(text.indexOf(letter), '&');
+    QByteArray text(label);
+    return tr(text.insert(text.indexOf(letter), '&').constData());
 }
 
 }  // namespace
@@ -174,12 +191,12 @@ const certif::RoleWords &wordsOf(const QString &role)
 
 QString issuerLabel(const certif::RoleWords &words)
 {
-    return withMnemonic(words.issuerLabel, QStringLiteral("Key"));
+    return withMnemonic(words.issuerLabel, "Key");
 }
 
 QString subjectLabel(const certif::RoleWords &words)
 {
-    return withMnemonic(words.subjectLabel, QStringLiteral("blic"));
+    return withMnemonic(words.subjectLabel, "blic");
 }
 
 std::vector<PermissionBit> permissionBits(const certif::Family *family)

@@ -247,7 +247,8 @@ void HsmTab::program()
         viewOf(nonce.bytes()),
         static_cast<std::uint32_t>(form()->number(kLicences)->value())};
     if (program(*session, request) && showToken(*session)) {
-        showBox(context().boxParent, BoxKind::Success, tr("Token successfully programmed"));
+        showBox(context().boxParent, BoxKind::Success,
+                QStringLiteral("Token successfully programmed"));
     }
 }
 
@@ -261,9 +262,10 @@ bool HsmTab::mayReplace(const std::vector<crypto::LicenceStock> &stocks) const
                      .arg(stock.left);
     }
     return stocks.empty() ||
-           askYesNo(context().boxParent, BoxKind::Warning, tr("Overwrite"),
-                    tr("The token holds this already:\n%1\nIts key and the licences that are left "
-                       "would be gone for good. Do you want to overwrite it?")
+           askYesNo(context().boxParent, BoxKind::Warning, QStringLiteral("Overwrite"),
+                    QStringLiteral(
+                        "The token holds this already:\n%1\nIts key and the licences that are left "
+                        "would be gone for good. Do you want to overwrite it?")
                         .arg(lines.join('\n')));
 }
 
@@ -294,7 +296,8 @@ void HsmTab::saveKey()
     const crypto::LicenceStock *const stock = m_pane->selected();
     if (stock != nullptr &&
         !savePublicKey(context().boxParent, *stock, context().lastOutputFolder).isEmpty()) {
-        showBox(context().boxParent, BoxKind::Success, tr("Public key file successfully created"));
+        showBox(context().boxParent, BoxKind::Success,
+                QStringLiteral("Public key file successfully created"));
     }
 }
 

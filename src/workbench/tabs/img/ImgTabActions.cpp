@@ -94,9 +94,9 @@ void ImgTab::chooseOutput()
 {
     const QString shown =
         m_template.isLoaded ? outputPath() : QDir::homePath() + QLatin1String("/image.bin");
-    const QString path = QFileDialog::getSaveFileName(
-        context().boxParent, QStringLiteral("Save file"), shown,
-        tr("Images (*.bin *.hex *.srec *.s19)"), nullptr, QFileDialog::DontConfirmOverwrite);
+    const QString path = QFileDialog::getSaveFileName(context().boxParent, tr("Save file"), shown,
+                                                      tr("Images (*.bin *.hex *.srec *.s19)"),
+                                                      nullptr, QFileDialog::DontConfirmOverwrite);
     if (!path.isEmpty()) {
         m_view->chooseOutput(path);
     }
@@ -147,11 +147,12 @@ void ImgTab::generate()
     const bool isDone = outcome.ending == process::Ending::Exited && outcome.exitCode == 0;
     const auto made = fileState(outputPath());
     if (isDone && (!made || made == old)) {
-        tellError(tr("Image Generation Failed\nThe image tool wrote no file %1").arg(outputPath()));
+        tellError(QStringLiteral("Image Generation Failed\nThe image tool wrote no file %1")
+                      .arg(outputPath()));
     } else if (isDone) {
         m_made->offer(outputPath());
         showBox(context().boxParent, BoxKind::Success,
-                tr("The image was made : %1").arg(outputPath()));
+                QStringLiteral("The image was made : %1").arg(outputPath()));
         keepValues();
     }
 }
@@ -172,7 +173,8 @@ void ImgTab::showOutcome(const process::ToolOutcome &outcome, const QString &com
         return;  // whoever cancelled knows
     }
     if (outcome.ending != process::Ending::Exited || outcome.exitCode != 0) {
-        tellError(tr("Image Generation Failed (%1)\n").arg(ending) + said.left(kLongest).trimmed());
+        tellError(QStringLiteral("Image Generation Failed (%1)\n").arg(ending) +
+                  said.left(kLongest).trimmed());
     }
 }
 
@@ -196,7 +198,7 @@ void ImgTab::saveConfiguration()
         return;
     }
     if (keepValues()) {
-        showBox(context().boxParent, BoxKind::Success, tr("Configuration saved \n"));
+        showBox(context().boxParent, BoxKind::Success, QStringLiteral("Configuration saved \n"));
     }
 }
 

@@ -207,8 +207,9 @@ bool LicTab::mayReplace(const std::vector<LicenceJob> &jobs) const
         names += tr(" and %1 more").arg(more);
     }
     return old.isEmpty() ||
-           askYesNo(context().boxParent, BoxKind::Warning, tr("Overwrite"),
-                    tr("The folder holds %1 already. Do you want to overwrite?").arg(names));
+           askYesNo(
+               context().boxParent, BoxKind::Warning, QStringLiteral("Overwrite"),
+               QStringLiteral("The folder holds %1 already. Do you want to overwrite?").arg(names));
 }
 
 void LicTab::generate()
@@ -220,7 +221,7 @@ void LicTab::generate()
     const QString folder = form()->text(kOutput);
     if (!QFileInfo(folder).isDir()) {
         showBox(context().boxParent, BoxKind::Error,
-                tr("Failure to create licence files") + '\n' + folder +
+                QStringLiteral("Failure to create licence files") + '\n' + folder +
                     QStringLiteral(": No such folder"));
         return;
     }
@@ -312,17 +313,18 @@ void LicTab::showResult(const std::vector<LicenceJob> &jobs, const crypto::Licen
 
 void LicTab::tell(const std::vector<LicenceJob> &jobs, const BatchResult &result)
 {
-    const QString count = tr("%1 of %2 licences were made.").arg(result.made).arg(jobs.size());
+    const QString count =
+        QStringLiteral("%1 of %2 licences were made.").arg(result.made).arg(jobs.size());
     if (!result.error.text.empty()) {
         const QString name = QFileInfo(jobs[result.made].output).fileName();
         showBox(context().boxParent, BoxKind::Error,
-                tr("Failure to create %1").arg(name) + '\n' +
+                QStringLiteral("Failure to create %1").arg(name) + '\n' +
                     QString::fromStdString(result.error.text) + '\n' + count);
     } else if (result.isCancelled) {
         showBox(context().boxParent, BoxKind::Information, count);
     } else {
         showBox(context().boxParent, BoxKind::Success,
-                tr("Licences successfully created") + '\n' + count);
+                QStringLiteral("Licences successfully created") + '\n' + count);
     }
 }
 
@@ -331,7 +333,8 @@ void LicTab::saveKey()
     const crypto::LicenceStock *const stock = m_token->selected();
     if (stock != nullptr &&
         !savePublicKey(context().boxParent, *stock, context().lastOutputFolder).isEmpty()) {
-        showBox(context().boxParent, BoxKind::Success, tr("Public key file successfully created"));
+        showBox(context().boxParent, BoxKind::Success,
+                QStringLiteral("Public key file successfully created"));
     }
 }
 

@@ -224,7 +224,8 @@ void ObTab::writeCsv(const device::ObOutput &output)
     m_editor.commit(output);
     m_form->refreshAll();
     setWritten(path);
-    showBox(context().boxParent, BoxKind::Information, tr("CSV Ob file generated successfully."));
+    showBox(context().boxParent, BoxKind::Information,
+            QStringLiteral("CSV Ob file generated successfully."));
 }
 
 void ObTab::upload()
@@ -255,8 +256,9 @@ void ObTab::loadCsv(const QByteArray &content)
     }
     if (plan->touchesReserved) {
         showBox(context().boxParent, BoxKind::Warning,
-                tr("CSV file is trying to modify Reserved values, They will be forced to the "
-                   "default ones !"));
+                QStringLiteral(
+                    "CSV file is trying to modify Reserved values, They will be forced to the "
+                    "default ones !"));
     }
     m_editor.apply(*plan);
     setWritten({});

@@ -113,10 +113,10 @@ void ObkTab::showEncryption()
     }
     const bool isOff = *encryption == 0;
     m_info->setCell(ObkInfoTable::Encryption, isOff ? tr("disable") : tr("enable"));
-    m_view->setWarning(isOff
-                           ? tr("Encryption option is disabled!")
-                           : tr("Encryption option is enabled! Make sure that you use crypto part "
-                                "(VDR32H573)!"));
+    m_view->setWarning(
+        isOff ? QStringLiteral("Encryption option is disabled!")
+              : QStringLiteral("Encryption option is enabled! Make sure that you use crypto part "
+                               "(VDR32H573)!"));
 }
 
 void ObkTab::showSlots()

@@ -60,7 +60,7 @@ void ObkTab::chooseOutput()
     const QString folder =
         obkey().isLoaded ? QFileInfo(complete(m_view->outputPath())).path() : QDir::homePath();
     const QString path = QFileDialog::getSaveFileName(
-        context().boxParent, QStringLiteral("Save file"),
+        context().boxParent, tr("Save file"),
         folder + QLatin1String(isPlain ? "/output.bin" : "/output.obk"),
         isPlain ? QStringLiteral("(*.bin)") : QStringLiteral("(*.obk)"));
     if (!path.isEmpty()) {
@@ -84,7 +84,7 @@ void ObkTab::chooseFile(ObkRow *row)
         return;
     }
     const QString path = workbench::chooseFile(context().boxParent, context().lastFolder,
-                                               QStringLiteral("Binary or PEM files (*.bin *.pem)"));
+                                               tr("Binary or PEM files (*.bin *.pem)"));
     if (!path.isEmpty()) {
         m_rows->setFile(*row, path);
     }
@@ -131,7 +131,8 @@ void ObkTab::restoreKey(ObkRow *row)
     const QString path = complete(row->edit->text());
     if (!obk::restoreKey(row->keptAs, path)) {
         showBox(context().boxParent, BoxKind::Error,
-                tr("The old key stays in %1: %2 can't be replaced.").arg(row->keptAs, path));
+                QStringLiteral("The old key stays in %1: %2 can't be replaced.")
+                    .arg(row->keptAs, path));
         return;
     }
     row->keptAs.clear();

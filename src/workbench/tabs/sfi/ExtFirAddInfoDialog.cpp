@@ -125,17 +125,19 @@ void ExtFirAddInfoDialog::CheckInputValue()
 {
     const auto start = workbench::unsignedFromText(m_startEdit->text());
     if (!start) {
-        workbench::showBox(this, workbench::BoxKind::Error, tr("Invalid start address"));
+        workbench::showBox(this, workbench::BoxKind::Error,
+                           QStringLiteral("Invalid start address"));
         m_startEdit->clear();
     }
     const auto region = workbench::unsignedFromText(m_regionSpin->text());
     if (!region) {
-        workbench::showBox(this, workbench::BoxKind::Error, tr("Invalid region number"));
+        workbench::showBox(this, workbench::BoxKind::Error,
+                           QStringLiteral("Invalid region number"));
         m_regionSpin->clear();
     }
     const auto key = workbench::unsignedFromText(m_keyEdit->text());
     if (!key) {
-        workbench::showBox(this, workbench::BoxKind::Error, tr("Invalid key address"));
+        workbench::showBox(this, workbench::BoxKind::Error, QStringLiteral("Invalid key address"));
         m_keyEdit->clear();
     }
     if (!start || !region || !key) {

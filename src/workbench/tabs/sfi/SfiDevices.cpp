@@ -1,5 +1,7 @@
 #include "workbench/tabs/sfi/SfiDevices.h"
 
+#include <QtGlobal>
+
 namespace workbench
 {
 
@@ -25,7 +27,7 @@ constexpr SfiDevice device(const char *name, const char *ramText, Hash hash)
 
 constexpr SfiDevice noDevice()
 {
-    SfiDevice entry = device("- Select MCU -", "", Hash::Free);
+    SfiDevice entry = device(QT_TR_NOOP("- Select MCU -"), "", Hash::Free);
     entry.token = TokenField::Enabled;
     entry.keyAreaRow = false;
     entry.ramLine = false;

@@ -49,7 +49,7 @@ std::optional<RowColours> areaColours(std::uint8_t letter)
 
 QStringList segmentColumns()
 {
-    return {QStringLiteral("Index"), QStringLiteral("Address"), QStringLiteral("Size")};
+    return {QObject::tr("Index"), QObject::tr("Address"), QObject::tr("Size")};
 }
 
 std::vector<DetailRow> segmentRows(const FileData &record)
@@ -83,10 +83,10 @@ LicenceLook licenceLook(const SegmentDataMCSV &module)
     const RowColours open{kWhite, QColor(60, 167, 219)};
     const QString dash = QStringLiteral("-");
     if (module.licenceSize == 0 && module.hsmFwIdSize == 0) {
-        return {QStringLiteral("No license"), dash, open};
+        return {QObject::tr("No license"), dash, open};
     }
     if (module.licenceIsFile != 0) {
-        return {QStringLiteral("Global license"), dash, open};
+        return {QObject::tr("Global license"), dash, open};
     }
     const QByteArray identifier(reinterpret_cast<const char *>(module.hsmFwId),
                                 static_cast<int>(module.hsmFwIdSize));
@@ -98,17 +98,16 @@ LicenceLook licenceLook(const SegmentDataMCSV &module)
 
 PaneContents emptyFirmwarePane()
 {
-    return {{Qt::Vertical,
-             {QStringLiteral("File name"), QStringLiteral("Size"), QStringLiteral("Type")},
-             {}},
-            {QStringLiteral("Segments"), segmentColumns(), {}}};
+    return {
+        {Qt::Vertical, {QObject::tr("File name"), QObject::tr("Size"), QObject::tr("Type")}, {}},
+        {QObject::tr("Segments"), segmentColumns(), {}}};
 }
 
 PaneContents emptyExternalPane()
 {
     PaneContents contents = emptyFirmwarePane();
-    contents.overview.names << QStringLiteral("Key address") << QStringLiteral("Region mode")
-                            << QStringLiteral("Region number");
+    contents.overview.names << QObject::tr("Key address") << QObject::tr("Region mode")
+                            << QObject::tr("Region number");
     return contents;
 }
 
@@ -116,11 +115,10 @@ PaneContents emptyImagePane()
 {
     return {
         {Qt::Horizontal,
-         {QStringLiteral("File name"), QStringLiteral("Size"), QStringLiteral("Protocol version")},
+         {QObject::tr("File name"), QObject::tr("Size"), QObject::tr("Protocol version")},
          {}},
-        {QStringLiteral("Segments"),
-         {QStringLiteral("Index"), QStringLiteral("Type"), QStringLiteral("Size"),
-          QStringLiteral("Address")},
+        {QObject::tr("Segments"),
+         {QObject::tr("Index"), QObject::tr("Type"), QObject::tr("Size"), QObject::tr("Address")},
          {}}};
 }
 
@@ -174,11 +172,11 @@ PaneContents describeModules(const QString &path, std::uint64_t fileBytes, const
 {
     PaneContents contents{
         {Qt::Vertical,
-         {QStringLiteral("File name"), QStringLiteral("Size"), QStringLiteral("Modules number")},
+         {QObject::tr("File name"), QObject::tr("Size"), QObject::tr("Modules number")},
          {fileName(path), files::sizeText(fileBytes, " Bytes"), QString::number(list.moduleCount)}},
-        {QStringLiteral("Modules"),
-         {QStringLiteral("Index"), QStringLiteral("Type"), QStringLiteral("Size"),
-          QStringLiteral("Address"), QStringLiteral("HSM FW ID")},
+        {QObject::tr("Modules"),
+         {QObject::tr("Index"), QObject::tr("Type"), QObject::tr("Size"), QObject::tr("Address"),
+          QObject::tr("HSM FW ID")},
          {}}};
     for (const SegmentDataMCSV &module : list.modules) {
         const LicenceLook look = licenceLook(module);

@@ -152,7 +152,7 @@ bool SfiTab::writeImage(const QString &path, const QByteArray &image)
 void SfiTab::chooseImage()
 {
     const QString path = chooseFile(context().boxParent, context().lastFolder,
-                                    QStringLiteral("SFI files (*.sfi ; *.ssfi ; *.mcsv)"));
+                                    tr("SFI files (*.sfi ; *.ssfi ; *.mcsv)"));
     if (!path.isEmpty()) {
         m_parse->field()->choose(path);
         parse(true);

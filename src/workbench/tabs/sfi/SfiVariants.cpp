@@ -61,9 +61,10 @@ FormRow deviceRow(std::span<const SfiDevice> devices)
 
 FormRow keyRow()
 {
-    FormRow row = fileRow(sfi_row::kKey, "Encryption &key file", "Binary files (*.bin)",
-                          "Select an encryption key file.\nbin file with a size of 16 bytes",
-                          "16 bytes, .bin");
+    FormRow row = fileRow(
+        sfi_row::kKey, QT_TR_NOOP("Encryption &key file"), QT_TR_NOOP("Binary files (*.bin)"),
+        QT_TR_NOOP("Select an encryption key file.\nbin file with a size of 16 bytes"),
+        QT_TR_NOOP("16 bytes, .bin"));
     row.noun = tr("encryption key");
     row.buttons.append({QStringLiteral("generate"), tr("Generate"), {}});
     row.shared = SharedField::Key;
@@ -74,8 +75,9 @@ FormRow keyRow()
 FormRow nonceRow()
 {
     FormRow row =
-        fileRow(sfi_row::kNonce, "&Nonce file", "Binary files (*.bin)",
-                "Select a nonce file.\nbin file with a size of 12 bytes", "12 bytes, .bin");
+        fileRow(sfi_row::kNonce, QT_TR_NOOP("&Nonce file"), QT_TR_NOOP("Binary files (*.bin)"),
+                QT_TR_NOOP("Select a nonce file.\nbin file with a size of 12 bytes"),
+                QT_TR_NOOP("12 bytes, .bin"));
     row.noun = tr("nonce");
     row.buttons.append({QStringLiteral("generate"), tr("Generate"), {}});
     row.shared = SharedField::Nonce;
@@ -85,9 +87,10 @@ FormRow nonceRow()
 
 FormRow optionBytesRow()
 {
-    FormRow row =
-        fileRow(sfi_row::kOptionBytes, "Option &bytes file", "Option bytes (*.csv)",
-                "Select an Option bytes configuration file.\ncsv file", "Registers, .csv");
+    FormRow row = fileRow(sfi_row::kOptionBytes, QT_TR_NOOP("Option &bytes file"),
+                          QT_TR_NOOP("Option bytes (*.csv)"),
+                          QT_TR_NOOP("Select an Option bytes configuration file.\ncsv file"),
+                          QT_TR_NOOP("Registers, .csv"));
     row.noun = tr("option bytes");
     row.shared = SharedField::OptionBytes;
     return row;
@@ -95,8 +98,10 @@ FormRow optionBytesRow()
 
 FormRow keyAreaRow()
 {
-    FormRow row = fileRow(sfi_row::kKeyArea, "Random Ke&y area file (Optional)", "Area K (*.kcsv)",
-                          "Select a random key area file.\nkcsv file", "Key area, .kcsv");
+    FormRow row = fileRow(sfi_row::kKeyArea, QT_TR_NOOP("Random Ke&y area file (Optional)"),
+                          QT_TR_NOOP("Area K (*.kcsv)"),
+                          QT_TR_NOOP("Select a random key area file.\nkcsv file"),
+                          QT_TR_NOOP("Key area, .kcsv"));
     row.separatorAbove = true;
     return row;
 }
@@ -104,11 +109,14 @@ FormRow keyAreaRow()
 QList<FormRow> provisioningRows()
 {
     return {
-        listRow(sfi_row::kObk, "OBKey fi&les (Optional)", "OBKey files", "OBKey files (*.obk)"),
-        fileRow(sfi_row::kSsfi, "&SSFI file (Optional)", "Binary files (*.ssfi)",
-                "Select an SSFI image.\nssfi file", "Image, .ssfi"),
-        fileRow(sfi_row::kModules, "Mod&ules file (Optional)", "Binary files (*.mcsv)",
-                "Select a modules list.\nmcsv file", "Modules list, .mcsv"),
+        listRow(sfi_row::kObk, QT_TR_NOOP("OBKey fi&les (Optional)"), QT_TR_NOOP("OBKey files"),
+                QT_TR_NOOP("OBKey files (*.obk)")),
+        fileRow(sfi_row::kSsfi, QT_TR_NOOP("&SSFI file (Optional)"),
+                QT_TR_NOOP("Binary files (*.ssfi)"), QT_TR_NOOP("Select an SSFI image.\nssfi file"),
+                QT_TR_NOOP("Image, .ssfi")),
+        fileRow(sfi_row::kModules, QT_TR_NOOP("Mod&ules file (Optional)"),
+                QT_TR_NOOP("Binary files (*.mcsv)"),
+                QT_TR_NOOP("Select a modules list.\nmcsv file"), QT_TR_NOOP("Modules list, .mcsv")),
     };
 }
 
@@ -139,12 +147,14 @@ QList<FormRow> settingRows()
     hash.label = tr("Generate &Hash");
     hash.toolTip = tr("Whether the image carries a hash of its firmware");
     hash.besideThePrevious = true;
-    FormRow ram = numberTextRow(sfi_row::kRam, "Available RAM si&ze (Byte)",
-                                "maximum RAM size available for a multi-image SFI", "Bytes");
+    FormRow ram = numberTextRow(sfi_row::kRam, QT_TR_NOOP("Available RAM si&ze (Byte)"),
+                                QT_TR_NOOP("maximum RAM size available for a multi-image SFI"),
+                                QT_TR_NOOP("Bytes"));
     ram.separatorAbove = true;
     FormRow token =
-        numberTextRow(sfi_row::kToken, "Continuation token &address",
-                      "Address of the continuation token for a multi-image SFI", "Address");
+        numberTextRow(sfi_row::kToken, QT_TR_NOOP("Continuation token &address"),
+                      QT_TR_NOOP("Address of the continuation token for a multi-image SFI"),
+                      QT_TR_NOOP("Address"));
     token.besideThePrevious = true;
     return {version, hash, ram, token};
 }
@@ -163,19 +173,19 @@ QList<FormRow> sfiRows()
 {
     QList<FormRow> rows{
         deviceRow(kSfiDevices),
-        listRow(sfi_row::kFirmware, "Fi&rmware files", "firmware file",
-                "Firmware files (*.bin *.hex *.srec *.s19 *.elf *.axf *.o *.so *.out)"),
+        listRow(sfi_row::kFirmware, QT_TR_NOOP("Fi&rmware files"), QT_TR_NOOP("firmware file"),
+                QT_TR_NOOP("Firmware files (*.bin *.hex *.srec *.s19 *.elf *.axf *.o *.so *.out)")),
         keyRow(),
         nonceRow(),
         optionBytesRow(),
-        listRow(sfi_row::kSmi, "SMI files (Only for &combined case)", "SMI files",
-                "SMI files (*.smi)"),
+        listRow(sfi_row::kSmi, QT_TR_NOOP("SMI files (Only for &combined case)"),
+                QT_TR_NOOP("SMI files"), QT_TR_NOOP("SMI files (*.smi)")),
         keyAreaRow(),
     };
     rows[5].separatorAbove = true;
     return rows + provisioningRows() + settingRows() +
-           QList<FormRow>{
-               outputRow("Ou&tput SFI file", "Where the SFI image goes.\nsfi file", "out.sfi")};
+           QList<FormRow>{outputRow(QT_TR_NOOP("Ou&tput SFI file"),
+                                    QT_TR_NOOP("Where the SFI image goes.\nsfi file"), "out.sfi")};
 }
 
 QList<FormRow> sfixRows()
@@ -185,12 +195,14 @@ QList<FormRow> sfixRows()
     smiNote.kind = RowKind::Note;
     return QList<FormRow>{
                deviceRow(kSfixDevices),
-               listRow(
-                   sfi_row::kInternal, "Inte&rnal firmware files", "internal firmware file",
-                   "Internal firmware files (*.bin *.hex *.srec *.s19 *.elf *.axf *.o *.so *.out)"),
-               listRow(
-                   sfi_row::kExternal, "E&xternal firmware files", "external firmware file",
-                   "External firmware files (*.bin *.hex *.srec *.s19 *.elf *.axf *.o *.so *.out)"),
+               listRow(sfi_row::kInternal, QT_TR_NOOP("Inte&rnal firmware files"),
+                       QT_TR_NOOP("internal firmware file"),
+                       QT_TR_NOOP("Internal firmware files (*.bin *.hex *.srec *.s19 *.elf *.axf "
+                                  "*.o *.so *.out)")),
+               listRow(sfi_row::kExternal, QT_TR_NOOP("E&xternal firmware files"),
+                       QT_TR_NOOP("external firmware file"),
+                       QT_TR_NOOP("External firmware files (*.bin *.hex *.srec *.s19 *.elf *.axf "
+                                  "*.o *.so *.out)")),
                smiNote,
                keyAreaRow(),
                keyRow(),
@@ -198,8 +210,9 @@ QList<FormRow> sfixRows()
                optionBytesRow(),
            } +
            provisioningRows() + settingRows() +
-           QList<FormRow>{
-               outputRow("Ou&tput SFIx file", "Where the SFIx image goes.\nsfix file", "out.sfix")};
+           QList<FormRow>{outputRow(QT_TR_NOOP("Ou&tput SFIx file"),
+                                    QT_TR_NOOP("Where the SFIx image goes.\nsfix file"),
+                                    "out.sfix")};
 }
 
 }  // namespace
@@ -208,8 +221,8 @@ const SfiVariant kSfiVariant{
     .rows = sfiRows,
     .devices = kSfiDevices,
     .firmwareRow = sfi_row::kFirmware,
-    .generateCaption = "&Generate SFI",
-    .imageTitle = "SFI information",
+    .generateCaption = QT_TR_NOOP("&Generate SFI"),
+    .imageTitle = QT_TR_NOOP("SFI information"),
     .extension = ".sfi",
     .savedFirmware = "firmware files",
     .savedAddresses = "Addresses",
@@ -228,8 +241,8 @@ const SfiVariant kSfixVariant{
     .rows = sfixRows,
     .devices = kSfixDevices,
     .firmwareRow = sfi_row::kInternal,
-    .generateCaption = "&Generate SFIx",
-    .imageTitle = "SFIx information",
+    .generateCaption = QT_TR_NOOP("&Generate SFIx"),
+    .imageTitle = QT_TR_NOOP("SFIx information"),
     .extension = ".sfix",
     .savedFirmware = "internal firmware files",
     .savedAddresses = "Internal addresses",

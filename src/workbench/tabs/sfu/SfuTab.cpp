@@ -59,8 +59,8 @@ QList<FormRow> rowsOf()
 PaneContents emptyFirmware()
 {
     return {{Qt::Vertical,
-             {QStringLiteral("File name"), QStringLiteral("Type"), QStringLiteral("File size"),
-              QStringLiteral("Segment address"), QStringLiteral("Segment size")},
+             {QObject::tr("File name"), QObject::tr("Type"), QObject::tr("File size"),
+              QObject::tr("Segment address"), QObject::tr("Segment size")},
              {}},
             {}};
 }
@@ -69,9 +69,9 @@ PaneContents emptyUpdate()
 {
     // The fourth word is spelled as it always was.
     return {{Qt::Vertical,
-             {QStringLiteral("SFU file name"), QStringLiteral("SFU header file name"),
-              QStringLiteral("File size"), QStringLiteral("Protcol version"),
-              QStringLiteral("Size of encrypted area")},
+             {QObject::tr("SFU file name"), QObject::tr("SFU header file name"),
+              QObject::tr("File size"), QObject::tr("Protcol version"),
+              QObject::tr("Size of encrypted area")},
              {}},
             {}};
 }
@@ -212,7 +212,7 @@ bool SfuTab::writeFile(const QString &path, const QByteArray &bytes, const char 
 {
     QWidget *parent = page();
     const bool isSecond = *which == '\0';
-    const QString newFile = isSecond ? tr("\nThe header file %1 is new already.")
+    const QString newFile = isSecond ? QStringLiteral("\nThe header file %1 is new already.")
                                            .arg(QFileInfo(form()->text(kHeader)).fileName())
                                      : QString();
     if (!confirmOverwrite(parent, path)) {

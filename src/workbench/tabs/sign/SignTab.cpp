@@ -67,10 +67,9 @@ QList<FormRow> rowsOf()
 
 PaneContents emptyImage()
 {
-    return {{Qt::Vertical,
-             {QStringLiteral("File name"), QStringLiteral("Type"), QStringLiteral("Size")},
-             {}},
-            {QStringLiteral("Signature"), {QStringLiteral("Field"), QStringLiteral("Value")}, {}}};
+    return {
+        {Qt::Vertical, {QObject::tr("File name"), QObject::tr("Type"), QObject::tr("Size")}, {}},
+        {QObject::tr("Signature"), {QObject::tr("Field"), QObject::tr("Value")}, {}}};
 }
 
 QString hexText(std::span<const std::uint8_t> bytes)

@@ -83,8 +83,7 @@ MapContents mapOfSections(const FileELF &elf)
 /// What a module's head says, or why it can't be read.
 Details moduleHead(const files::Result<preparation::ParsedSmi> &smi)
 {
-    Details details{
-        QStringLiteral("Module"), {QStringLiteral("Field"), QStringLiteral("Value")}, {}};
+    Details details{tr("Module"), {tr("Field"), tr("Value")}, {}};
     const auto add = [&details](const QString &field, const QString &value) {
         DetailRow &row = details.rows.emplace_back();
         row.cells = QStringList{field, value};
@@ -164,13 +163,9 @@ QString placementText(const FileELF &elf, const QString &section)
 
 PaneContents emptyElf()
 {
-    return {{Qt::Vertical,
-             {QStringLiteral("File name"), QStringLiteral("ELF Type"),
-              QStringLiteral("ELF Machine"), QStringLiteral("Size")},
-             {}},
-            {QStringLiteral("Sections"),
-             {QStringLiteral("Index"), QStringLiteral("Name"), QStringLiteral("Type"),
-              QStringLiteral("Address"), QStringLiteral("Size"), QStringLiteral("Flags")},
+    return {{Qt::Vertical, {tr("File name"), tr("ELF Type"), tr("ELF Machine"), tr("Size")}, {}},
+            {tr("Sections"),
+             {tr("Index"), tr("Name"), tr("Type"), tr("Address"), tr("Size"), tr("Flags")},
              {}}};
 }
 
@@ -203,11 +198,11 @@ PaneContents describeElf(const QString &path, const FileELF &elf)
 
 PaneContents emptyModule()
 {
-    return {{Qt::Vertical,
-             {QStringLiteral("Original file name"), QStringLiteral("SMI address"),
-              QStringLiteral("Number of files"), QStringLiteral("Last file size")},
-             {}},
-            {}};
+    return {
+        {Qt::Vertical,
+         {tr("Original file name"), tr("SMI address"), tr("Number of files"), tr("Last file size")},
+         {}},
+        {}};
 }
 
 PaneContents describeResult(const QString &path, std::uint32_t address, int files,
@@ -237,10 +232,7 @@ PaneContents describeSmu(const QString &path, const FileSMU &record)
 {
     PaneContents contents = moduleFields(path, record.loadAddress, 1,
                                          static_cast<std::uint64_t>(QFileInfo(path).size()));
-    contents.details = {QStringLiteral("Values"),
-                        {QStringLiteral("Block"), QStringLiteral("Name"), QStringLiteral("Type"),
-                         QStringLiteral("Length")},
-                        {}};
+    contents.details = {tr("Values"), {tr("Block"), tr("Name"), tr("Type"), tr("Length")}, {}};
     for (const TLV &entry : record.protectedTlvs) {
         contents.details.rows.push_back({tlvRow(entry, tr("protected")), std::nullopt});
     }

@@ -150,14 +150,14 @@ void SmiTab::makeVersionFile()
     }
     if (const auto made = crypto::makeRandomFile(path, kVersionBytes); !made) {
         showBox(context().boxParent, BoxKind::Error,
-                tr("Security version file can't be made") + '\n' +
+                QStringLiteral("Security version file can't be made") + '\n' +
                     QString::fromStdString(made.error().text));
         return;
     }
     context().lastOutputFolder = QFileInfo(path).absolutePath();
     form()->choosePath(kVersion, path);
     showBox(context().boxParent, BoxKind::Success,
-            tr("Security version file successfully created"));
+            QStringLiteral("Security version file successfully created"));
 }
 
 void SmiTab::forgetElf()
@@ -244,10 +244,11 @@ bool SmiTab::mayStart() const
     if (!output.endsWith(QLatin1String(".smi"))) {
         refusal = QStringLiteral("SMI file must have the .smi extension");
     } else if (files::isSameFile(output, clearElf)) {
-        refusal = tr("The SMI file and the clear ELF file can't be the same file");
+        refusal = QStringLiteral("The SMI file and the clear ELF file can't be the same file");
     } else if (const QString both = outputOverInput({output, clearElf}, inputs());
                !both.isEmpty()) {
-        refusal = tr("The output file %1 is one of the inputs").arg(QFileInfo(both).fileName());
+        refusal = QStringLiteral("The output file %1 is one of the inputs")
+                      .arg(QFileInfo(both).fileName());
     }
     if (!refusal.isEmpty()) {
         showBox(context().boxParent, BoxKind::Error, refusal);
@@ -292,7 +293,7 @@ bool SmiTab::build(const QString &section)
         if (length < 0 || raw != nullptr) {
             showBox(parent, BoxKind::Error,
                     length < 0 ? QStringLiteral("Error while extracting section data")
-                               : tr("The section %1 has no bytes").arg(section));
+                               : QStringLiteral("The section %1 has no bytes").arg(section));
         }
         return false;
     }

@@ -1,5 +1,7 @@
 #include "workbench/tabs/ssp/SspCheck.h"
 
+#include <QtGlobal>
+
 namespace workbench
 {
 
@@ -9,12 +11,12 @@ namespace
 constexpr std::uint32_t kLimit = 0x8000;
 
 constexpr SspLook kLooks[] = {
-    {"VDR32MP15", "OEM public key file",
-     "Select an OEM public key.\nPEM file with a size of 178 bytes",
-     "RMA Password unlock, hex value < 0x7FFF", true, 178},
-    {"VDR32MP13", "OEM Root Public Key Table Hash",
-     "Select an OEM RPKTH.\nbinary file with a size of 32 bytes",
-     "RMA Password unlock, 32 bits hex value ", false, 32},
+    {"VDR32MP15", QT_TR_NOOP("OEM public key file"),
+     QT_TR_NOOP("Select an OEM public key.\nPEM file with a size of 178 bytes"),
+     QT_TR_NOOP("RMA Password unlock, hex value < 0x7FFF"), true, 178},
+    {"VDR32MP13", QT_TR_NOOP("OEM Root Public Key Table Hash"),
+     QT_TR_NOOP("Select an OEM RPKTH.\nbinary file with a size of 32 bytes"),
+     QT_TR_NOOP("RMA Password unlock, 32 bits hex value "), false, 32},
 };
 
 bool hasPrefix(const QString &text)
