@@ -570,6 +570,10 @@ sfi-, sfix-, ssfi- oder mcsv-Datei</translation>
         <translation>Dezimal, oder hexadezimal hinter 0x</translation>
     </message>
     <message>
+        <source>Decrypting</source>
+        <translation>Entschlüsselung läuft</translation>
+    </message>
+    <message>
         <source>Default</source>
         <translation>Vorgabe</translation>
     </message>
@@ -650,6 +654,10 @@ kommt ohne Frage an die nächste freie Adresse</translation>
     <message>
         <source>Empties the path: the command does without it</source>
         <translation>Leert den Pfad: der Befehl kommt ohne ihn aus</translation>
+    </message>
+    <message>
+        <source>Encrypting</source>
+        <translation>Verschlüsselung läuft</translation>
     </message>
     <message>
         <source>Encryption &amp;key file</source>
@@ -1470,6 +1478,10 @@ Nach einer Änderung muss sie zuerst neu erzeugt werden.</translation>
         <translation>Lesen Sie das Token und wählen Sie dann eine Firmware</translation>
     </message>
     <message>
+        <source>Reading %1</source>
+        <translation>%1 wird gelesen</translation>
+    </message>
+    <message>
         <source>Ready</source>
         <translation>Bereit</translation>
     </message>
@@ -2274,6 +2286,10 @@ sfu-Datei</translation>
     <message>
         <source>Writes the provisioning file</source>
         <translation>Schreibt die Provisionierungsdatei</translation>
+    </message>
+    <message>
+        <source>Writing %1</source>
+        <translation>%1 wird geschrieben</translation>
     </message>
     <message>
         <source>XML file</source>
