@@ -4,6 +4,8 @@
 #include <QLibraryInfo>
 #include <QTranslator>
 
+#include <memory>
+
 namespace app
 {
 namespace
@@ -38,20 +40,19 @@ void installToolkitTexts(QCoreApplication &application, const QString &language)
 
 QString installTranslation(QCoreApplication &application, const QStringList &languages)
 {
-    const QString english = QStringLiteral("en");
+    QString english = QStringLiteral("en");
     for (const QString &wanted : languages) {
-        const QString language = wanted.section('-', 0, 0).toLower();
+        QString language = wanted.section('-', 0, 0).toLower();
         if (language == english) {
             break;
         }
-        auto *window = new WindowTranslator(&application);
+        auto window = std::make_unique<WindowTranslator>(&application);
         if (window->load(QStringLiteral(":/translations/spb_") + language)) {
             installToolkitTexts(application, language);
             // The one installed last is asked first.
-            QCoreApplication::installTranslator(window);
+            QCoreApplication::installTranslator(window.release());  // the application's child
             return language;
         }
-        delete window;
     }
     return english;
 }

@@ -68,6 +68,17 @@ bool isSeen(const WindowUnderTest &window, const char *name)
     return widget != nullptr && widget->isVisible();
 }
 
+/// What the Tab key goes to.
+const QWidget *behind(const QWidget *from)
+{
+    const QWidget *next = from->nextInFocusChain();
+    while (next != from && !(next->isVisible() && next->isEnabled() &&
+                             (next->focusPolicy() & Qt::TabFocus) == Qt::TabFocus)) {
+        next = next->nextInFocusChain();
+    }
+    return next;
+}
+
 TEST(LateTabs, ComeWhenTheyAreShownOrWhenNobodyWaits)
 {
     // Other tests leave one, and what names a file builds its tab.
@@ -75,6 +86,7 @@ TEST(LateTabs, ComeWhenTheyAreShownOrWhenNobodyWaits)
     const WindowUnderTest window({}, Building::WhenNeeded);
     EXPECT_EQ(builtKeys(window), QStringList("sfi"));
     EXPECT_TRUE(isSeen(window, "sfi_mcu_combo"));
+    EXPECT_EQ(behind(window.form().helpButton), window.tabs().tabBar());
     window.tabs().setCurrentIndex(1);
     EXPECT_EQ(builtKeys(window), (QStringList{"sfi", "sfix"}));
     EXPECT_TRUE(isSeen(window, "sfix_mcu_combo"));

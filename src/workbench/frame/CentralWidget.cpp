@@ -123,6 +123,8 @@ void CentralWidget::greetTab(Tab *tab)
     if (m_hsmMcu && tab->key() == QLatin1String("hsm")) {
         setHsmMcuSelectComponent(*m_hsmMcu);
     }
+    // Qt changes nothing as long as no page has anything for the focus.
+    setTabOrder(helpButton, tabWidget->tabBar());
     emit tabBuilt(tab);
 }
 

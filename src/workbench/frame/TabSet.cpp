@@ -102,7 +102,8 @@ const std::vector<Tab *> &TabSet::all()
 void TabSet::lockDevices(bool lock)
 {
     m_isLocked = lock;
-    for (Tab *tab : m_built) {
+    const std::vector<Tab *> now = m_built;  // one may ask for another, which is built meanwhile
+    for (Tab *tab : now) {
         tab->lockDevice(lock);
     }
 }
