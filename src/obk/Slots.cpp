@@ -79,7 +79,7 @@ std::uint32_t startOf(const Slot &slot)
 }
 
 /// An area from `start` on; both ends belong to it.
-struct Range {
+struct Bounds {
     std::uint32_t start;
     std::uint32_t end;
 
@@ -103,8 +103,8 @@ Result<void> noSector(const char *tag)
 Result<void> checkInAuthArea(const std::vector<Interval> &intervals,
                              const std::vector<Slot> &declared, const Areas &areas)
 {
-    const Range obk{areas.obkStart, areas.obkStart + areas.obkSize};
-    const Range allowed{areas.authObkStart, areas.authObkStart + areas.authObkSize};
+    const Bounds obk{areas.obkStart, areas.obkStart + areas.obkSize};
+    const Bounds allowed{areas.authObkStart, areas.authObkStart + areas.authObkSize};
     if (!obk.holds(allowed.start) || !obk.holds(allowed.end)) {
         return refuse(QStringLiteral("AuthOBK is not in the OBK!"));
     }
@@ -129,7 +129,7 @@ Result<void> checkInAuthArea(const std::vector<Interval> &intervals,
 Result<void> checkInObkArea(const std::vector<Interval> &intervals,
                             const std::vector<Slot> &declared, const Areas &areas)
 {
-    const Range allowed{areas.obkStart, areas.obkStart + areas.obkSize};
+    const Bounds allowed{areas.obkStart, areas.obkStart + areas.obkSize};
     for (std::size_t i = 0; i < intervals.size(); ++i) {
         if (!allowed.holds(intervals[i])) {
             return refuse(
@@ -295,7 +295,7 @@ std::vector<Interval> intervalsOf(const std::vector<Slot> &declared)
 Result<void> checkInFlash(const std::vector<Interval> &intervals, const std::vector<Slot> &declared,
                           const Areas &areas)
 {
-    const Range flash{areas.flashStart, areas.flashStart + areas.flashSize};
+    const Bounds flash{areas.flashStart, areas.flashStart + areas.flashSize};
     for (std::size_t i = 0; i < intervals.size(); ++i) {
         if (!flash.holds(intervals[i])) {
             return refuse(

@@ -2,6 +2,7 @@
 #include "support/DialogAnswers.h"
 #include "support/ScratchFolder.h"
 #include "workbench/frame/CentralWidget.h"
+#include "workbench/templates/TemplatePage.h"
 #include "workbench/widgets/ToolProgress.h"
 
 #include <QApplication>
@@ -9,14 +10,18 @@
 #include <QComboBox>
 #include <QCoreApplication>
 #include <QDir>
+#include <QDragEnterEvent>
+#include <QDropEvent>
 #include <QElapsedTimer>
 #include <QLabel>
 #include <QLineEdit>
+#include <QMimeData>
 #include <QPushButton>
 #include <QTableWidget>
 #include <QTest>
 #include <QTimer>
 #include <QToolButton>
+#include <QUrl>
 
 #include <gtest/gtest.h>
 
@@ -91,6 +96,31 @@ TEST_F(ObkTabTest, SelectorsSwitchFieldsAndTheMemoryTable)
     EXPECT_EQ(find<QLabel>("obk_warning_label")->text(), "Encryption option is disabled!");
     EXPECT_EQ(cell(0), "disable");
     EXPECT_EQ(cell(3), "");
+}
+
+TEST_F(ObkTabTest, TemplatesAndFilesOfRowsCanBeDropped)
+{
+    const auto drop = [](QWidget *on, const QString &path) {
+        QMimeData data;
+        data.setUrls({QUrl::fromLocalFile(path)});
+        QDragEnterEvent enter(QPoint(2, 2), Qt::CopyAction, &data, Qt::LeftButton, Qt::NoModifier);
+        QApplication::sendEvent(on, &enter);
+        QDropEvent dropped(QPointF(2, 2), Qt::CopyAction, &data, Qt::LeftButton, Qt::NoModifier);
+        QApplication::sendEvent(on, &dropped);
+        QApplication::processEvents();
+        return enter.isAccepted();
+    };
+    auto *const page = form.obkeyPage->findChild<workbench::TemplatePage *>();
+    EXPECT_FALSE(drop(page, folder.file("a.bin", "x")));
+    EXPECT_TRUE(drop(page, shipped("all-fields")));
+    QLineEdit *const key = edit("obk_signingKey_edit");
+    ASSERT_NE(key, nullptr);
+    EXPECT_TRUE(key->toolTip().contains('\n')) << "it says why nothing can be typed";
+    EXPECT_TRUE(drop(key->parentWidget(), folder.file("k.pem", "x")));
+    EXPECT_EQ(key->text(), folder.path("k.pem"));
+    EXPECT_TRUE(find<QLabel>("obk_missing_label")->isHidden());
+    edit("obk_output_edit")->clear();
+    EXPECT_TRUE(find<QLabel>("obk_missing_label")->text().contains("output file"));
 }
 
 TEST_F(ObkTabTest, GeneratesWhatTheFormShowsAndKeepsIt)
