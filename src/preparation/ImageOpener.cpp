@@ -5,6 +5,7 @@
 #include "preparation/sealing/ImageKeys.h"
 
 #include <algorithm>
+#include <array>
 
 namespace preparation
 {
@@ -75,6 +76,17 @@ void decrypt(AreaCipher &cipher, ByteView data, std::vector<std::uint8_t> &plain
     }
 }
 
+/// Decrypts one area.
+/// @return whether its tag fits
+Result<bool> tryArea(AreaCipher &cipher, const ImageKeys &keys, const ParsedImage &image,
+                     const ParsedArea &area, std::vector<std::uint8_t> &plain)
+{
+    cipher.begin(keys.areaIv(area.prefix.index), image.head);
+    cipher.associate(area.header.first(kPrefixBytes));
+    decrypt(cipher, area.data, plain);
+    return cipher.finishOpening(area.tag);
+}
+
 /// Tries every area under one profile.
 /// @param plain  receives the decrypted bytes, authentic or not, by area
 /// @return by area, whether its tag fits
@@ -89,11 +101,7 @@ Result<std::vector<bool>> tryProfile(const ParsedImage &image, ByteView key, std
     std::vector<bool> fits(image.areas.size(), false);
     plain.resize(image.areas.size());
     for (std::size_t i = 0; i < image.areas.size(); ++i) {
-        const ParsedArea &area = image.areas[i];
-        cipher.begin(keys->areaIv(area.prefix.index), image.head);
-        cipher.associate(area.header.first(kPrefixBytes));
-        decrypt(cipher, area.data, plain[i]);
-        const auto authentic = cipher.finishOpening(area.tag);
+        const auto authentic = tryArea(cipher, *keys, image, image.areas[i], plain[i]);
         if (!authentic) {
             return tl::unexpected(authentic.error());
         }
@@ -102,12 +110,34 @@ Result<std::vector<bool>> tryProfile(const ParsedImage &image, ByteView key, std
     return fits;
 }
 
+/// The profiles, the likelier one first: telling costs the smallest area, not the whole image.
+Result<std::array<std::uint32_t, 2>> profilesFor(const ParsedImage &image, ByteView key)
+{
+    const auto smallest = std::ranges::min_element(
+        image.areas, {}, [](const ParsedArea &area) { return area.data.size(); });
+    const auto keys = ImageKeys::derive(key, kProfileH5, image.nonce);
+    if (!keys) {
+        return tl::unexpected(keys.error());
+    }
+    AreaCipher cipher(AreaCipher::Direction::Open, keys->imageKey());
+    std::vector<std::uint8_t> plain;
+    const auto isH5 = tryArea(cipher, *keys, image, *smallest, plain);
+    if (!isH5) {
+        return tl::unexpected(isH5.error());
+    }
+    return *isH5 ? std::array{kProfileH5, kProfileUsual} : std::array{kProfileUsual, kProfileH5};
+}
+
 /// Finds the profile of the image and puts its verdicts into the undamaged areas.
 Result<void> verifyTags(OpenedImage &opened, ByteView key)
 {
     std::vector<std::vector<std::uint8_t>> plain;
     std::vector<bool> fits;
-    for (const std::uint32_t profile : {kProfileUsual, kProfileH5}) {
+    const auto profiles = profilesFor(opened.parsed, key);
+    if (!profiles) {
+        return tl::unexpected(profiles.error());
+    }
+    for (const std::uint32_t profile : *profiles) {
         auto tried = tryProfile(opened.parsed, key, profile, plain);
         if (!tried) {
             return tl::unexpected(tried.error());
