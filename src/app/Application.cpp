@@ -90,7 +90,12 @@ void describeApplication(QApplication &application)
     QApplication::setApplicationVersion(QLatin1String(version::kText));
     QApplication::setOrganizationName(QStringLiteral("Vendrelis"));
     QApplication::setDesktopFileName(QStringLiteral("com.vendrelis.SealedPackageBuilder"));
-    QApplication::setWindowIcon(QIcon(QStringLiteral(":/appIcon.png")));
+    QIcon icon;
+    for (const int size : {16, 32, 48, 128}) {
+        // With its size told, a picture is read only when somebody draws it.
+        icon.addFile(QStringLiteral(":/appIcon-%1.png").arg(size), QSize(size, size));
+    }
+    QApplication::setWindowIcon(icon);
     QApplication::setStyle(new LegibleStyle);
     QFile style(QStringLiteral(":/style.qss"));
     static_cast<void>(style.open(QIODevice::ReadOnly));

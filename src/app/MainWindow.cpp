@@ -29,7 +29,7 @@ MainWindow::MainWindow(int argc, char **argv, QWidget *parent, workbench::Buildi
     InitMenuBar();
     InitToolsBar();
     QCoreApplication::instance()->installEventFilter(new app::SelectionKeeper(this));
-    centralWidget = new CentralWidget(1, nullptr, building);
+    centralWidget = new CentralWidget(1, this, building);
     centralWidget->obkeyScrollArea = new QScrollArea(centralWidget->obkeyPage);
     centralWidget->obkeyScrollArea->hide();
     setCentralWidget(centralWidget);

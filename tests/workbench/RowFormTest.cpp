@@ -158,9 +158,10 @@ TEST_F(Rows, WithoutListsTheMapOfThePaneInFrontStandsBelow)
         rows->addRows({row("text", RowKind::Text, "Text"),
                        row("last", hasList ? RowKind::List : RowKind::Text, "Last")});
         rows->addGenerate("Go");
-        auto *first = new InfoPane("x_a", "A", {}, &page);
-        auto *second = new InfoPane("x_b", "B", {}, &page);
-        auto *panes = new InfoTabs("x_info_tabs", first, "A", second, "B", &page);
+        auto *panes = new InfoTabs("x_info_tabs", &page);
+        auto *first = new InfoPane("x_a", "A", {}, panes->room());
+        auto *second = new InfoPane("x_b", "B", {}, panes->room());
+        panes->addPanes(first, "A", second, "B");
         layFormPage(&page, rows, panes);
         page.resize(1000, 600);
         page.show();

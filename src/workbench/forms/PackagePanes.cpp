@@ -8,10 +8,11 @@ namespace workbench
 void PackagePanes::build(const QString &key, QWidget *page, RowForm *form, const Pane &input,
                          const Pane &package)
 {
-    m_input = new InfoPane(key + '_' + input.name, input.title, input.start, page);
-    m_package = new InfoPane(key + '_' + package.name, package.title, package.start, page);
-    m_tabs = new InfoTabs(key + QStringLiteral("_info_tabs"), m_input, input.title, m_package,
-                          package.title, form->parentWidget());
+    m_tabs = new InfoTabs(key + QStringLiteral("_info_tabs"), form->parentWidget());
+    m_input = new InfoPane(key + '_' + input.name, input.title, input.start, m_tabs->room());
+    m_package =
+        new InfoPane(key + '_' + package.name, package.title, package.start, m_tabs->room());
+    m_tabs->addPanes(m_input, input.title, m_package, package.title);
     layFormPage(page, form, m_tabs);
 }
 

@@ -78,12 +78,13 @@ void CertifGenDA::InitDACertifGenTab()
     }));
     form()->addGenerate(tr("&Generate certificate"));
     const QString chainTitle = tr("Chain to be made");
+    m_panes = new InfoTabs(QStringLiteral("da_info_tabs"), form()->parentWidget());
     m_chain = new workbench::ChainPane(
         QStringLiteral("da_chain"), chainTitle,
-        tr("The chain that the form makes is shown here before anything is written."), page());
-    m_certificate = new workbench::CertificatePane(page());
-    m_panes = new InfoTabs(QStringLiteral("da_info_tabs"), m_chain, chainTitle, m_certificate,
-                           tr("Certificate information"), form()->parentWidget());
+        tr("The chain that the form makes is shown here before anything is written."),
+        m_panes->room());
+    m_certificate = new workbench::CertificatePane(m_panes->room());
+    m_panes->addPanes(m_chain, chainTitle, m_certificate, tr("Certificate information"));
     workbench::layFormPage(page(), form(), m_panes);
     // The table of the chain is the widest of all panes.
     page()->findChild<QSplitter *>()->setSizes({kFormWidth, kPanesWidth});

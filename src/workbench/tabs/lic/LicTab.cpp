@@ -90,11 +90,11 @@ LicTab::LicTab(const TabName &name, QWidget *page, FormContext &context)
     form()->addRows(tokenRows() + licenceRows());
     form()->addGenerate(tr("&Generate licences"));
     m_picker = new TokenPicker(form(), page, context);
-    m_token = new TokenPane(key(), page);
+    m_panes = new InfoTabs(QStringLiteral("lic_info_tabs"), form()->parentWidget());
+    m_token = new TokenPane(key(), m_panes->room());
     m_made = new InfoPane(QStringLiteral("lic_licenceInfo"), tr("Licence information"), emptyMade(),
-                          page);
-    m_panes = new InfoTabs(QStringLiteral("lic_info_tabs"), m_token, tr("HSM information"), m_made,
-                           tr("Licence information"), form()->parentWidget());
+                          m_panes->room());
+    m_panes->addPanes(m_token, tr("HSM information"), m_made, tr("Licence information"));
     layFormPage(page, form(), m_panes);
     page->findChild<QSplitter *>()->setSizes({kFormWidth, kPanesWidth});
     form()->setMissing([this] { return missing(); });

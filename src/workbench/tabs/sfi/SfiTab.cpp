@@ -94,14 +94,14 @@ void SfiTab::buildPanes()
 {
     const QString firmwareTitle = tr("Firmware information");
     const QString imageTitle = tr(m_variant.imageTitle);
+    m_panes = new InfoTabs(key() + QStringLiteral("_info_tabs"), form()->parentWidget());
     m_firmwareInfo = new InfoPane(key() + QStringLiteral("_firmwareInfo"), firmwareTitle,
-                                  emptyFirmwarePane(), page());
-    m_parse = new ParsePane(key(), imageTitle, emptyImagePane(), page());
+                                  emptyFirmwarePane(), m_panes->room());
+    m_parse = new ParsePane(key(), imageTitle, emptyImagePane(), m_panes->room());
     m_parse->field()->edit()->setPlaceholderText(tr("Image or modules list"));
     m_parse->field()->edit()->setToolTip(
         tr("An image or a modules list to look into.\nsfi, sfix, ssfi or mcsv file"));
-    m_panes = new InfoTabs(key() + QStringLiteral("_info_tabs"), m_firmwareInfo, firmwareTitle,
-                           m_parse, imageTitle, form()->parentWidget());
+    m_panes->addPanes(m_firmwareInfo, firmwareTitle, m_parse, imageTitle);
 }
 
 void SfiTab::connectLists()
