@@ -42,6 +42,22 @@ new</source>
 neu</translation>
     </message>
     <message>
+        <source>%1 Memory map</source>
+        <translation>Speicherkarte %1</translation>
+    </message>
+    <message>
+        <source>%1 Open</source>
+        <translation>%1 Öffnen</translation>
+    </message>
+    <message>
+        <source>%1 Regenerate</source>
+        <translation>%1 Neu erzeugen</translation>
+    </message>
+    <message>
+        <source>%1 and %2</source>
+        <translation>%1 und %2</translation>
+    </message>
+    <message>
         <source>%1 bytes</source>
         <translation>%1 Bytes</translation>
     </message>
@@ -382,6 +398,10 @@ sfi, sfix, ssfi or mcsv file</source>
 sfi-, sfix-, ssfi- oder mcsv-Datei</translation>
     </message>
     <message>
+        <source>And %1 more</source>
+        <translation>Und %1 weitere</translation>
+    </message>
+    <message>
         <source>Any (bits by number)</source>
         <translation>Beliebig (Bits nach Nummer)</translation>
     </message>
@@ -520,6 +540,14 @@ sfi-, sfix-, ssfi- oder mcsv-Datei</translation>
     <message>
         <source>Clear</source>
         <translation>Leeren</translation>
+    </message>
+    <message>
+        <source>Close segments</source>
+        <translation>Nahe Segmente</translation>
+    </message>
+    <message>
+        <source>Close segments: %1 between %2</source>
+        <translation>Nahe Segmente: %1 zwischen %2</translation>
     </message>
     <message>
         <source>Command</source>
@@ -1308,6 +1336,18 @@ csv-Datei</translation>
         <translation>Ausgabedatei SFU-&amp;Header</translation>
     </message>
     <message>
+        <source>Overlap between segments</source>
+        <translation>Überlappung von Segmenten</translation>
+    </message>
+    <message>
+        <source>Overlap between segments, Unable to merge files: %1, %2</source>
+        <translation>Überlappung von Segmenten, Dateien können nicht verbunden werden: %1, %2</translation>
+    </message>
+    <message>
+        <source>Overlap between segments: %1, %2</source>
+        <translation>Überlappung von Segmenten: %1, %2</translation>
+    </message>
+    <message>
         <source>P&amp;rogram token</source>
         <translation>Token p&amp;rogrammieren</translation>
     </message>
@@ -1674,6 +1714,10 @@ Nach einer Änderung muss sie zuerst neu erzeugt werden.</translation>
     <message>
         <source>Secure Firmware Install</source>
         <translation>Sichere Firmware-Installation</translation>
+    </message>
+    <message>
+        <source>Secure firmwares (*.sfi *.smi);;Other packages (*.smu *.sfuh *.ssp *.ssfi *.sfix);;All files (*)</source>
+        <translation>Gesicherte Firmware (*.sfi *.smi);;Andere Pakete (*.smu *.sfuh *.ssp *.ssfi *.sfix);;Alle Dateien (*)</translation>
     </message>
     <message>
         <source>Secure update (SFU)</source>
@@ -2316,6 +2360,10 @@ sfu-Datei</translation>
         <translation>und %1 weitere</translation>
     </message>
     <message>
+        <source>area</source>
+        <translation>Bereich</translation>
+    </message>
+    <message>
         <source>b64 files (*.b64)</source>
         <translation>b64-Dateien (*.b64)</translation>
     </message>
@@ -2504,12 +2552,20 @@ sfu-Datei</translation>
         <translation>Secrets-Datei</translation>
     </message>
     <message>
+        <source>section</source>
+        <translation>Abschnitt</translation>
+    </message>
+    <message>
         <source>security version</source>
         <translation>Sicherheitsversion</translation>
     </message>
     <message>
         <source>see bits above</source>
         <translation>siehe Bits oben</translation>
+    </message>
+    <message>
+        <source>segment</source>
+        <translation>Segment</translation>
     </message>
     <message>
         <source>settings</source>

@@ -41,8 +41,8 @@ void MainWindow::Check()
 {
     const QString path = workbench::chooseFile(
         this, centralWidget->lastFolder,
-        QStringLiteral("Secure firmwares (*.sfi *.smi);;Other packages (*.smu *.sfuh *.ssp "
-                       "*.ssfi *.sfix);;All files (*)"));
+        tr("Secure firmwares (*.sfi *.smi);;Other packages (*.smu *.sfuh *.ssp "
+           "*.ssfi *.sfix);;All files (*)"));
     if (path.isEmpty()) {
         return;
     }

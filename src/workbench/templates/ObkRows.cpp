@@ -287,7 +287,7 @@ void ObkRows::addFile(ObkRow &row, const ObDataItem &item)
     const std::size_t at = m_rows.size();
     connect(row.edit, &QLineEdit::textChanged, this, [this, at] { check(at); });
     row.open = new QPushButton(tr("Open"), row.field);
-    nameWidget(row.open, objectName(item, "open"), name + QLatin1String(" Open"));
+    nameWidget(row.open, objectName(item, "open"), tr("%1 Open").arg(name));
     auto *const column = static_cast<QVBoxLayout *>(row.field->layout());
     auto *const line = new QHBoxLayout;
     if (item.isParam) {
@@ -312,7 +312,7 @@ void ObkRows::addRegenerate(ObkRow &row, const ObDataItem &item, QHBoxLayout *li
     nameWidget(row.keyType, objectName(item, "combo"), name + tr(" key type"));
     row.keyType->addItems(item.keyType.value_or(QString()).split(QLatin1Char(',')));
     row.regenerate = new QPushButton(tr("Regenerate"), row.field);
-    nameWidget(row.regenerate, name, name + QLatin1String(" Regenerate"));
+    nameWidget(row.regenerate, name, tr("%1 Regenerate").arg(name));
     row.keyType->setToolTip(tr("The kind of key that \"Regenerate\" makes"));
     row.regenerate->setToolTip(tr("Makes a new key pair; an old key is kept under another name"));
     line->addWidget(row.keyType, 1);

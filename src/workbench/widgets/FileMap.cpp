@@ -1,5 +1,6 @@
 #include "workbench/widgets/FileMap.h"
 
+#include <QCoreApplication>
 #include <QFileInfo>
 
 namespace workbench
@@ -34,7 +35,7 @@ void addFile(MapContents &contents, const FileData &record, int group, bool isSe
 MapContents mapOfFiles(const QStringList &paths, const QList<FileData *> &records, int selected)
 {
     MapContents contents;
-    contents.blockWord = QStringLiteral("segment");
+    contents.blockWord = QCoreApplication::translate("MemoryMap", "segment");
     contents.emphasised = selected;
     for (int at = 0; at < records.size(); ++at) {
         const FileData &record = *records.at(at);
@@ -48,7 +49,7 @@ MapContents mapOfFiles(const QStringList &paths, const QList<FileData *> &record
 MapContents mapOfFile(const QString &path, const FileData &record)
 {
     MapContents contents;
-    contents.blockWord = QStringLiteral("segment");
+    contents.blockWord = QCoreApplication::translate("MemoryMap", "segment");
     contents.groups.push_back({QFileInfo(path).fileName(), std::nullopt});
     addFile(contents, record, 0, true);
     return contents;

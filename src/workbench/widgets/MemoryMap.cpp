@@ -31,7 +31,7 @@ constexpr int kWordLines = 3;
 MemoryMap::MemoryMap(const QString &name, const QString &title, QWidget *parent)
     : QWidget(parent), m_title(title)
 {
-    nameWidget(this, name, title + QStringLiteral(" Memory map"));
+    nameWidget(this, name, tr("%1 Memory map").arg(title));
     setFocusPolicy(Qt::StrongFocus);
     setMouseTracking(true);
     setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Preferred);

@@ -2,6 +2,7 @@
 
 #include "workbench/widgets/Contrast.h"
 
+#include <QCoreApplication>
 #include <QFontMetricsF>
 #include <QPainter>
 #include <QPainterPath>
@@ -252,8 +253,10 @@ private:
     void paintLegend()
     {
         m_legendAt = m_rooms.legend.topLeft();
-        paintSignEntry(MapMark::Kind::Overlap, QStringLiteral("Overlap between segments"));
-        paintSignEntry(MapMark::Kind::Close, QStringLiteral("Close segments"));
+        paintSignEntry(MapMark::Kind::Overlap,
+                       QCoreApplication::translate("MemoryMap", "Overlap between segments"));
+        paintSignEntry(MapMark::Kind::Close,
+                       QCoreApplication::translate("MemoryMap", "Close segments"));
         const int count = static_cast<int>(m_view.contents.groups.size());
         for (int group = 0; group < count; ++group) {
             const QString &name = m_view.contents.groups[static_cast<std::size_t>(group)].name;

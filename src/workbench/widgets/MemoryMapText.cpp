@@ -2,6 +2,8 @@
 #include "files/base/SizeText.h"
 #include "workbench/widgets/MemoryMapLayout.h"
 
+#include <QCoreApplication>
+
 #include <algorithm>
 #include <map>
 
@@ -14,6 +16,11 @@ namespace
 constexpr double kLabelGap = 8;    // pixels between two labels
 constexpr double kMostNudge = 12;  // pixels, for the ends of runs, which tell the most
 
+QString tr(const char *text)
+{
+    return QCoreApplication::translate("MemoryMap", text);
+}
+
 QString addressText(std::uint64_t address)
 {
     return QStringLiteral("0x") + QString::number(address, 16);
@@ -23,7 +30,7 @@ QString rangeText(std::uint64_t start, std::uint64_t bytes)
 {
     QString text = addressText(start);
     if (bytes > 0) {
-        text += QStringLiteral(" to ") + addressText(start + bytes - 1);
+        text = tr("%1 to %2").arg(text, addressText(start + bytes - 1));
     }
     return text + QStringLiteral(", ") + files::sizeText(bytes);
 }
@@ -144,21 +151,20 @@ QString describeBlock(const MapContents &contents, const MapBlock &block)
 
 QString describeMark(const MapContents &contents, const MapPicture &picture, const MapMark &mark)
 {
-    const QString pair = QStringLiteral("%1 and %2")
+    const QString pair = tr("%1 and %2")
                              .arg(nameOf(contents, blockAt(contents, picture, mark.first)),
                                   nameOf(contents, blockAt(contents, picture, mark.second)));
     const std::uint64_t bytes = mark.end - mark.start;
     switch (mark.kind) {
     case MapMark::Kind::Overlap:
-        return QStringLiteral("Overlap between segments, Unable to merge files: %1, %2")
+        return tr("Overlap between segments, Unable to merge files: %1, %2")
             .arg(pair, rangeText(mark.start, bytes));
     case MapMark::Kind::Touch:
-        return QStringLiteral("Overlap between segments: %1, %2")
-            .arg(pair, rangeText(mark.start, bytes));
+        return tr("Overlap between segments: %1, %2").arg(pair, rangeText(mark.start, bytes));
     case MapMark::Kind::Close:
         break;
     }
-    return QStringLiteral("Close segments: %1 between %2").arg(files::sizeText(bytes), pair);
+    return tr("Close segments: %1 between %2").arg(files::sizeText(bytes), pair);
 }
 
 QString describeMap(const MapContents &contents, const MapPicture &picture)
@@ -169,16 +175,16 @@ QString describeMap(const MapContents &contents, const MapPicture &picture)
     }
     QString text = parts.join(QStringLiteral(", "));
     if (!picture.edges.empty()) {
-        text += QStringLiteral(": %1 to %2")
-                    .arg(addressText(picture.edges.front().address),
-                         addressText(picture.edges.back().address));
+        text += QStringLiteral(": ") + tr("%1 to %2")
+                                           .arg(addressText(picture.edges.front().address),
+                                                addressText(picture.edges.back().address));
     }
     constexpr std::size_t kMostMarks = 5;
     for (std::size_t at = 0; at < std::min(picture.marks.size(), kMostMarks); ++at) {
         text += QStringLiteral(". ") + describeMark(contents, picture, picture.marks[at]);
     }
     if (picture.marks.size() > kMostMarks) {
-        text += QStringLiteral(". And %1 more").arg(picture.marks.size() - kMostMarks);
+        text += QStringLiteral(". ") + tr("And %1 more").arg(picture.marks.size() - kMostMarks);
     }
     return text;
 }

@@ -2,6 +2,8 @@
 
 #include "files/containers/SfiFormat.h"
 
+#include <QCoreApplication>
+
 #include <map>
 #include <string_view>
 
@@ -12,7 +14,7 @@ MapContents mapOfImage(const FileSFI &image,
                        const std::function<std::optional<RowColours>(std::uint8_t)> &coloursOf)
 {
     MapContents contents;
-    contents.blockWord = QStringLiteral("area");
+    contents.blockWord = QCoreApplication::translate("MemoryMap", "area");
     std::map<std::string_view, int> groups;
     for (const SegmentSFI &area : image.areas) {
         const char *label = files::areaLabel(area.areaType);

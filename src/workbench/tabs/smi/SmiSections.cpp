@@ -64,7 +64,7 @@ QString hexText(std::span<const std::uint8_t> bytes)
 MapContents mapOfSections(const FileELF &elf)
 {
     MapContents contents;
-    contents.blockWord = QStringLiteral("section");
+    contents.blockWord = QCoreApplication::translate("MemoryMap", "section");
     for (std::size_t row = 0; row < elf.sections.size(); ++row) {
         const section_header &section = elf.sections[row];
         if ((section.sectionFlags & SHF_ALLOC) == 0 || section.sectionSize == 0) {
