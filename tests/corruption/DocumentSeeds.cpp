@@ -1,6 +1,7 @@
 // XML: the templates that ship, and descriptions of devices.
 #include "corruption/Harness.h"
 
+#include "certif/PermissionNames.h"
 #include "device/DomParser.h"
 #include "obk/Generation.h"
 #include "obk/ImageCommand.h"
@@ -100,6 +101,24 @@ std::optional<std::string> readDevice(View file)
     }
 }
 
+std::optional<std::string> readFamily(View file)
+{
+    static const ScratchFolder folder;
+    folder.file("a.xml", {reinterpret_cast<const char *>(file.data()), file.size()});
+    QStringList problems;
+    const auto families = certif::readFamilies(
+        folder.path({}), DATA_FOLDER "/Template/PrototypeGenCertif.xsd", problems);
+    if (families.empty()) {
+        return std::nullopt;
+    }
+    Content content;
+    content.add((families[0].name + families[0].socClass).toStdString());
+    for (const certif::Permission &bit : families[0].bits) {
+        content.add((bit.name + '\n' + bit.toolTip).toStdString());
+    }
+    return content.done();
+}
+
 /// Angle brackets hold the document together; inside of them and between stand names and values.
 /// A document that is cut has lost its end tag.
 Seed xmlSeed(const std::string &name, const std::string &text,
@@ -147,11 +166,14 @@ std::string deviceAround(const std::string &inside)
 std::vector<Seed> documentSeeds()
 {
     std::vector<Seed> seeds;
-    const QDir templates(TEMPLATES_FOLDER);
+    const QDir templates(DATA_FOLDER "/templates");
     for (const QString &name : templates.entryList({"*.xml"}, QDir::Files, QDir::Name)) {
         seeds.push_back(xmlSeed(name.toStdString(),
                                 ScratchFolder::contents(templates.filePath(name)), readTemplate));
     }
+    seeds.push_back(xmlSeed(
+        "bits of a certificate",
+        ScratchFolder::contents(DATA_FOLDER "/SPB_CertifGen_Data_Base/VDR32U59.xml"), readFamily));
     seeds.push_back(xmlSeed(
         "device with option bytes",
         deviceAround("<Vendor>v</Vendor><peripherals><Peripheral><name>Option Bytes</name>"
