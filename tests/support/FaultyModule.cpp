@@ -3,6 +3,7 @@
 
 #include <dlfcn.h>
 #include <p11-kit/pkcs11.h>
+#include <vector>
 
 namespace
 {
@@ -57,6 +58,44 @@ CK_RV wrapKey(CK_SESSION_HANDLE s, CK_MECHANISM *m, CK_OBJECT_HANDLE w, CK_OBJEC
 {
     return pass<&CK_FUNCTION_LIST::C_WrapKey>("C_WrapKey", s, m, w, k, b, n);
 }
+/// What SoftHSM lacks: ECDH with X9.63's KDF over SHA-256, one block of it, out of what it has.
+CK_RV deriveWithKdf(CK_SESSION_HANDLE s, const CK_ECDH1_DERIVE_PARAMS &asked, CK_OBJECT_HANDLE key,
+                    std::vector<CK_ATTRIBUTE> wanted, CK_OBJECT_HANDLE *out)
+{
+    CK_ECDH1_DERIVE_PARAMS plain = {CKD_NULL, 0, nullptr, asked.public_data_len, asked.public_data};
+    CK_MECHANISM ecdh = {CKM_ECDH1_DERIVE, &plain, sizeof plain};
+    CK_ULONG kind = CKO_SECRET_KEY;
+    CK_ULONG type = CKK_GENERIC_SECRET;
+    CK_ULONG size = 32;
+    CK_ATTRIBUTE secretKind[] = {{CKA_CLASS, &kind, sizeof kind},
+                                 {CKA_KEY_TYPE, &type, sizeof type},
+                                 {CKA_VALUE_LEN, &size, sizeof size}};
+    CK_OBJECT_HANDLE secret = 0;
+    CK_MECHANISM sha256 = {CKM_SHA256, nullptr, 0};
+    CK_BYTE first[] = {0, 0, 0, 1};
+    CK_BYTE bits[32];
+    for (const CK_RV code :
+         {softHsm()->C_DeriveKey(s, &ecdh, key, secretKind, 3, &secret),
+          softHsm()->C_DigestInit(s, &sha256), softHsm()->C_DigestKey(s, secret),
+          softHsm()->C_DigestUpdate(s, first, sizeof first),
+          softHsm()->C_DigestUpdate(s, asked.shared_data, asked.shared_data_len),
+          softHsm()->C_DigestFinal(s, bits, &size), softHsm()->C_DestroyObject(s, secret)}) {
+        if (code != CKR_OK) {
+            return code;
+        }
+    }
+    std::erase_if(wanted, [](const CK_ATTRIBUTE &one) { return one.type == CKA_VALUE_LEN; });
+    wanted.push_back({CKA_VALUE, bits, sizeof bits});
+    return softHsm()->C_CreateObject(s, wanted.data(), wanted.size(), out);
+}
+CK_RV deriveKey(CK_SESSION_HANDLE s, CK_MECHANISM *m, CK_OBJECT_HANDLE k, CK_ATTRIBUTE *a,
+                CK_ULONG n, CK_OBJECT_HANDLE *o)
+{
+    const auto &asked = *static_cast<const CK_ECDH1_DERIVE_PARAMS *>(m->pParameter);
+    return tokenFaults()->knowsKdf && asked.kdf == CKD_SHA256_KDF
+               ? deriveWithKdf(s, asked, k, {a, a + n}, o)
+               : pass<&CK_FUNCTION_LIST::C_DeriveKey>("C_DeriveKey", s, m, k, a, n, o);
+}
 CK_RV sign(CK_SESSION_HANDLE s, CK_BYTE *d, CK_ULONG n, CK_BYTE *b, CK_ULONG *k)
 {
     // The operation is over, whether it fails or not.
@@ -94,6 +133,7 @@ CK_RV C_GetFunctionList(CK_FUNCTION_LIST **out)
     list.C_DestroyObject = destroyObject;
     list.C_FindObjectsInit = findObjectsInit;
     list.C_GenerateKeyPair = generatePair;
+    list.C_DeriveKey = deriveKey;
     list.C_WrapKey = wrapKey;
     list.C_Sign = sign;
     list.C_GetTokenInfo = tokenInfo;
