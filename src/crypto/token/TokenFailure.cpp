@@ -35,6 +35,11 @@ constexpr const char *kCurve =
     "The token refuses a key: it must be an elliptic-curve key on P-256, look at the chip's key "
     "file";
 
+// Of PKCS#11 3.0 and 3.1, which the header doesn't name.
+constexpr unsigned long kResourceExceeded = 0x201;
+constexpr unsigned long kCancelFailed = 0x202;
+constexpr unsigned long kKeyExhausted = 0x203;
+
 struct Meaning {
     unsigned long code;
     const char *name;
@@ -135,6 +140,36 @@ constexpr Meaning kMeanings[] = {
     {CKR_PIN_TOO_WEAK, "CKR_PIN_TOO_WEAK",
      "The token finds the PIN too weak: set a longer one with the tool of the token's maker"},
     {CKR_PUBLIC_KEY_INVALID, "CKR_PUBLIC_KEY_INVALID", kCurve},
+    {CKR_NO_EVENT, "CKR_NO_EVENT", kOurFault},
+    {CKR_ENCRYPTED_DATA_INVALID, "CKR_ENCRYPTED_DATA_INVALID", kOurFault},
+    {CKR_ENCRYPTED_DATA_LEN_RANGE, "CKR_ENCRYPTED_DATA_LEN_RANGE", kOurFault},
+    {CKR_FUNCTION_NOT_PARALLEL, "CKR_FUNCTION_NOT_PARALLEL", kOurFault},
+    {CKR_KEY_NOT_NEEDED, "CKR_KEY_NOT_NEEDED", kOurFault},
+    {CKR_SESSION_PARALLEL_NOT_SUPPORTED, "CKR_SESSION_PARALLEL_NOT_SUPPORTED", kOurFault},
+    {CKR_USER_TYPE_INVALID, "CKR_USER_TYPE_INVALID", kOurFault},
+    {CKR_CRYPTOKI_ALREADY_INITIALIZED, "CKR_CRYPTOKI_ALREADY_INITIALIZED", kOurFault},
+    {CKR_MUTEX_BAD, "CKR_MUTEX_BAD", kOurFault},
+    {CKR_MUTEX_NOT_LOCKED, "CKR_MUTEX_NOT_LOCKED", kOurFault},
+    {CKR_SAVED_STATE_INVALID, "CKR_SAVED_STATE_INVALID", kOurFault},
+    {CKR_KEY_CHANGED, "CKR_KEY_CHANGED", kGone},
+    {CKR_KEY_NEEDED, "CKR_KEY_NEEDED", kGone},
+    {CKR_UNWRAPPING_KEY_SIZE_RANGE, "CKR_UNWRAPPING_KEY_SIZE_RANGE", kLacks},
+    {CKR_UNWRAPPING_KEY_TYPE_INCONSISTENT, "CKR_UNWRAPPING_KEY_TYPE_INCONSISTENT", kLacks},
+    {CKR_RANDOM_SEED_NOT_SUPPORTED, "CKR_RANDOM_SEED_NOT_SUPPORTED", kLacks},
+    {CKR_STATE_UNSAVEABLE, "CKR_STATE_UNSAVEABLE", kLacks},
+    {CKR_EXCEEDED_MAX_ITERATIONS, "CKR_EXCEEDED_MAX_ITERATIONS", kLacks},
+    {CKR_SIGNATURE_LEN_RANGE, "CKR_SIGNATURE_LEN_RANGE", kTokenBroke},
+    {CKR_WRAPPED_KEY_INVALID, "CKR_WRAPPED_KEY_INVALID", kTokenBroke},
+    {CKR_WRAPPED_KEY_LEN_RANGE, "CKR_WRAPPED_KEY_LEN_RANGE", kTokenBroke},
+    {CKR_NEW_PIN_MODE, "CKR_NEW_PIN_MODE",
+     "The token wants a new PIN first: set one with the tool of the token's maker"},
+    {CKR_NEXT_OTP, "CKR_NEXT_OTP",
+     "The token wants the next one-time password: wait for it and try again"},
+    {kResourceExceeded, "CKR_TOKEN_RESOURCE_EXCEEDED",
+     "The token is short of memory: plug it in anew, and close other programs that use it"},
+    {kCancelFailed, "CKR_OPERATION_CANCEL_FAILED", kPlugInAgain},
+    {kKeyExhausted, "CKR_KEY_EXHAUSTED",
+     "The token allows this key no further use: program the token anew"},
     {CKR_FUNCTION_REJECTED, "CKR_FUNCTION_REJECTED",
      "The operation was refused at the token: start it again and agree there"},
 };
