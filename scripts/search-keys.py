@@ -88,6 +88,7 @@ def main():
         "permissions_mask: 0x00000000_00000000_00000000_00000204\n")
     boot = [image_tool, "create", "--align", "8", "-v", "1.0.0", "-H", "0x200", "-S", "0x20000",
             "--pad-header", "-k", "key.pem", data / "firmware.bin", "boot.bin"]
+    (place / "firmware-key.bin").write_bytes(bytes.fromhex("9d61b19deffd5a60ba844af492ec2cc4"))
     works = [
         ("window", data / "key.bin", [build / "demo" / "demo-driver", data, place / "out"]),
         ("spb-unpack", data / "key.bin", [tools / "spb-unpack", place / "out" / "out.sfi", "--key",
@@ -95,6 +96,10 @@ def main():
         ("imgtool create", place / "number.bin", boot),
         ("PSA_ADAC sign", place / "number.bin",
          [tools / "Utilities" / "Linux" / "PSA_ADAC", "sign", "root.yml"]),
+        # The tabs of tokens, driven by their test: from the key's file to the licences.
+        ("token tabs", place / "firmware-key.bin",
+         [build / "tests" / "token_tabs_test",
+          "--gtest_filter=*ProgramATokenAndMakeLicencesThatVerify"]),
     ]
     environment = {"PATH": os.environ["PATH"], "HOME": str(place), "LC_ALL": "C.UTF-8",
                    "QT_QPA_PLATFORM": "offscreen", "SPB_TRACE": "1"}

@@ -29,9 +29,10 @@ protected:
     static void failAt(const std::string &call, int at, unsigned long code);
 
     static TokenFaults &faults();
-    static inline const std::vector<std::uint8_t> kKey = {0x9d, 0x61, 0xb1, 0x9d, 0xef, 0xfd,
-                                                          0x5a, 0x60, 0xba, 0x84, 0x4a, 0xf4,
-                                                          0x92, 0xec, 0x2c, 0xc4};
+    /// Never freed: what a search for freed keys finds is the program's.
+    static inline const auto &kKey =
+        *new std::vector<std::uint8_t>{0x9d, 0x61, 0xb1, 0x9d, 0xef, 0xfd, 0x5a, 0x60,
+                                       0xba, 0x84, 0x4a, 0xf4, 0x92, 0xec, 0x2c, 0xc4};
     static inline const std::vector<std::uint8_t> kNonce = std::vector<std::uint8_t>(12, 0x4E);
 
     ScratchFolder folder;
