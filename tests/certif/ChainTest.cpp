@@ -100,9 +100,12 @@ INSTANTIATE_TEST_SUITE_P(
                 "Nothing may stand below a leaf certificate"},
         Useless{"RightNotGranted",
                 [] {
-                    return Chain{root(), leaf([](auto &c) { c.permissions[0] = 0x31; })};
+                    return Chain{root(), leaf([](auto &c) {
+                                     c.permissions[0] = 0x31;
+                                     c.permissions[1] = 0x07;
+                                 })};
                 },
-                "Rights that the chain above doesn't grant, bits 4, 5"},
+                "Rights that the chain above doesn't grant, bits 4, 5, 8 to 10"},
         Useless{"OtherClass",
                 [] {
                     return Chain{root(), leaf([](auto &c) { c.socClass = 6; })};

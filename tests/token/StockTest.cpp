@@ -128,6 +128,10 @@ TEST_F(Stock, OfAProgrammingThatFailsLeavesNothingAndKeepsTheOld)
     EXPECT_FALSE(programStock(session, request, {old}, {}));
     faults() = {};
     EXPECT_EQ(left(session), 5u);
+    failAt("C_DestroyObject", 1, CKR_DEVICE_ERROR);
+    const auto both = programStock(session, request, {old}, {});
+    ASSERT_FALSE(both) << "the old one stands beside the new one";
+    EXPECT_NE(both.error().text.find("can't be removed"), std::string::npos) << both.error().text;
 }
 
 TEST_F(Stock, ThatWasCutShortIsSweptByTheNext)
