@@ -20,6 +20,8 @@ set(CPACK_DEBIAN_PACKAGE_PRIORITY optional)
 set(CPACK_DEBIAN_PACKAGE_SHLIBDEPS ON)
 # Libraries that are loaded by name, or only run, aren't seen by shlibdeps.
 set(CPACK_DEBIAN_PACKAGE_DEPENDS "fonts-dejavu-core")
+# A module for tokens (any maker's will do), and Qt's own words in German.
+set(CPACK_DEBIAN_PACKAGE_SUGGESTS "opensc-pkcs11 | softhsm2, qttranslations5-l10n")
 set(CPACK_DEBIAN_PACKAGE_CONTROL_EXTRA ${CMAKE_CURRENT_SOURCE_DIR}/debian/prerm)
 set(CPACK_DEBIAN_PACKAGE_CONTROL_STRICT_PERMISSION ON)
 # Addresses are random, and what links functions is read-only, in every program that is installed.

@@ -1,9 +1,16 @@
-# Installs the build in a scratch root and looks whether it works there: what is run stands where the
-# program looks for it, the programs start from their new places, and nothing lies about in bin.
-file(REMOVE_RECURSE ${SCRATCH})
-set(ENV{DESTDIR} ${SCRATCH})
-execute_process(COMMAND ${CMAKE_COMMAND} --install ${BUILD_DIR} --prefix /usr
+# Makes the Debian package of the build, unpacks it in a scratch root, and looks whether it works there:
+# what is run stands where the program looks for it, the programs start from their new places, and
+# nothing lies about in bin. Libraries aren't looked up: scripts/package.sh does, with lintian.
+file(REMOVE_RECURSE ${SCRATCH} ${SCRATCH}.deb)
+execute_process(COMMAND ${CPACK} --config ${BUILD_DIR}/CPackConfig.cmake -B ${SCRATCH}.deb
+        -D CPACK_DEBIAN_PACKAGE_SHLIBDEPS=OFF
     OUTPUT_QUIET COMMAND_ERROR_IS_FATAL ANY)
+file(GLOB package ${SCRATCH}.deb/*.deb)
+execute_process(COMMAND dpkg-deb -f ${package} Package Version OUTPUT_VARIABLE control)
+if(NOT control STREQUAL "Package: sealed-package-builder\nVersion: ${VERSION}\n")
+    message(SEND_ERROR "the package's control file: ${control}")
+endif()
+execute_process(COMMAND dpkg-deb -x ${package} ${SCRATCH} COMMAND_ERROR_IS_FATAL ANY)
 file(GLOB programs RELATIVE ${SCRATCH}/usr/bin ${SCRATCH}/usr/bin/*)
 if(NOT "${programs}" STREQUAL "sealed-package-builder;spb-elf;spb-unpack")
     message(SEND_ERROR "in bin: ${programs}")
@@ -35,4 +42,22 @@ list(LENGTH sources written)
 if(NOT installed EQUAL written)
     message(SEND_ERROR "${installed} of ${written} manual pages are installed")
 endif()
-file(REMOVE_RECURSE ${SCRATCH})
+# Each help page and each picture is there, and a page shows no picture that isn't.
+set(help ${SCRATCH}/usr/share/sealed-package-builder/help)
+file(GLOB_RECURSE sources RELATIVE ${SOURCE_DIR}/docs/help ${SOURCE_DIR}/docs/help/*.md ${SOURCE_DIR}/docs/help/*.png)
+foreach(source ${sources})
+    string(REGEX REPLACE "md$" "html" name ${source})
+    if(NOT EXISTS ${help}/${name})
+        message(SEND_ERROR "help/${name} isn't installed")
+    elseif(name MATCHES "html$")
+        file(READ ${help}/${name} page)
+        string(REGEX MATCHALL "src=\"[^\"]+" pictures "${page}")
+        foreach(picture ${pictures})
+            string(SUBSTRING ${picture} 5 -1 picture)
+            if(NOT EXISTS ${help}/${picture})
+                message(SEND_ERROR "${name} shows ${picture}, which isn't installed")
+            endif()
+        endforeach()
+    endif()
+endforeach()
+file(REMOVE_RECURSE ${SCRATCH} ${SCRATCH}.deb)
