@@ -1,6 +1,6 @@
 #!/usr/bin/env bash
 # Installs what is missing through apt. Idempotent: when all is there, apt isn't called.
-# Usage: setup.sh [run|test|bench|package]
+# Usage: setup.sh [run|test|bench|package|pictures]
 set -euo pipefail
 
 purpose=${1:-run}
@@ -13,6 +13,7 @@ case $purpose in
               clang-tidy desktop-file-utils appstream locales python3 python3-cryptography
               openssl srecord softhsm2 strace) ;;
     bench) packages+=(libbenchmark-dev srecord binutils-arm-none-eabi gcc-arm-none-eabi elfutils llvm python3) ;;
+    pictures) packages+=(imagemagick pngquant openssl softhsm2) ;;
     package) packages+=(lintian debootstrap dpkg-dev xdotool file desktop-file-utils appstream python3) ;;
     *) echo "setup.sh: unknown purpose '$purpose'" >&2; exit 3 ;;
 esac

@@ -4,6 +4,7 @@
 
 #include <QFileInfo>
 #include <QObject>
+#include <QScreen>
 #include <QShortcut>
 #include <QTextBrowser>
 #include <QUrl>
@@ -16,7 +17,7 @@ namespace
 {
 
 const QString kWindowName = QStringLiteral("help_window");
-constexpr QSize kWindowSize(760, 640);
+constexpr QSize kWindowSize(980, 760);  // the width of a picture
 
 /// Links of a page lead to other pages; nothing is fetched from a network.
 QTextBrowser *makeWindow(QWidget *parent)
@@ -31,7 +32,7 @@ QTextBrowser *makeWindow(QWidget *parent)
     auto *layout = new QVBoxLayout(window);
     layout->setContentsMargins(0, 0, 0, 0);
     layout->addWidget(text);
-    window->resize(kWindowSize);
+    window->resize(kWindowSize.boundedTo(parent->screen()->availableSize()));
     for (const QKeySequence &keys :
          {QKeySequence(QKeySequence::Close), QKeySequence(Qt::Key_Escape)}) {
         QObject::connect(new QShortcut(keys, window), &QShortcut::activated, window,

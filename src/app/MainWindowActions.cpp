@@ -125,7 +125,9 @@ void MainWindow::OpenDoc()
 
 void MainWindow::OpenRef()
 {
-    if (!QDesktopServices::openUrl(QUrl(kReferencePage))) {
+    // The note itself is the maker's; what it is looked up for here stands in the help.
+    if (!app::showHelp(this, QStringLiteral("programming")) &&
+        !QDesktopServices::openUrl(QUrl(kReferencePage))) {
         showBox(this, BoxKind::Error, QStringLiteral("Application note not found"));
     }
 }

@@ -32,6 +32,10 @@ TEST(Help, EachTabWithAFormHasAPageWhoseLinksLeadSomewhere)
         const QString key = QLatin1String(entry.name.key);
         ASSERT_TRUE(app::showHelp(&window, key));
         EXPECT_EQ(shownPage(window), key + ".html");
+        auto *browser = window.findChild<QTextBrowser *>();
+        const QUrl picture(QStringLiteral("pictures/%1.png").arg(key));
+        EXPECT_TRUE(browser->toHtml().contains(picture.toString()));
+        EXPECT_FALSE(browser->loadResource(QTextDocument::ImageResource, picture).isNull());
     }
     ASSERT_TRUE(app::showHelp(&window, QStringLiteral("nothing")));
     EXPECT_EQ(shownPage(window), "index.html");
@@ -60,6 +64,15 @@ TEST(Help, KeyOpensThePageOfTheTabInFront)
         const bool hasPage = workbench::tabEntry(key).make != nullptr;
         EXPECT_EQ(shownPage(*window), (hasPage ? key : QStringLiteral("index")) + ".html");
     }
+}
+
+TEST(Help, DocumentsOfTheMenuAreFoundOffline)
+{
+    WindowUnderTest window;
+    window->OpenRef();
+    EXPECT_EQ(shownPage(*window), "programming.html");
+    window->OpenDoc();
+    EXPECT_EQ(shownPage(*window), "index.html");
 }
 
 }  // namespace

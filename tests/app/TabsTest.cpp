@@ -8,10 +8,12 @@
 #include <QAction>
 #include <QCheckBox>
 #include <QComboBox>
+#include <QFile>
 #include <QLabel>
 #include <QLineEdit>
 #include <QMenuBar>
 #include <QPushButton>
+#include <QRegularExpression>
 #include <QSet>
 #include <QSpinBox>
 #include <QTabBar>
@@ -118,6 +120,30 @@ TEST_F(Tabs, SayWhatGoesInAndWhatIsMissing)
             }
         }
     });
+}
+
+// The style finds the button by its name, and only once: a name given later comes too late.
+TEST(TabsUnderTheStyle, ShowTheirGenerateButtonAsTheMainOne)
+{
+    QFile style(":/style.qss");
+    ASSERT_TRUE(style.open(QIODevice::ReadOnly));
+    qApp->setStyleSheet(style.readAll());
+    {
+        const WindowUnderTest window({}, workbench::Building::WhenNeeded);
+        window->show();
+        int found = 0;
+        for (QTabWidget &tabs = window.tabs(); tabs.currentIndex() + 1 < tabs.count();
+             tabs.setCurrentIndex(tabs.currentIndex() + 1)) {
+            const auto buttons = tabs.currentWidget()->findChildren<QPushButton *>(
+                QRegularExpression("_generate_ok$"));
+            for (const QPushButton *button : buttons) {
+                ++found;
+                EXPECT_TRUE(button->font().bold()) << button->objectName().toStdString();
+            }
+        }
+        EXPECT_GE(found, 4);
+    }
+    qApp->setStyleSheet({});
 }
 
 // A letter taken twice opens the menu only at the second try, or puts the focus into a field.

@@ -83,16 +83,24 @@ void DialogRobot::answerBox(QMessageBox *box)
 
 void DialogRobot::answerAddress(QDialog *dialog)
 {
-    auto *edit = dialog->findChild<QLineEdit *>(QStringLiteral("address_start_edit"));
-    auto *buttons = dialog->findChild<QDialogButtonBox *>(QStringLiteral("address_buttons"));
-    if (edit == nullptr || buttons == nullptr || m_startAddress.isEmpty()) {
+    const auto fill = [dialog](const char *name, const QString &text) {
+        auto *edit = dialog->findChild<QLineEdit *>(QLatin1String(name));
+        if (edit != nullptr && !edit->isReadOnly()) {
+            edit->clear();
+            QTest::keyClicks(edit, text);
+        }
+        return edit != nullptr;
+    };
+    const bool isKnown =
+        fill("address_start_edit", m_startAddress) ||
+        (fill("extFir_start_edit", m_startAddress) && fill("extFir_key_edit", m_keyAddress));
+    auto *buttons = dialog->findChild<QDialogButtonBox *>();
+    if (!isKnown || buttons == nullptr || m_startAddress.isEmpty()) {
         say(QStringLiteral("dialog \"%1\": cancelled, it is unknown").arg(dialog->windowTitle()));
         dialog->reject();
         return;
     }
     say(QStringLiteral("start address: ") + m_startAddress);
-    edit->clear();
-    QTest::keyClicks(edit, m_startAddress);
     QTest::mouseClick(buttons->button(QDialogButtonBox::Ok), Qt::LeftButton);
 }
 

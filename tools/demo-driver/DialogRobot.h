@@ -24,8 +24,13 @@ public:
     /// What the next file dialog is to choose; one list for each dialog to come, in order.
     void chooseNext(const QStringList &paths) { m_choices.append(paths); }
 
-    /// The text typed into each dialog that asks for a start address.
-    void setStartAddress(const QString &text) { m_startAddress = text; }
+    /// The texts typed into each dialog that asks for a start address, and for a region's key
+    /// address.
+    void setStartAddress(const QString &start, const QString &key = {})
+    {
+        m_startAddress = start;
+        m_keyAddress = key;
+    }
 
     /// "title: text" of each message box so far, in order.
     QStringList boxes() const { return m_boxes; }
@@ -40,6 +45,7 @@ private:
     QPointer<QWidget> m_seen;  ///< the dialog looked at last: it gets one more round to appear
     QList<QStringList> m_choices;
     QString m_startAddress;
+    QString m_keyAddress;
     QStringList m_boxes;
 };
 

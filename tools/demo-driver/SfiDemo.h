@@ -1,8 +1,7 @@
 #pragma once
 
-#include "DialogRobot.h"
+#include "Hands.h"
 
-#include <QMainWindow>
 #include <QString>
 
 namespace demo
@@ -11,7 +10,8 @@ namespace demo
 /// What the driver was asked for on its command line.
 struct Request {
     QString dataFolder;  ///< holds firmware.hex, firmware.bin, key.bin, nonce.bin, option-bytes.csv
-    QString outputFolder;  ///< gets out.sfi and window.png
+    QString outputFolder;  ///< gets out.sfi and window.png, or the pictures of the script
+    QString script;        ///< steps for pictures of the help pages instead, or empty
     bool isDark = false;   ///< show the window in a dark palette, as a dark desktop would
 };
 
@@ -26,19 +26,11 @@ public:
     QString run();
 
 private:
-    template <typename Widget>
-    Widget *find(const char *name);
-    void click(const char *name);
-    void type(const char *name, const QString &text);
-    void chooseDevice(const QString &device);
-    void showImagePane();
     QString judge();
     QString data(const char *file) const;
 
-    QMainWindow &m_window;
     Request m_request;
-    DialogRobot m_robot;
-    QString m_missing;  ///< the first widget that wasn't found, hidden or disabled
+    Hands m_hands;
 };
 
 }  // namespace demo

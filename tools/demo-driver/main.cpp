@@ -1,5 +1,6 @@
 // Drives the real window over the demo inputs and keeps what comes out. Everything goes through the
 // program's own start-up, widgets and dialogs; the program knows nothing of it.
+#include "HelpPictures.h"
 #include "SfiDemo.h"
 #include "app/Application.h"
 
@@ -42,10 +43,9 @@ QMainWindow *mainWindow()
 
 void finish(const QString &fault)
 {
-    QTextStream(stdout) << (fault.isEmpty()
-                                ? QStringLiteral("demo-driver: wrote %1/out.sfi and %1/window.png")
-                                      .arg(g_request.outputFolder)
-                                : QStringLiteral("demo-driver: ") + fault)
+    QTextStream(stdout) << (fault.isEmpty() ? QStringLiteral("demo-driver: wrote its files to ") +
+                                                  g_request.outputFolder
+                                            : QStringLiteral("demo-driver: ") + fault)
                         << '\n';
     QApplication::exit(fault.isEmpty() ? 0 : 1);
 }
@@ -68,7 +68,9 @@ void drive()
         QApplication::setPalette(darkPalette());
         qApp->setStyleSheet(qApp->styleSheet());  // the sheet took its colours from the old palette
     }
-    finish(demo::SfiDemo(*window, g_request).run());
+    finish(g_request.script.isEmpty()
+               ? demo::SfiDemo(*window, g_request).run()
+               : demo::HelpPictures(*window, g_request.outputFolder).run(g_request.script));
 }
 
 /// Runs while the application object is made: the first thing its event loop does is to drive.
@@ -82,7 +84,9 @@ void schedule()
 int main(int argc, char **argv)
 {
     QCommandLineParser parser;
-    parser.addOptions({{QStringLiteral("dark"), QStringLiteral("show a dark desktop theme")}});
+    parser.addOptions({{QStringLiteral("dark"), QStringLiteral("show a dark desktop theme")},
+                       {QStringLiteral("pictures"), QStringLiteral("take the steps of a file"),
+                        QStringLiteral("script")}});
     parser.addPositionalArgument(QStringLiteral("data"), QStringLiteral("folder with the inputs"));
     parser.addPositionalArgument(QStringLiteral("out"), QStringLiteral("folder for the results"));
     QStringList arguments;
@@ -90,11 +94,13 @@ int main(int argc, char **argv)
         arguments.append(QString::fromLocal8Bit(argv[i]));
     }
     if (!parser.parse(arguments) || parser.positionalArguments().size() != 2) {
-        QTextStream(stderr) << "usage: demo-driver [--dark] DATA-FOLDER OUT-FOLDER\n";
+        QTextStream(stderr)
+            << "usage: demo-driver [--dark] [--pictures SCRIPT] DATA-FOLDER OUT-FOLDER\n";
         return 3;
     }
     g_request.dataFolder = QDir(parser.positionalArguments().at(0)).absolutePath();
     g_request.outputFolder = QDir(parser.positionalArguments().at(1)).absolutePath();
+    g_request.script = parser.value(QStringLiteral("pictures"));
     g_request.isDark = parser.isSet(QStringLiteral("dark"));
     if (!QDir().mkpath(g_request.outputFolder)) {
         QTextStream(stderr) << "demo-driver: can't make " << g_request.outputFolder << '\n';

@@ -113,9 +113,10 @@ void RowForm::addGenerate(const QString &caption)
     m_generate = buttons->button(QDialogButtonBox::Ok);
     m_generate->setText(caption);
     m_generate->setIcon(QIcon());
+    // Its name first: the program's style finds it by that, once.
+    nameWidget(m_generate, m_key + QStringLiteral("_generate_ok"), withoutMnemonic(caption));
     m_generate->setStyleSheet(QStringLiteral("height: 40px;width: 150px;"));
     m_generate->setEnabled(false);
-    nameWidget(m_generate, m_key + QStringLiteral("_generate_ok"), withoutMnemonic(caption));
     m_foot->layout()->addWidget(buttons);
     m_foot->show();
     orderFocus();

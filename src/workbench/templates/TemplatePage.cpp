@@ -171,6 +171,7 @@ QHBoxLayout *TemplatePage::makeFoot(QWidget *parent)
         input->setFocus(Qt::OtherFocusReason);
     });
     m_generate = new QPushButton(parent);
+    m_generate->setObjectName(m_key + QLatin1String("_generate_ok"));
     m_generate->setStyleSheet(QStringLiteral("height: 40px;width: 150px;"));
     connect(m_generate, &QPushButton::clicked, this, &TemplatePage::generatePressed);
     auto *const told = new QVBoxLayout;

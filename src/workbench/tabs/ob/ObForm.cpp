@@ -160,8 +160,8 @@ QWidget *ObForm::buildBottom()
     generate = buttons->button(QDialogButtonBox::Ok);
     generate->setText(tr("Generate OB"));
     generate->setIcon(QIcon());
-    generate->setStyleSheet(QStringLiteral("height: 40px;width: 150px;"));
     nameWidget(generate, QStringLiteral("ob_generate_ok"), generate->text());
+    generate->setStyleSheet(QStringLiteral("height: 40px;width: 150px;"));
     useInSfi = buttons->addButton(tr("Use in SFI"), QDialogButtonBox::ActionRole);
     nameWidget(useInSfi, QStringLiteral("ob_useInSfi_ok"), useInSfi->text());
     useInSfi->setStyleSheet(QStringLiteral("height: 40px;"));
