@@ -38,7 +38,8 @@ std::vector<std::vector<std::uint8_t>> fuzzSeeds()
             bytesOf("<Root a='1' b=\"&lt;\"><!-- c --><Name><![CDATA[<x>]]></Name><?p q?></Root>"),
             bytesOf("<!DOCTYPE a [<!ENTITY e \"x\">]><Root xmlns:x='u' x:schemaLocation='a b'/>"),
             bytesOf(std::string_view("\xFF\xFE<\0R\0o\0o\0t\0/\0>\0", 16)),
-            bytesOf("<?xml version='1.0' encoding='ISO-8859-1'?><Root><Name>\xE9</Name></Root>")};
+            bytesOf("<?xml version='1.0' encoding='ISO-8859-1'?><Root><Name>\xE9</Name></Root>"),
+            bytesOf("<?name?>\n<Root><Width>4</Width></Root>")};
 }
 
 // Qt's own: its schema classes lose a few objects of each document that they refuse.

@@ -40,6 +40,21 @@ private:
         return QStringView(m_text).mid(m_at).startsWith(QLatin1String(words));
     }
 
+    /// Whether a name stands there, up to white space or a "?".
+    [[nodiscard]] bool isNameAt(int at) const
+    {
+        const int from = at;
+        for (; at < m_text.size() && !m_text[at].isSpace() && m_text[at] != u'?'; ++at) {
+            const QChar sign = m_text[at];
+            const bool canStart = sign.isLetter() || sign == u'_' || sign == u':';
+            const bool canFollow = sign.isDigit() || sign.isMark() || sign == u'-' || sign == u'.';
+            if (!canStart && (at == from || !canFollow)) {
+                return false;
+            }
+        }
+        return at > from;
+    }
+
     [[nodiscard]] tl::unexpected<files::Error> refuse(ErrorCode code, const std::string &why) const
     {
         return fail(code, placeText(m_text, m_at) + ": " + why);
@@ -69,6 +84,10 @@ private:
             return refuse(ErrorCode::BadValue, "document types (DOCTYPE) are not allowed");
         }
         if (isAt("<?")) {
+            // Of Qt's parsers, one takes any sign for the name, and a schema would call that valid.
+            if (!isNameAt(m_at + 2)) {
+                return refuse(ErrorCode::BadValue, "a processing instruction has no name");
+            }
             return skipTo("?>", "a processing instruction");
         }
         if (isAt("</")) {

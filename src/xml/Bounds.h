@@ -30,8 +30,8 @@ Result<QByteArray> readBounded(const QString &path, const Limits &limits = {});
 
 /// One scan over the text, before any parser sees it. Refuses DOCTYPE and every other "<!" but
 /// comments and CDATA, the schema-instance namespace and schemaLocation attributes (they make a
-/// validator open files and addresses), and what is beyond the limits. Whether the text is well
-/// formed is the parser's business.
+/// validator open files and addresses), processing instructions without a name, and what is beyond
+/// the limits. Whether the text is well formed beyond that is the parsers' business.
 /// Encodings: UTF-8, US-ASCII, ISO-8859-1, and UTF-16 with a byte order mark.
 /// @return TooLarge beyond a limit, Truncated, or BadValue; line and column (from 1) in the text
 Result<void> checkBounds(const QByteArray &bytes, const Limits &limits = {});

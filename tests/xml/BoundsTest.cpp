@@ -85,6 +85,12 @@ INSTANTIATE_TEST_SUITE_P(
              "<a><!-- <!DOCTYPE <a x:schemaLocation='' --><![CDATA[<!DOCTYPE]]><?p <!x ?></a>",
              {}},
         Case{"AShortCommentClosesNothing", "<!--><!DOCTYPE a>", ErrorCode::Truncated, "comment"},
+        Case{"InstructionWithoutAName",
+             QByteArray::fromHex("3c3f7d3f3e0a3c526f6f743e3c57696474683e343c2f57696474683e3c2f526f"
+                                 "6f743e"),
+             ErrorCode::BadValue, "line 1, column 1"},
+        Case{"NamesOfInstructions", "<a><?x-1.b:_ <?><?\xC3\xA9?></a>", {}},
+        Case{"InstructionWithADigitFirst", "<?1?><a/>", ErrorCode::BadValue, "no name"},
         Case{"OpenTag", "<a b='", ErrorCode::Truncated, "start tag"},
         Case{"TextWithoutATag", "plain", {}}),
     caseName);
