@@ -176,6 +176,10 @@ TEST(EcKey, SaysWhatStandsThereInstead)
         EXPECT_NE(key.error().text.find(tested.words), std::string::npos) << key.error().text;
     }
     EXPECT_TRUE(EcKey::readPrivate(viewOf(locked), "secret"));
+    const QByteArray longest(1024, 'x');  // as much as the library has room for
+    EXPECT_TRUE(crypto::KeyPair::readPrivate(viewOf(written(p256, true, longest.constData())),
+                                             viewOf(longest)));
+    EXPECT_FALSE(crypto::KeyPair::readPrivate(viewOf(locked), viewOf(longest + 'x')));
     EXPECT_FALSE(EcKey::readPublic(viewOf(written(p384, false))));
 }
 

@@ -68,6 +68,10 @@ TEST_F(Parser, StateTellsWhatTheFileLacks)
         EXPECT_EQ(parse(text).CheckDataState(), state) << text;
         EXPECT_EQ(m_parser->failure().empty(), state == DomParser::Good) << text;
         EXPECT_EQ(m_parser->GetDevice(0), nullptr);
+        QDomDocument other;
+        other.setContent(QStringLiteral("<Peripheral><name>Flash</name></Peripheral>"));
+        EXPECT_EQ(m_parser->GetStoragePeriph(other.documentElement()).name,
+                  state == DomParser::Good ? "Flash" : "");
     }
     EXPECT_EQ(DomParser("/no/such/file").CheckDataState(), DomParser::Unchecked);
 }
