@@ -62,8 +62,8 @@ def expect(holds, what):
         raise SystemExit(1)
 
 
-def use_window(root, home):
-    """Opens the installed window, closes it with the keyboard, looks where it left its settings."""
+def use_window(root, home, language, keys):
+    """Opens the installed window, closes it with the letters of its menu, looks where it left its settings."""
     screen = subprocess.Popen(["Xvfb", DISPLAY, "-screen", "0", "1600x1000x24", "-nolisten", "tcp"],
                               stderr=subprocess.DEVNULL)
     try:
@@ -71,15 +71,15 @@ def use_window(root, home):
         window = subprocess.Popen(
             ["/usr/sbin/chroot", root.path, "setpriv", f"--reuid={USER}", f"--regid={USER}", "--clear-groups",
              "/usr/bin/sealed-package-builder"],
-            env={"PATH": "/usr/bin:/bin", "HOME": home, "DISPLAY": DISPLAY, "LC_ALL": "C.UTF-8"},
+            env={"PATH": "/usr/bin:/bin", "HOME": home, "DISPLAY": DISPLAY, "LANG": language},
             stderr=subprocess.PIPE, text=True)
         time.sleep(4)
-        expect(window.poll() is None, "the installed window is open")
+        expect(window.poll() is None, f"the installed window is open ({language})")
         tool = {**os.environ, "DISPLAY": DISPLAY}
         found = subprocess.run(["xdotool", "search", "--onlyvisible", "--name", "Sealed Package Builder"],
                                env=tool, capture_output=True, text=True, check=True).stdout.split()
         subprocess.run(["xdotool", "windowfocus", found[0]], env=tool, check=True)
-        subprocess.run(["xdotool", "key", "--delay", "300", "alt+f", "x"], env=tool, check=True)
+        subprocess.run(["xdotool", "key", "--delay", "300", *keys], env=tool, check=True)
         expect(window.wait(timeout=20) == 0, "it is closed with the keyboard and ends with status 0")
     finally:
         screen.terminate()
@@ -131,7 +131,8 @@ def main():
         for tool in ("imgtool", "PSA_ADAC"):
             root.run(f"/usr/libexec/sealed-package-builder/Utilities/Linux/{tool}", "--version", user=USER,
                      HOME=home)
-        use_window(root, home)
+        use_window(root, home, "C.UTF-8", ("alt+f", "x"))
+        use_window(root, home, "de_DE.UTF-8", ("alt+d", "b"))
         make_and_open(root, home, driver)
         root.run("dpkg", "--purge", "sealed-package-builder")
         remains = {name for name in root.files() - before if not name.startswith("home/")
