@@ -740,6 +740,10 @@ kommt ohne Frage an die nächste freie Adresse</translation>
         <translation>Dateigröße</translation>
     </message>
     <message>
+        <source>Find on this page</source>
+        <translation>Auf dieser Seite suchen</translation>
+    </message>
+    <message>
         <source>Firm&amp;ware identifier</source>
         <translation>Firm&amp;ware-Kennung</translation>
     </message>
@@ -1158,6 +1162,10 @@ csv-Datei</translation>
     <message>
         <source>None of the bits %1</source>
         <translation>Keines der Bits %1</translation>
+    </message>
+    <message>
+        <source>Not on this page</source>
+        <translation>Steht nicht auf dieser Seite</translation>
     </message>
     <message>
         <source>Not signed</source>

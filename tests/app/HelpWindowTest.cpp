@@ -5,6 +5,8 @@
 #include "workbench/frame/TabRegistry.h"
 
 #include <QFileInfo>
+#include <QLabel>
+#include <QLineEdit>
 #include <QPushButton>
 #include <QRegularExpression>
 #include <QTabWidget>
@@ -73,6 +75,32 @@ TEST(Help, DocumentsOfTheMenuAreFoundOffline)
     EXPECT_EQ(shownPage(*window), "programming.html");
     window->OpenDoc();
     EXPECT_EQ(shownPage(*window), "index.html");
+}
+
+// The page of all messages is long: whoever has one in front of him must find it.
+TEST(Help, FindsATextOnThePage)
+{
+    QWidget window;
+    ASSERT_TRUE(app::showHelp(&window, QStringLiteral("messages")));
+    auto *text = window.findChild<QTextBrowser *>();
+    auto *edit = window.findChild<QLineEdit *>("help_find_edit");
+    const auto *none = window.findChild<QLabel *>("help_find_label");
+    QApplication::setActiveWindow(text->window());
+    QTest::keyClick(text, Qt::Key_F, Qt::ControlModifier);
+    ASSERT_TRUE(edit->hasFocus());
+    QTest::keyClicks(edit, "choose the file again");
+    const int first = text->textCursor().position();
+    EXPECT_EQ(text->textCursor().selectedText(), "choose the file again");
+    QTest::keyClick(edit, Qt::Key_Return);
+    EXPECT_GT(text->textCursor().position(), first);
+    edit->setText("Its index is 0");
+    QTest::keyClick(edit, Qt::Key_Return);  // the only place: round again
+    EXPECT_EQ(text->textCursor().selectedText(), "Its index is 0");
+    EXPECT_EQ(none->text(), "");
+    edit->setText("no such words");
+    EXPECT_EQ(none->text(), "Not on this page");
+    app::showHelp(&window, QStringLiteral("sfi"));
+    EXPECT_EQ(edit->text() + none->text(), "");
 }
 
 }  // namespace
