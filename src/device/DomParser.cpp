@@ -23,7 +23,6 @@ xml::Limits deviceFileLimits()
 {
     xml::Limits limits;
     limits.bytes = std::size_t{8} << 20;
-    limits.elements = 500'000;
     return limits;
 }
 

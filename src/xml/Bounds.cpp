@@ -71,8 +71,25 @@ private:
         return {};
     }
 
+    Result<void> count(std::size_t nodes)
+    {
+        m_nodes += nodes;
+        if (m_nodes > m_limits.nodes) {
+            return refuse(ErrorCode::TooLarge, "more than " + std::to_string(m_limits.nodes) +
+                                                   " elements and attributes");
+        }
+        return {};
+    }
+
     Result<void> oneTag()
     {
+        if (isAt("</")) {
+            m_depth -= m_depth > 0 ? 1 : 0;
+            return skipTo(">", "an end tag");
+        }
+        if (auto counted = count(1); !counted) {
+            return counted;
+        }
         if (isAt("<!--")) {
             m_at += 4;  // "<!-->" closes nothing
             return skipTo("-->", "a comment");
@@ -90,10 +107,6 @@ private:
             }
             return skipTo("?>", "a processing instruction");
         }
-        if (isAt("</")) {
-            m_depth -= m_depth > 0 ? 1 : 0;
-            return skipTo(">", "an end tag");
-        }
         return startTag();
     }
 
@@ -104,7 +117,7 @@ private:
     const Limits &m_limits;
     int m_at = 0;
     std::size_t m_depth = 0;
-    std::size_t m_elements = 0;
+    std::size_t m_nodes = 0;
 };
 
 QStringView lastWord(QStringView words)
@@ -170,9 +183,8 @@ Result<void> Scan::startTag()
                                   " characters");
     }
     const bool isEmptyElement = tag[at - 1] == u'/';
-    if (++m_elements > m_limits.elements) {
-        return refuse(ErrorCode::TooLarge,
-                      "more than " + std::to_string(m_limits.elements) + " elements");
+    if (auto counted = count(attributes); !counted) {
+        return counted;
     }
     if (m_depth >= m_limits.depth) {
         return refuse(ErrorCode::TooLarge,

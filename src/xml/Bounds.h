@@ -19,7 +19,8 @@ struct Limits {
     std::size_t depth = 64;                    ///< elements open at once
     std::size_t startTag = 4096;               ///< UTF-16 units from '<' to '>' of one start tag
     std::size_t attributes = 64;               ///< of one start tag
-    std::size_t elements = 100'000;            ///< start tags in all
+    /// Start tags, attributes, comments and the like in all: a tree takes half a KiB for each.
+    std::size_t nodes = 50'000;
 };
 
 /// Reads an XML file whole and looks it over with checkBounds. Never blocks on a FIFO or a device.
