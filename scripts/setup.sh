@@ -1,6 +1,6 @@
 #!/usr/bin/env bash
 # Installs what is missing through apt. Idempotent: when all is there, apt isn't called.
-# Usage: setup.sh [run|test|bench|package|pictures]
+# Usage: setup.sh [run|test|bench|package|pictures|coverage]
 set -euo pipefail
 
 purpose=${1:-run}
@@ -15,6 +15,7 @@ case $purpose in
     bench) packages+=(libbenchmark-dev srecord binutils-arm-none-eabi gcc-arm-none-eabi elfutils llvm python3) ;;
     pictures) packages+=(imagemagick pngquant openssl softhsm2) ;;
     package) packages+=(lintian debootstrap dpkg-dev xdotool file desktop-file-utils appstream python3) ;;
+    coverage) packages+=(libgtest-dev libgmock-dev openssl softhsm2 python3 gcovr) ;;
     *) echo "setup.sh: unknown purpose '$purpose'" >&2; exit 3 ;;
 esac
 
