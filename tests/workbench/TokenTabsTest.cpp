@@ -258,6 +258,31 @@ TEST_F(TokenTabs, StopWhereABatchFailsOrIsCancelled)
     EXPECT_EQ(firmwares("lic"), QStringList{"3|FW-3|VDR32H5|4"});
 }
 
+TEST_F(TokenTabs, TellOnceThatTheTokenWasRemovedInTheMiddle)
+{
+    program(TokenFixture::open(), 3, 5);
+    auto &lic = open<LicTab>("lic");
+    fill(lic, {"a.pem", "b.pem"});
+    press(*lic.form(), "pin", "read");
+    ASSERT_EQ(firmwares("lic"), QStringList{"3|FW-3|VDR32H5|5"});
+    faults().before = [wraps = 0, isGone = false](const std::string &call) mutable {
+        isGone = isGone || (call == "C_WrapKey" && ++wraps == 2);
+        return isGone ? CK_RV{CKR_DEVICE_REMOVED} : CK_RV{CKR_OK};
+    };
+    MessageLog log;
+    DialogAnswers answers{QMessageBox::Ok};
+    lic.form()->generateButton()->click();
+    faults() = {};
+    EXPECT_TRUE(log.all().empty()) << log.all().front();
+    ASSERT_EQ(answers.texts().size(), 1);
+    const QString told = answers.texts().front();
+    EXPECT_TRUE(told.startsWith("Error|Failure to create b.lic\n")) << told.toStdString();
+    EXPECT_TRUE(told.contains("was counted and can't be given back")) << told.toStdString();
+    EXPECT_TRUE(told.endsWith("1 of 2 licences were made.")) << told.toStdString();
+    EXPECT_EQ(firmwares("lic"), QStringList()) << "what isn't known any more isn't shown";
+    EXPECT_FALSE(QFile::exists(folder.path("b.lic")));
+}
+
 TEST_F(TokenTabs, RefuseChipKeysThatWouldMeetOrAreNone)
 {
     auto &lic = open<LicTab>("lic");

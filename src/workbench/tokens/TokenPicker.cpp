@@ -221,9 +221,11 @@ QList<MissingInput> TokenPicker::missing() const
     if (m_form->choice(token_row::kToken)->currentIndex() <= kNoToken) {
         rows.append({token_row::kToken, true});
     }
-    const auto token = info();
-    if (m_form->text(token_row::kPin).isEmpty() && !(token && token->hasPinPad)) {
-        rows.append({token_row::kPin, true});
+    // The token is only asked where it matters: this runs at each key that is typed.
+    if (m_form->text(token_row::kPin).isEmpty()) {
+        if (const auto token = info(); !token || !token->hasPinPad) {
+            rows.append({token_row::kPin, true});
+        }
     }
     return rows;
 }

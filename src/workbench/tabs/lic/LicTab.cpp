@@ -277,8 +277,11 @@ void LicTab::make(const crypto::TokenSession &session, const std::vector<Licence
         });
     }
     showResult(jobs, *stock, result);
-    if (auto now = TokenPicker::read(session)) {
+    // A token that was removed ends the batch, which tells it: once is enough.
+    if (auto now = crypto::readStocks(session)) {
         m_token->show(m_picker->info().value_or(session.info()), std::move(*now));
+    } else {
+        m_token->clear();
     }
     tell(jobs, result);
 }
