@@ -177,8 +177,10 @@ bool PrepGenCertifDA::sign(const QString &description)
 
 bool PrepGenCertifDA::toBase64(const QString &out)
 {
+    // A name that begins with "-" would be taken for an option.
+    const QString path = out.startsWith(QLatin1Char('-')) ? QStringLiteral("./") + out : out;
     const auto outcome = run({QStringLiteral("chain"), QStringLiteral("-o"),
-                              out + QStringLiteral(".b64"), out + QStringLiteral(".cert")});
+                              path + QStringLiteral(".b64"), path + QStringLiteral(".cert")});
     if (!hasEnded(outcome)) {
         return refuse(L"Fail chain \n");
     }

@@ -137,6 +137,15 @@ TEST_F(CertificateRequest, RootHasNoChainFile)
     EXPECT_TRUE(contentOf(PrepGenCertifDA::descriptionPath()).startsWith("name: " + out.toUtf8()));
 }
 
+TEST_F(CertificateRequest, ANameThatBeginsWithAMinusIsNoOption)
+{
+    tool("case $1 in sign) echo 'Writing certificate file x';;\n"
+         "chain) echo \"$3 $4\" > \"$HOME/arguments\";; esac\n");
+    out = "-o";
+    EXPECT_TRUE(generate());
+    EXPECT_EQ(contentOf(folder() + "/arguments"), "./-o.b64 ./-o.cert\n");
+}
+
 TEST_F(CertificateRequest, BelowTheRootEachTextIsDecodedAlone)
 {
     tool(kGoodTool);

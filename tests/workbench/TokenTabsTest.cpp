@@ -186,6 +186,20 @@ TEST_F(TokenTabs, AskBeforeAFirmwareIsReplaced)
     EXPECT_EQ(firmwares("hsm"), QStringList{"4|FW-3|VDR32H5|9"});
 }
 
+TEST_F(TokenTabs, ShowWhatIsThereAfterAProgrammingThatFails)
+{
+    auto &hsm = open<HsmTab>("hsm");
+    program(TokenFixture::open(), 3, 5);
+    fill(hsm, "FW-3", 4, 9);
+    failAt("C_DestroyObject", 1, CKR_FUNCTION_FAILED);
+    MessageLog log;
+    DialogAnswers answers{QMessageBox::Yes};
+    hsm.form()->generateButton()->click();
+    ASSERT_EQ(log.all().size(), 1U);
+    EXPECT_TRUE(log.all()[0].text.contains("can't be removed")) << log.all()[0];
+    EXPECT_EQ(firmwares("hsm"), (QStringList{"3|FW-3|VDR32H5|5", "4|FW-3|VDR32H5|9"}));
+}
+
 TEST_F(TokenTabs, EmptyARefusedPinAndKeepNone)
 {
     auto &hsm = open<HsmTab>("hsm");

@@ -285,6 +285,14 @@ bool HsmTab::program(const crypto::TokenSession &session, const crypto::StockReq
             return progress.step(tr("Programming the token, please wait ..."), done, of);
         });
     progress.finish();
+    if (!made) {
+        // What was to go may have stayed; and a token that was removed is told once.
+        if (auto now = crypto::readStocks(session)) {
+            m_pane->show(m_picker->info().value_or(session.info()), std::move(*now));
+        } else {
+            m_pane->clear();
+        }
+    }
     if (!made && !progress.isCancelled()) {
         tellTokenError(made.error());
     }
