@@ -320,6 +320,9 @@ TEST_F(TokenTabs, RefuseChipKeysThatWouldMeetOrAreNone)
     EXPECT_TRUE(fault({"a.pem", "other/a.pem"}).contains("both be called a.lic"));
     EXPECT_TRUE(fault({"c.pem", "c.lic"}).contains("c.lic"));
     EXPECT_TRUE(fault({"junk.pem"}).startsWith("junk.pem: "));
+    folder.file("a.lic", std::string_view("old"));
+    QFile::link(folder.path("a.lic"), folder.path("b.lic"));
+    EXPECT_TRUE(fault({"a.pem", "b.pem"}).contains("both be called b.lic"));
     MessageLog log;
     lic.addChips({folder.path("junk.pem"), folder.path("a.pem"), folder.path("a.pem")});
     EXPECT_EQ(log.all().size(), 1U);
