@@ -387,7 +387,11 @@ class Costly : public ::testing::TestWithParam<Shape>
 /// At most a second and 8 MiB for each MiB, and 64 MiB in all.
 TEST_P(Costly, StaysWithinItsBounds)
 {
+#if defined(__SANITIZE_ADDRESS__)
+    constexpr std::size_t kSize = std::size_t{1} << 17;  // each allocation costs twenty times more
+#else
     constexpr std::size_t kSize = std::size_t{1} << 20;
+#endif
     const ScratchFolder folder;
     const Bytes bytes = GetParam().make(kSize);
     const QString path = folder.file(QString("a") + GetParam().ending, bytes);
