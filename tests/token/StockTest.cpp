@@ -2,6 +2,7 @@
 #include "support/TokenFixture.h"
 
 #include "crypto/primitives/Digests.h"
+#include "crypto/token/StockObjects.h"
 
 #include <p11-kit/pkcs11.h>
 
@@ -148,6 +149,27 @@ TEST_F(Stock, ThatWasCutShortIsSweptByTheNext)
     EXPECT_TRUE(readStocks(session)->empty());
     program(session, 1, 9);
     EXPECT_EQ(objects(), 7);
+}
+
+// Its label is a front without a part: nothing that the program wrote.
+TEST_F(Stock, SweepsNoKeyThatOnlyAStrangeObjectPointsTo)
+{
+    const auto session = open();
+    const SetId set = {1, 2, 3, 4, 5, 6, 7, 8};
+    const std::string label = frontOf(set);
+    Attributes strange = dataTemplate(label, kNonce);
+    ASSERT_TRUE(createObject(session.state(), strange, "data"));
+    const Bytes value(16, 0x4B);
+    Attributes key;
+    key.add(CKA_CLASS, CK_ULONG{CKO_SECRET_KEY})
+        .add(CKA_KEY_TYPE, CK_ULONG{CKK_AES})
+        .add(CKA_TOKEN, true)
+        .add(CKA_ID, ByteView(set))
+        .add(CKA_VALUE, ByteView(value));
+    ASSERT_TRUE(createObject(session.state(), key, "key"));
+    program(session, 1, 9);
+    EXPECT_NE(keyOf(session.state(), set, CKO_SECRET_KEY).value(), CK_INVALID_HANDLE);
+    EXPECT_EQ(objects(), 9);
 }
 
 TEST_F(Stock, CountsDownToNothing)

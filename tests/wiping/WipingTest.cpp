@@ -4,9 +4,9 @@
 #include "crypto/primitives/Digests.h"
 #include "crypto/service/Crypto.h"
 #include "files/base/KeyFile.h"
+#include "obk/SystemTools.h"
 #include "preparation/SfiRequestBuilder.h"
 #include "preparation/sealing/ImageKeys.h"
-#include "process/RunTool.h"
 #include "report/DisplayMng.h"
 #include "support/FakeTool.h"
 #include "support/FreedBlocks.h"
@@ -16,6 +16,8 @@
 
 #include <openssl/ec.h>
 #include <openssl/pem.h>
+
+#include <QCoreApplication>
 
 namespace
 {
@@ -90,18 +92,21 @@ TEST(Wiping, RandomKeysLeaveNothing)
 // QProcess copies what it reads twice and wipes neither; more must not be left.
 TEST(Wiping, WhatAToolPrintsLeavesQtsCopiesAlone)
 {
-    const ScratchFolder folder;
     const QByteArray secret = kKey.toHex();
-    FakeTool tool(folder.path("tool"));
-    tool.setOrders({"print " + QString::fromLatin1(secret)});
-    const QString path = tool.path();
-    const FreedBlocks freed;
-    {
-        auto outcome = process::runTool(path, {});
-        ASSERT_TRUE(outcome.output.startsWith(secret));
-        files::wipe(outcome.output);
+    FakeTool tool(QCoreApplication::applicationDirPath() + "/Utilities/Linux/imgtool");
+    for (const int status : {0, 1}) {
+        tool.setOrders({"print " + QString::fromLatin1(secret), QString("exit %1").arg(status)});
+        const FreedBlocks freed;
+        {
+            auto output = obk::systemTools().runImageTool({});
+            ASSERT_EQ(output.has_value(), status == 0);
+            if (output) {
+                ASSERT_TRUE(output->startsWith(secret));
+                files::wipe(*output);
+            }
+        }
+        EXPECT_LE(FreedBlocks::holding(viewOf(secret)), 2U) << "exit " << status;
     }
-    EXPECT_LE(FreedBlocks::holding(viewOf(secret)), 2U);
 }
 
 class CurveKey : public ::testing::Test
