@@ -269,11 +269,12 @@ TEST_F(Templates, TheMemoryTableLeavesOutWhatIsReservedOrSwitchedOff)
     const std::string off = "<Dependency>B,0</Dependency>";
     std::string body = "<Bool><Name>B</Name><Width>1</Width><Default>1</Default><True>1</True>"
                        "<False>0</False></Bool>" +
-                       pair("Slot", "0x2000", "0x1000") + pair("Slot", "0x1000", "0x1000", "19");
+                       pair("Slot", "0x2000", "0x2000") + pair("Slot", "0x1000", "0x1000", "19");
     ASSERT_TRUE(open(body, kFlash));
     ASSERT_EQ(obkey.flashSlots.all.size(), 2u);
     EXPECT_EQ(obkey.flashSlots.all[0].name, "A19");
     EXPECT_EQ(obkey.flashSlots.all[0].start, QString("0x8001000"));
+    EXPECT_EQ(obkey.flashSlots.all[1].size, QString("0x2000")) << "not that of slot 19";
     ASSERT_TRUE(open(replaced(body, "start#1</Slot>", "start#1</Slot>" + off), kFlash));
     EXPECT_EQ(obkey.flashSlots.all.size(), 1u);
     ASSERT_TRUE(open(replaced(body, "size#19</Slot>", "size#19</Slot><Reserved/>"), kFlash));

@@ -172,6 +172,21 @@ TEST_F(Stock, SweepsNoKeyThatOnlyAStrangeObjectPointsTo)
     EXPECT_EQ(objects(), 9);
 }
 
+TEST_F(Stock, CountsNothingThatIsNoCounter)
+{
+    const auto session = open();
+    const TokenSession::State &state = session.state();
+    const SetId set = program(session, 1, 9).setId;
+    const std::string label = frontOf(set) + kCounterPart;
+    const auto counter = dataOf(state, set, kCounterPart).value().at(0);
+    ASSERT_EQ(state.module->C_DestroyObject(state.handle, counter), CKR_OK);
+    for (const Bytes &value : {Bytes{1, 0, 0}, Bytes{1, 0, 0, 0, 0}, Bytes(4, 0xFF)}) {
+        Attributes strange = dataTemplate(label, value);
+        ASSERT_TRUE(createObject(state, strange, "counter"));
+        EXPECT_EQ(readStocks(session)->at(0).fault, "missing: counter") << value.size();
+    }
+}
+
 TEST_F(Stock, CountsDownToNothing)
 {
     const auto session = open();
