@@ -33,7 +33,8 @@ struct ModuleElf {
 };
 
 /// Lays it out: head, one program header, sections; then symbols, of which every section has a
-/// local one ("l_" and its name) and a global one ("g_").
+/// local one ("l_" and its name) and a global one ("g_"). Behind them stands what isn't theirs, but
+/// would keep the name of the module's local one if it were.
 inline Bytes elfOf(const ModuleElf &plan)
 {
     const auto word = [](std::size_t value) {
@@ -56,6 +57,7 @@ inline Bytes elfOf(const ModuleElf &plan)
     Bytes table = Bytes(40);
     Bytes locals = Bytes(16);
     Bytes globals;
+    Bytes behind = Bytes(4);
     std::uint16_t number = 0;
     for (const auto &[name, bytes] : plan.sections) {
         const std::size_t at = plan.address + body.size();
@@ -63,6 +65,7 @@ inline Bytes elfOf(const ModuleElf &plan)
                 word(kFront + body.size()) + word(bytes.size()) + Bytes(8) + word(1) + Bytes(4);
         body = body + bytes;
         ++number;
+        behind = name == ".module" ? word(names.size()) : behind;
         locals = locals + symbolBytes(static_cast<std::uint32_t>(add(names, "l_" + name)),
                                       static_cast<std::uint32_t>(at), 1, 0x01, number);
         globals = globals + symbolBytes(static_cast<std::uint32_t>(add(names, "g_" + name)),
@@ -75,16 +78,16 @@ inline Bytes elfOf(const ModuleElf &plan)
     table = table + word(symbolName) + word(2) + Bytes(8) + word(symbolsAt) +
             word(symbolTable.size()) + word(number + 2U) + word(locals.size() / 16) + word(4) +
             word(16);
-    table = table + word(stringName) + word(3) + Bytes(8) + word(symbolsAt + symbolTable.size()) +
-            word(names.size()) + Bytes(8) + word(1) + Bytes(4);
+    const std::size_t namesAt = symbolsAt + symbolTable.size() + behind.size();
+    table = table + word(stringName) + word(3) + Bytes(8) + word(namesAt) + word(names.size()) +
+            Bytes(8) + word(1) + Bytes(4);
     const std::size_t start = plan.loadsHead ? 0 : kFront;
     const Bytes head = Bytes{0x7F, 'E', 'L', 'F', 1, 1, 1, 0, 0, 0, 0, 0, 0, 0, 0, 0} + half(2) +
                        half(40) + word(1) + word(plan.address) + word(52) +
-                       word(symbolsAt + symbolTable.size() + names.size()) + word(0x5000000) +
-                       half(52) + half(32) + half(1) + half(40) + half(number + 3U) +
-                       half(number + 2U);
+                       word(namesAt + names.size()) + word(0x5000000) + half(52) + half(32) +
+                       half(1) + half(40) + half(number + 3U) + half(number + 2U);
     const Bytes load = word(1) + word(start) + word(plan.address + start - kFront) +
                        word(plan.address + start - kFront) + word(symbolsAt - start) +
                        word(symbolsAt - start) + word(5) + word(1);
-    return head + load + body + symbolTable + names + table;
+    return head + load + body + symbolTable + behind + names + table;
 }
