@@ -69,9 +69,11 @@ TEST_F(Parser, StateTellsWhatTheFileLacks)
         EXPECT_EQ(m_parser->failure().empty(), state == DomParser::Good) << text;
         EXPECT_EQ(m_parser->GetDevice(0), nullptr);
         QDomDocument other;
-        other.setContent(QStringLiteral("<Peripheral><name>Flash</name></Peripheral>"));
-        EXPECT_EQ(m_parser->GetStoragePeriph(other.documentElement()).name,
-                  state == DomParser::Good ? "Flash" : "");
+        other.setContent(QStringLiteral("<Peripheral><name>Flash</name>"
+                                        "<flashsize address=\"0x10\"/></Peripheral>"));
+        const auto found = m_parser->GetStoragePeriph(other.documentElement());
+        EXPECT_EQ(found.name, state == DomParser::Good ? "Flash" : "");
+        EXPECT_EQ(found.flashSizeAddress == 0x10, state == DomParser::Good);
     }
     EXPECT_EQ(DomParser("/no/such/file").CheckDataState(), DomParser::Unchecked);
 }

@@ -195,6 +195,12 @@ INSTANTIATE_TEST_SUITE_P(
             "R@20000000+10 C@0+4 "},
         Cut{"TokenRoomTooSmall", 169, 4, [](auto &r) { r.firmware(0, Bytes(140)); },
             "Error: A RAM size of 169 bytes is too small, at least 170 are needed"},
+        Cut{"KeyAreaThatFitsExactly", 100, 0,
+            [](auto &r) {
+                r.keyArea.segments = {r.segment(0, Bytes(70))};
+                r.keyArea.segmentCount = 1;
+            },
+            "K@0+46 C@0+4 "},
         Cut{"KeyAreaCantBeCut", 100, 0,
             [](auto &r) {
                 r.keyArea.segments = {r.segment(0, Bytes(71))};
