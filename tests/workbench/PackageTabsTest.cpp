@@ -37,7 +37,7 @@ protected:
 TEST_F(SmiTabTest, MakesTheModuleAndTheClearFile)
 {
     EXPECT_EQ(sections()->count(), 3);
-    EXPECT_EQ(cells("elfInfo_table"), (QStringList{"a.elf", "Executable", "ARM", "628 B"}));
+    EXPECT_EQ(cells("elfInfo_table"), (QStringList{"a.elf", "Executable", "ARM", "632 B"}));
     EXPECT_EQ(cells("elfInfo_segments")[4].section('|', 1, 2), "symbols|SYMTAB");
     EXPECT_FALSE(widget<QTableWidget>("elfInfo_segments")->item(4, 1)->toolTip().isEmpty());
     EXPECT_EQ(note(), "");
