@@ -246,19 +246,24 @@ Result<CurveNumbers> numbersOf(Curve curve)
     const SecretNumber b(BN_new());
     const SecretNumber x(BN_new());
     const SecretNumber y(BN_new());
-    if (!group || EC_GROUP_get_curve(group.get(), p.get(), a.get(), b.get(), nullptr) != 1 ||
+    // The library takes a null for a number that isn't wanted.
+    if (!group || !p || !a || !b || !x || !y ||
+        EC_GROUP_get_curve(group.get(), p.get(), a.get(), b.get(), nullptr) != 1 ||
         EC_POINT_get_affine_coordinates(group.get(), EC_GROUP_get0_generator(group.get()), x.get(),
                                         y.get(), nullptr) != 1) {
         return libraryFailure("the curve's numbers");
     }
-    const auto bytesOf = [](const BIGNUM *number) {
+    bool isWhole = true;
+    const auto bytesOf = [&isWhole](const BIGNUM *number) {
         std::vector<std::uint8_t> bytes(kScalarBytes);
-        BN_bn2binpad(number, bytes.data(), kScalarBytes);
+        isWhole &= BN_bn2binpad(number, bytes.data(), kScalarBytes) == kScalarBytes;
         return bytes;
     };
-    return CurveNumbers{bytesOf(p.get()), bytesOf(a.get()),
-                        bytesOf(b.get()), bytesOf(x.get()),
-                        bytesOf(y.get()), bytesOf(EC_GROUP_get0_order(group.get()))};
+    CurveNumbers numbers{bytesOf(p.get()), bytesOf(a.get()),
+                         bytesOf(b.get()), bytesOf(x.get()),
+                         bytesOf(y.get()), bytesOf(EC_GROUP_get0_order(group.get()))};
+    return isWhole ? Result<CurveNumbers>(std::move(numbers))
+                   : libraryFailure("the curve's numbers");
 }
 
 }  // namespace crypto

@@ -244,11 +244,14 @@ Result<std::string> KeyPair::publicPem() const
 
 Result<std::vector<std::uint8_t>> KeyPair::publicDer() const
 {
-    return encoded("writing a public key",
-                   [this](BIO *out) { return i2d_PUBKEY_bio(out, m_key.get()); })
-        .map([](const SecretBytes &der) {
-            return std::vector<std::uint8_t>(der.span().begin(), der.span().end());
-        });
+    // Not through a BIO: that writer ignores its encoder's failure and gives out unset memory.
+    unsigned char *encoded = nullptr;
+    const int size = i2d_PUBKEY(m_key.get(), &encoded);
+    const Buffer der(encoded);
+    if (size <= 0) {
+        return libraryFailure("writing a public key");
+    }
+    return std::vector<std::uint8_t>(der.get(), der.get() + size);
 }
 
 PublicKey KeyPair::publicHalf() const
