@@ -1,4 +1,4 @@
-#include "machine/ScarceMemory.h"
+#include "support/ScarceMemory.h"
 
 #include <cstdlib>
 #include <new>
@@ -7,16 +7,17 @@
 namespace
 {
 
-constexpr std::size_t kSmallest = 4096;
+constexpr std::size_t kSmallestThrown = 4096;
 
 bool g_isCounting = false;
 std::size_t g_count = 0;
 std::size_t g_first = 0;
 bool g_forEver = false;
+std::size_t g_smallest = 0;
 
-bool mayHave(std::size_t size)
+bool mayHave(std::size_t size, std::size_t smallest = g_smallest)
 {
-    if (!g_isCounting || size < kSmallest) {
+    if (!g_isCounting || size < smallest) {
         return true;
     }
     ++g_count;
@@ -25,11 +26,12 @@ bool mayHave(std::size_t size)
 
 }  // namespace
 
-ScarceMemory::ScarceMemory(std::size_t first, bool forEver)
+ScarceMemory::ScarceMemory(std::size_t first, bool forEver, std::size_t smallest)
 {
     g_count = 0;
     g_first = first;
     g_forEver = forEver;
+    g_smallest = smallest;
     g_isCounting = true;
 }
 
@@ -84,12 +86,12 @@ void *__wrap_aligned_alloc(std::size_t alignment, std::size_t size)
 
 void *__wrap__Znwm(std::size_t size)
 {
-    return mayHave(size) ? __real__Znwm(size) : throw std::bad_alloc();
+    return mayHave(size, kSmallestThrown) ? __real__Znwm(size) : throw std::bad_alloc();
 }
 
 void *__wrap__Znam(std::size_t size)
 {
-    return mayHave(size) ? __real__Znam(size) : throw std::bad_alloc();
+    return mayHave(size, kSmallestThrown) ? __real__Znam(size) : throw std::bad_alloc();
 }
 
 void *__wrap__ZnwmRKSt9nothrow_t(std::size_t size, const std::nothrow_t &tag)
