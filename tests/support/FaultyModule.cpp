@@ -1,6 +1,7 @@
 // A PKCS#11 module that hands every call to SoftHSM, but for those that a test wants to fail.
 #include "support/FaultyModule.h"
 
+#include <algorithm>
 #include <dlfcn.h>
 #include <p11-kit/pkcs11.h>
 #include <vector>
@@ -28,36 +29,26 @@ unsigned long faultOf(const char *call)
     return before ? before(call) : CKR_OK;
 }
 
-// Plain functions, as the list holds no others.
-template <auto Member, typename... Arguments>
-CK_RV pass(const char *name, Arguments... arguments)
-{
-    const unsigned long fault = faultOf(name);
-    return fault != CKR_OK ? fault : (softHsm()->*Member)(arguments...);
-}
+template <std::size_t kSize>
+struct Name {
+    // NOLINTNEXTLINE(google-explicit-constructor): stands for a literal
+    constexpr Name(const char (&literal)[kSize]) { std::copy_n(literal, kSize, text); }
+    char text[kSize];
+};
 
-CK_RV createObject(CK_SESSION_HANDLE s, CK_ATTRIBUTE *a, CK_ULONG n, CK_OBJECT_HANDLE *o)
-{
-    return pass<&CK_FUNCTION_LIST::C_CreateObject>("C_CreateObject", s, a, n, o);
-}
-CK_RV destroyObject(CK_SESSION_HANDLE s, CK_OBJECT_HANDLE o)
-{
-    return pass<&CK_FUNCTION_LIST::C_DestroyObject>("C_DestroyObject", s, o);
-}
-CK_RV findObjectsInit(CK_SESSION_HANDLE s, CK_ATTRIBUTE *a, CK_ULONG n)
-{
-    return pass<&CK_FUNCTION_LIST::C_FindObjectsInit>("C_FindObjectsInit", s, a, n);
-}
-CK_RV generatePair(CK_SESSION_HANDLE s, CK_MECHANISM *m, CK_ATTRIBUTE *a, CK_ULONG n,
-                   CK_ATTRIBUTE *b, CK_ULONG k, CK_OBJECT_HANDLE *o, CK_OBJECT_HANDLE *p)
-{
-    return pass<&CK_FUNCTION_LIST::C_GenerateKeyPair>("C_GenerateKeyPair", s, m, a, n, b, k, o, p);
-}
-CK_RV wrapKey(CK_SESSION_HANDLE s, CK_MECHANISM *m, CK_OBJECT_HANDLE w, CK_OBJECT_HANDLE k,
-              CK_BYTE *b, CK_ULONG *n)
-{
-    return pass<&CK_FUNCTION_LIST::C_WrapKey>("C_WrapKey", s, m, w, k, b, n);
-}
+/// A plain function, as the list holds no others, that fails when a test wants it.
+template <auto kMember, Name kName>
+struct Faulty;
+
+template <typename... Arguments, CK_RV (*CK_FUNCTION_LIST::*kMember)(Arguments...), Name kName>
+struct Faulty<kMember, kName> {
+    static CK_RV run(Arguments... arguments)
+    {
+        const unsigned long fault = faultOf(kName.text);
+        return fault != CKR_OK ? fault : (softHsm()->*kMember)(arguments...);
+    }
+};
+
 /// What SoftHSM lacks: ECDH with X9.63's KDF over SHA-256, one block of it, out of what it has.
 CK_RV deriveWithKdf(CK_SESSION_HANDLE s, const CK_ECDH1_DERIVE_PARAMS &asked, CK_OBJECT_HANDLE key,
                     std::vector<CK_ATTRIBUTE> wanted, CK_OBJECT_HANDLE *out)
@@ -94,7 +85,7 @@ CK_RV deriveKey(CK_SESSION_HANDLE s, CK_MECHANISM *m, CK_OBJECT_HANDLE k, CK_ATT
     const auto &asked = *static_cast<const CK_ECDH1_DERIVE_PARAMS *>(m->pParameter);
     return tokenFaults()->knowsKdf && asked.kdf == CKD_SHA256_KDF
                ? deriveWithKdf(s, asked, k, {a, a + n}, o)
-               : pass<&CK_FUNCTION_LIST::C_DeriveKey>("C_DeriveKey", s, m, k, a, n, o);
+               : Faulty<&CK_FUNCTION_LIST::C_DeriveKey, "C_DeriveKey">::run(s, m, k, a, n, o);
 }
 CK_RV sign(CK_SESSION_HANDLE s, CK_BYTE *d, CK_ULONG n, CK_BYTE *b, CK_ULONG *k)
 {
@@ -105,7 +96,7 @@ CK_RV sign(CK_SESSION_HANDLE s, CK_BYTE *d, CK_ULONG n, CK_BYTE *b, CK_ULONG *k)
 }
 CK_RV tokenInfo(CK_SLOT_ID slot, CK_TOKEN_INFO *info)
 {
-    const CK_RV code = pass<&CK_FUNCTION_LIST::C_GetTokenInfo>("C_GetTokenInfo", slot, info);
+    const CK_RV code = Faulty<&CK_FUNCTION_LIST::C_GetTokenInfo, "C_GetTokenInfo">::run(slot, info);
     if (code == CKR_OK) {
         info->flags |= tokenFaults()->tokenFlags;
     }
@@ -129,12 +120,21 @@ CK_RV C_GetFunctionList(CK_FUNCTION_LIST **out)
         return CKR_GENERAL_ERROR;
     }
     list = *softHsm();
-    list.C_CreateObject = createObject;
-    list.C_DestroyObject = destroyObject;
-    list.C_FindObjectsInit = findObjectsInit;
-    list.C_GenerateKeyPair = generatePair;
+#define FAULTY(call) list.call = &Faulty<&CK_FUNCTION_LIST::call, #call>::run
+    FAULTY(C_GetSlotList);
+    FAULTY(C_GetMechanismList);
+    FAULTY(C_OpenSession);
+    FAULTY(C_Login);
+    FAULTY(C_FindObjectsInit);
+    FAULTY(C_FindObjects);
+    FAULTY(C_GetAttributeValue);
+    FAULTY(C_CreateObject);
+    FAULTY(C_DestroyObject);
+    FAULTY(C_GenerateKeyPair);
+    FAULTY(C_WrapKey);
+    FAULTY(C_SignInit);
+#undef FAULTY
     list.C_DeriveKey = deriveKey;
-    list.C_WrapKey = wrapKey;
     list.C_Sign = sign;
     list.C_GetTokenInfo = tokenInfo;
     *out = &list;
