@@ -78,6 +78,60 @@ TEST_F(Parser, StateTellsWhatTheFileLacks)
     EXPECT_EQ(DomParser("/no/such/file").CheckDataState(), DomParser::Unchecked);
 }
 
+TEST_F(Parser, ReadsNothingFromAFileInAnotherState)
+{
+    QDomDocument good;
+    ASSERT_TRUE(good.setContent(QByteArray::fromStdString(file(
+        deviceXml(optionBytes(bank(
+                      reg("R", bitXml("B", 1, 2, "<Values><Val value=\"1\">v</Val></Values>")))) +
+                      periph("Flash", "Storage",
+                             "<Configuration><Bank><Field><Parameters size=\"8\" address=\"8\" "
+                             "occurence=\"2\"/></Field></Bank></Configuration>"),
+                  "<Configurations><Interface name=\"I\"><Configuration number=\"1\">"
+                  "<ReadRegister address=\"1\"/></Configuration></Interface></Configurations>")))));
+    const auto node = [&good](const char *tag, int at = 0) {
+        const QDomNode found = good.elementsByTagName(tag).at(at);
+        EXPECT_FALSE(found.isNull()) << tag;
+        return found;
+    };
+    DomParser &bad = parse("<other/><!-- c -->");
+    ASSERT_EQ(bad.CheckDataState(), DomParser::WrongRoot);
+    EXPECT_EQ(bad.GetDevice(0x7A1), nullptr);
+    EXPECT_TRUE(bad.GetDeviceNode(0x7A1).isNull());
+    EXPECT_EQ(bad.GetGenInformations(node("Device")).deviceID, 0);
+    EXPECT_EQ(bad.GetTzInformations(node("Device")).TzWidth, 0);
+    const auto both = bad.GetPeriphs(node("peripherals"));
+    EXPECT_TRUE(both.config.empty() && both.storage.empty());
+    EXPECT_TRUE(bad.GetConfigurations(node("Configurations")).records[0].name.empty());
+    EXPECT_TRUE(bad.GetInterface(node("Interface")).configurations.empty());
+    EXPECT_EQ(bad.GetConfiguration(node("Configuration", 1)).number, 0);
+    EXPECT_EQ(bad.GetConfigCondition(node("Configuration", 1)).readAddress, 0U);
+    ConfigCondition condition;
+    bad.GetConfigWCondition(node("ReadRegister"), condition);
+    bad.GetConfigRCondition(node("ReadRegister"), condition);
+    EXPECT_EQ(condition.readAddress + condition.writeAddress, 0U);
+    EXPECT_TRUE(bad.GetConfigPeriph(node("Peripheral")).banks.empty());
+    EXPECT_TRUE(bad.GetConfigconfiguration(node("Configuration")).banks.empty());
+    EXPECT_TRUE(bad.GetConfigBank(node("Bank")).categories.empty());
+    EXPECT_TRUE(bad.GetConfigCategory(node("Category")).sectors.empty());
+    EXPECT_TRUE(bad.GetConfigSector(node("Field")).bits.empty());
+    EXPECT_TRUE(bad.GetConfigAssignedBits(node("AssignedBits")).empty());
+    EXPECT_TRUE(bad.GetConfigBit(node("Bit")).empty());
+    EXPECT_TRUE(bad.GetConfigVal(node("Val")).text.empty());
+    EXPECT_EQ(bad.GetConfigEqu(node("Val")).multiplier, 1U);
+    EXPECT_TRUE(bad.GetStoragePeriph(node("Peripheral", 1)).configurations.empty());
+    EXPECT_TRUE(bad.GetStorageConfig(node("Configuration")).banks.empty());
+    EXPECT_TRUE(bad.GetStorageBank(node("Bank", 1)).sectors.empty());
+    EXPECT_TRUE(bad.GetStorageSector(node("Field", 1)).empty());
+    EXPECT_TRUE(bad.get_txt(node("Name")).empty());
+    std::string name;
+    unsigned size = 7;
+    unsigned address = 7;
+    unsigned occurence = 7;
+    bad.GetParmList(node("Parameters"), name, size, address, &occurence);
+    EXPECT_EQ(size + address + occurence, 21U);
+}
+
 TEST_F(Parser, SearchRespectsCaseAndTakesTheFirstIdentifier)
 {
     const std::string root =

@@ -128,6 +128,39 @@ TEST(BootVerifier, RefusesWhatAnotherKeyMadeOrNothingProtects)
     EXPECT_EQ(check({&own, &key("ecdsa-p256")}), "checked");
 }
 
+// What the trailer keeps for each of two keys is room that the firmware doesn't have, in whole
+// steps of the alignment.
+TEST(BootBuilder, TrailerHasRoomForTheKeysItKeeps)
+{
+    const struct {
+        const char *recipient;  ///< none: an AES key wraps
+        std::size_t imageKeyBytes, room;
+    } cases[] = {{"x25519", 16, 80},
+                 {"ecdsa-p256", 16, 113},
+                 {"rsa-2048", 16, 256},
+                 {"", 16, 24},
+                 {"", 32, 40}};
+    const auto most = [](BootRequest request) {
+        std::size_t size = 2048;
+        while (size > 0 && !buildBootImage(request, Bytes(size, 1))) {
+            --size;
+        }
+        return size;
+    };
+    for (const auto &[recipient, imageKeyBytes, room] : cases) {
+        BootRequest request = smallRequest();
+        request.slot.align = request.slot.maxAlign = 8;
+        const Bytes wrapKey(imageKeyBytes, 7);
+        const auto half = key(*recipient == '\0' ? "x25519" : recipient).publicHalf();
+        request.recipient = *recipient == '\0' ? nullptr : &half;
+        request.wrapKey = *recipient == '\0' ? crypto::ByteView(wrapKey) : crypto::ByteView();
+        request.imageKeyBytes = imageKeyBytes;
+        const std::size_t plain = most(request);
+        request.keepWrappedKeys = true;
+        EXPECT_EQ(plain - most(request), 2 * ((room + 7) / 8 * 8 - imageKeyBytes)) << recipient;
+    }
+}
+
 TEST(BootBuilder, RefusesWhatWouldNotBoot)
 {
     const struct {
@@ -162,6 +195,14 @@ TEST(BootBuilder, RefusesWhatWouldNotBoot)
         {"one type twice",
          [](auto &r) {
              r.ownValues = {{0xA0, {1}}, {0xA0, {2}}};
+         }},
+        {"more firmware than the slot", [](auto &) {}, Bytes(2049)},
+        {"maximal alignment of 4", [](auto &r) { r.slot.maxAlign = 4; }},
+        {"key of nobody", [](auto &r) { r.wholePublicKey = true; }},
+        {"clear, and for nobody", [](auto &r) { r.clear = true; }},
+        {"empty value",
+         [](auto &r) {
+             r.ownValues = {{0xA0, {}}};
          }},
         {"boot record of nobody", [](auto &r) { r.bootRecord = "SPE"; }},
         {"role of 13 characters",

@@ -11,6 +11,7 @@
 #include "preparation/ImageOpener.h"
 #include "preparation/SfiRequestBuilder.h"
 #include "report/DisplayMng.h"
+#include "support/FullDisk.h"
 #include "support/MessageLog.h"
 #include "support/ScarceMemory.h"
 #include "support/ScratchFolder.h"
@@ -230,6 +231,27 @@ TEST_P(Memory, MayFailAnywhere)
             const bool isTold = std::any_of(messages.begin(), messages.end(),
                                             [](const Message &one) { return one.level == 5; });
             EXPECT_TRUE(outcome.empty() ? isTold : outcome == whole) << "allocation " << at;
+        }
+    }
+}
+
+// One file stays empty, in the next the first bytes fit.
+TEST(FullDisk, LeavesAllOrNothingOfEachWriter)
+{
+    for (const auto &[name, writer] : writers()) {
+        for (const rlim_t room : {0, 20}) {
+            const ScratchFolder folder;
+            folder.file("key.pem", kRootKey);
+            const QString out = folder.file("out", std::string("old"));
+            MessageLog log;
+            const QByteArray home = qgetenv("HOME");
+            qputenv("HOME", QFile::encodeName(folder.path("")));
+            {
+                const FullDisk disk(room);
+                EXPECT_TRUE(name == "nonce" || !writer(folder.path(""))) << name;
+            }
+            qputenv("HOME", home);
+            EXPECT_EQ(ScratchFolder::contents(out), "old") << name;
         }
     }
 }

@@ -189,6 +189,16 @@ TEST_F(ImageTemplate, LogLinesAreAppendedForTheOwnerAlone)
     ASSERT_TRUE(QFile::link(m_folder.file("other", std::string_view("x")), path + "2"));
     EXPECT_FALSE(obk::appendImageLog(path + "2", now, "", ""));
     EXPECT_EQ(ScratchFolder::contents(m_folder.path("other")), "x");
+    const std::pair<process::Ending, const char *> endings[] = {
+        {process::Ending::NotStarted, "not started: why"},
+        {process::Ending::Crashed, "crashed"},
+        {process::Ending::TimedOut, "timed out"},
+        {process::Ending::Cancelled, "cancelled"}};
+    outcome.reason = "why";
+    for (const auto &[ending, text] : endings) {
+        outcome.ending = ending;
+        EXPECT_EQ(obk::endingText(outcome), text);
+    }
 }
 
 TEST_F(ImageTemplate, ShippedOnesMakeImagesThatPassTheCheck)

@@ -361,6 +361,16 @@ TEST_F(Packages, RefusalsNameTheInputAndGiveNothing)
          "Error: The firmware ends above the address 0xFFFFFFFF"},
         {[&] { return !sfu({1}, 0, 256).isEmpty(); },
          "Error: The image version is 256, it must be between 0 and 255"},
+        {[&] {
+             FileData two;
+             Bytes byte = {1};
+             two.segments = {{0, 1, byte.data()}, {9, 1, byte.data()}};
+             two.segmentCount = 2;
+             return !preparation.SFUPreparation(&two, kKey, kNonce, 1).isEmpty();
+         },
+         "Error: The firmware has 2 segments, it must have one"},
+        {[&] { return preparation.signECDSA(nullptr, nullptr, true, nullptr); },
+         "Error: There is no image to sign, or not for a raw signature"},
         {[&] { return !ssp(QByteArray(151, 'x'), shortHash).isEmpty(); },
          "Error: The OEM key file has 31 bytes, a public key has 178 and a root key table hash 32"},
         {[&] { return !ssp(QByteArray(152, 'x'), noKey).isEmpty(); },
