@@ -110,7 +110,25 @@ INSTANTIATE_TEST_SUITE_P(
                 [] {
                     return Chain{root(), leaf([](auto &c) { c.socClass = 6; })};
                 },
-                "The SoC class differs from the one above"}),
+                "The SoC class differs from the one above"},
+        Useless{
+            "OtherDevice",
+            [] {
+                const auto bound = [](std::uint8_t id) {
+                    return [id](Certificate &c) { c.socId[3] = id; };
+                };
+                return Chain{certificate(Role::Root, kRootKey, kRootKey, bound(1)), leaf(bound(2))};
+            },
+            "The SoC identifier differs from the one above"},
+        Useless{
+            "OtherConstraint",
+            [] {
+                const auto bound = [](std::uint16_t constraint) {
+                    return [constraint](Certificate &c) { c.oemConstraint = constraint; };
+                };
+                return Chain{certificate(Role::Root, kRootKey, kRootKey, bound(1)), leaf(bound(2))};
+            },
+            "The OEM constraint differs from the one above"}),
     [](const auto &row) { return row.param.name; });
 
 TEST(Chain, RightsOnlyEverShrink)

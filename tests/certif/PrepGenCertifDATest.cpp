@@ -1,6 +1,7 @@
 #include "certif/PrepGenCertifDA.h"
 
 #include "certif/Chain.h"
+#include "certif/Keys.h"
 #include "support/MessageLog.h"
 #include "support/ScratchFolder.h"
 
@@ -9,6 +10,9 @@
 #include <QFileInfo>
 
 #include <gtest/gtest.h>
+
+#include <openssl/ec.h>
+#include <openssl/pem.h>
 
 namespace
 {
@@ -155,6 +159,39 @@ TEST_F(CertificateRequest, BelowTheRootEachTextIsDecodedAlone)
     EXPECT_TRUE(generate());
     EXPECT_EQ(contentOf(out + "_chain.b64"), QByteArray("ABCABC").toBase64());
     EXPECT_EQ(texts(), QStringList{" LEAF certificate was successfully chained"});
+}
+
+TEST_F(CertificateRequest, StopsBeforeTheToolWithoutADescriptionAndWhenCancelled)
+{
+    tool(kGoodTool);
+    QString fallback = out;
+    QString none;
+    PrepGenCertifDA request;
+    request.tool = toolPath;
+    EXPECT_FALSE(request.generatecertifDA(none, fallback, role, upper));
+    EXPECT_EQ(none, out);
+    ASSERT_EQ(texts().size(), 1);
+    EXPECT_TRUE(texts()[0].endsWith("ConfigGenCertifDA.yml \" is missing!"));
+    ASSERT_TRUE(generate());
+    QFile::remove(out + ".b64");
+    request.watch.isCancelled = [] { return true; };
+    EXPECT_FALSE(request.generatecertifDA(out, fallback, role, upper));
+    EXPECT_FALSE(QFile::exists(out + ".b64"));
+}
+
+TEST_F(CertificateRequest, AKeyOnAnotherCurveIsNamedWithItsCurve)
+{
+    const crypto::EvpKey key(EVP_EC_gen("brainpoolP256t1"));
+    const crypto::Bio memory(BIO_new(BIO_s_mem()));
+    PEM_write_bio_PrivateKey(memory.get(), key.get(), nullptr, nullptr, 0, nullptr, nullptr);
+    QByteArray pem(static_cast<int>(BIO_pending(memory.get())), '\0');
+    BIO_read(memory.get(), pem.data(), pem.size());
+    write(out, pem);
+    for (const auto &read : {certif::readIssuerKey(out), certif::readSubjectKey(out)}) {
+        ASSERT_FALSE(read);
+        EXPECT_NE(read.error().text.find("brainpoolP256t1"), std::string::npos)
+            << read.error().text;
+    }
 }
 
 struct Failing {

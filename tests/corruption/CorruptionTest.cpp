@@ -2,7 +2,8 @@
 // scripts/corruption.sh does; else a sample.
 #include "corruption/Harness.h"
 
-#include "preparation/listing/PackageReport.h"
+#include "preparation/SealedPackages.h"
+#include "preparation/listing/PackageKinds.h"
 
 #include <gtest/gtest.h>
 
@@ -45,6 +46,22 @@ INSTANTIATE_TEST_SUITE_P(
                       Room{"Packages", &packageSeeds}, Room{"Certificates", &certificateSeeds},
                       Room{"Tables", &tableSeeds}, Room{"Documents", &documentSeeds}),
     [](const auto &room) { return room.param.name; });
+
+TEST(PackageReport, OfAGoodPackageIsOfItsKindAndAuthenticUnderItsKeyAlone)
+{
+    const Bytes wrong(16, 8);
+    for (const SealedPackage &package : sealedPackages()) {
+        const auto kind = preparation::kindOf(package.file);
+        ASSERT_TRUE(kind) << package.name;
+        const bool onBrainpool = package.name.find("brainpool") != std::string::npos;
+        for (const bool isRight : {true, false}) {
+            const auto report = preparation::openPackage(
+                *kind, package.file, package.body,
+                {isRight ? packageKey() : wrong, &packageSigner(onBrainpool == isRight)});
+            EXPECT_EQ(report && report->isAuthentic(), isRight) << package.name;
+        }
+    }
+}
 
 TEST(PackageReport, LettersThatSteerATerminalAreQuestionMarks)
 {

@@ -17,6 +17,7 @@ namespace
 using crypto::ByteView;
 using crypto::Curve;
 using crypto::EcKey;
+using crypto::KeyPair;
 
 std::string hexOf(ByteView bytes)
 {
@@ -181,6 +182,26 @@ TEST(EcKey, SaysWhatStandsThereInstead)
                                              viewOf(longest)));
     EXPECT_FALSE(crypto::KeyPair::readPrivate(viewOf(locked), viewOf(longest + 'x')));
     EXPECT_FALSE(EcKey::readPublic(viewOf(written(p384, false))));
+}
+
+TEST(KeyPair, DoesOnlyWhatItsKindDoes)
+{
+    EXPECT_FALSE(KeyPair::make("ecdsa-p521"));
+    const crypto::Digest digest{1};
+    const std::uint8_t secret[] = {1, 2};
+    for (const auto type : KeyPair::types()) {
+        const auto pair = KeyPair::make(type).value();
+        const auto half = pair.publicHalf();
+        const bool isRsa = type.starts_with("rsa");
+        const bool agrees = type == "x25519";
+        EXPECT_EQ(half.encrypt(secret).has_value(), isRsa) << type;
+        EXPECT_EQ(half.verify(digest, std::vector<std::uint8_t>(64)).value(), false) << type;
+        EXPECT_EQ(half.raw().has_value(), agrees || type == "ecdsa-p256") << type;
+        EXPECT_EQ(pair.rawPrivate().has_value(), !isRsa && type != "ecdsa-p384") << type;
+        EXPECT_FALSE(agrees && pair.signDigest(digest)) << type;
+        EXPECT_FALSE(pair.decrypt(std::vector<std::uint8_t>(256, 1))) << type;
+        EXPECT_FALSE(isRsa && pair.agree(half)) << type;
+    }
 }
 
 TEST(KeyPair, ASmallNumberOfAWiderCurveIsNoRawKey)

@@ -8,6 +8,7 @@
 #include "support/HexLines.h"
 #include "support/LinkedElf.h"
 
+#include <QDir>
 #include <QFileInfo>
 #include <QProcess>
 
@@ -329,6 +330,23 @@ TEST_F(PostProcessing, WhatAnAdditionWouldLoseIsRefused)
     }
 }
 
+TEST_F(PostProcessing, OnAFullDiskTheOldFileStays)
+{
+    const Bytes elf = linkedFirmware().bytes();
+    const std::string hex = hexOf(kFlash, patternBytes(64)) + kHexEnd;
+    const QString elfPath = folder.file("a.elf", elf);
+    const QString hexPath = folder.file("a.hex", hex);
+    {
+        const FullDisk disk(40);
+        EXPECT_FALSE(AddSegToElf(elfPath, QByteArray("1234"), 0x08002000, "New", 0));
+        EXPECT_FALSE(crc(elfPath, kFlash, kFlash + 0x10000, 0x200));
+        EXPECT_FALSE(crc(hexPath, kFlash, kFlash + 0x1000, 0x100));
+    }
+    EXPECT_EQ(read(elfPath), elf);
+    EXPECT_EQ(ScratchFolder::contents(hexPath), hex);
+    EXPECT_EQ(QDir(folder.path("")).entryList(QDir::Files).size(), 2);
+}
+
 TEST_F(PostProcessing, MalformedElfIsNotOpened)
 {
     const Bytes good = linkedFirmware().bytes();
@@ -441,6 +459,11 @@ TEST_F(Merge, RefusalsLeaveTheApplicationAsItWas)
     // The last of its segments has the address of the user's data in RAM.
     LinkedElf late = secureBoot();
     late.segments[1].physical = 0x20000000;
+    LinkedElf many = secureBoot();
+    many.segments.clear();
+    for (std::uint32_t i = 0; i < 513; ++i) {
+        many.segments.push_back({0, 1, 0x10000000 + 0x10000 * i});
+    }
     struct Case {
         QString user, header, secure;
         QString message;
@@ -455,6 +478,9 @@ TEST_F(Merge, RefusalsLeaveTheApplicationAsItWas)
         {user, header, folder.file("late.elf", late.bytes()),
          "Adding \"SBUPD1\" would lose bytes of the segment 5 at 0x20000000, the ELF file stays as "
          "it was"},
+        {user, header, folder.file("many.elf", many.bytes()),
+         folder.path("many.elf") + " has more than 512 segments"},
+        {user, folder.file("empty.bin", Bytes()), secure, "The file empty.bin is empty"},
         {user, folder.path("none.bin"), secure,
          "The file none.bin does not exist, please check the file's path"}};
     for (const Case &c : cases) {

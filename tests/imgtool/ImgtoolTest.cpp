@@ -10,7 +10,9 @@
 
 #include <openssl/evp.h>
 #include <openssl/x509.h>
+#include <pty.h>
 #include <sys/stat.h>
+#include <sys/wait.h>
 
 namespace
 {
@@ -77,6 +79,51 @@ TEST_F(Imgtool, MakesEveryTypeAndPrintsWhatTheLibraryReads)
         EXPECT_EQ(status, isShort ? 0 : 1);
         EXPECT_EQ(isShort, minimal.endsWith(bytesOf(raw)) && bytesOf(raw).size() == 32);
     }
+}
+
+TEST_F(Imgtool, AsksForAPassPhraseAtATerminalTwice)
+{
+    const QByteArray program =
+        QFile::encodeName(QCoreApplication::applicationDirPath() + "/Utilities/Linux/imgtool");
+    const std::pair<const char *, bool> cases[] = {{"phrase\nphrase\n", true},
+                                                   {"phrase\nphrases\n", false}};
+    for (const auto &[typed, isTaken] : cases) {
+        const QString name = isTaken ? "good" : "bad";
+        const QByteArray key = QFile::encodeName(folder.path(name));
+        const QByteArray open = key + "_pub";
+        int terminal = -1;
+        const pid_t child = ::forkpty(&terminal, nullptr, nullptr, nullptr);
+        if (child == 0) {
+            ::execl(program.constData(), program.constData(), "keygen", "-t", "ed25519", "-k",
+                    key.constData(), "-e", open.constData(), "-p", nullptr);
+            ::_exit(127);
+        }
+        // It forgets what was typed ahead, so each line waits for its question.
+        std::string shown;
+        char letter = 0;
+        const char *next = typed;
+        while (::read(terminal, &letter, 1) == 1) {
+            shown += letter;
+            if (shown.ends_with(": ") && *next != '\0') {
+                const char *const end = std::strchr(next, '\n') + 1;
+                ASSERT_EQ(::write(terminal, next, static_cast<std::size_t>(end - next)),
+                          end - next);
+                next = end;
+            }
+        }
+        int ended = 0;
+        ::waitpid(child, &ended, 0);
+        ::close(terminal);
+        EXPECT_EQ(ended == 0, isTaken) << shown;
+        EXPECT_EQ(shown.find("phrase\r"), std::string::npos) << "what is typed isn't shown";
+        EXPECT_EQ(QFileInfo::exists(folder.path(name)), isTaken);
+    }
+    const std::string pem = contents("good");
+    const auto bytesOfText = [](const std::string &text) {
+        return crypto::ByteView(reinterpret_cast<const std::uint8_t *>(text.data()), text.size());
+    };
+    EXPECT_TRUE(crypto::KeyPair::isLocked(bytesOfText(pem)));
+    EXPECT_TRUE(crypto::KeyPair::readPrivate(bytesOfText(pem), bytesOfText("phrase")));
 }
 
 TEST_F(Imgtool, NeverOverwritesAKey)

@@ -43,6 +43,30 @@ TEST_F(Sink, LevelsDecideThePrefix)
                            "10|Warning: at 0000001F", "11|Error: at 0000001F", "99|at 0000001F"}));
 }
 
+TEST_F(Sink, ProgressIsToldUnlessItIsSwitchedOff)
+{
+    int started = 0;
+    int told = 0;
+    sink.initProgressBarCallback = [&started] { ++started; };
+    sink.loadBarCallback = [&told](int current, int total) { told += 10 * current + total; };
+    const auto tell = [this](bool off, int mode) {
+        sink.noProgress = off;
+        sink.progressMode = mode;
+        sink.InitProgressBar();
+        sink.loadBar(1, 2);
+    };
+    tell(false, 0);
+    EXPECT_EQ(std::pair(started, told), std::pair(1, 12));
+    tell(true, 0);
+    EXPECT_EQ(std::pair(started, told), std::pair(1, 12));
+    tell(true, 1);
+    EXPECT_EQ(std::pair(started, told), std::pair(1, 24));
+    sink.initProgressBarCallback = nullptr;
+    sink.loadBarCallback = nullptr;
+    tell(false, 0);
+    EXPECT_EQ(std::pair(started, told), std::pair(1, 24));
+}
+
 TEST_F(Sink, PlainLevelsRewriteAndDropPrefixesButForTen)
 {
     sink.plainLevels = true;

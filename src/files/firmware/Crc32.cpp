@@ -6,7 +6,7 @@
 namespace
 {
 
-constexpr std::array<std::uint32_t, 256> makeTable()
+consteval std::array<std::uint32_t, 256> makeTable()
 {
     constexpr std::uint32_t kPolynomial = 0xEDB88320;
     std::array<std::uint32_t, 256> table = {};

@@ -22,7 +22,7 @@ struct DecodedPairs {
 constexpr std::uint16_t kNoDigit = 0x100;
 
 /// The digit's value times `weight`; `kNoDigit` for all other characters.
-constexpr std::array<std::uint16_t, 256> digitTable(unsigned weight)
+consteval std::array<std::uint16_t, 256> digitTable(unsigned weight)
 {
     std::array<std::uint16_t, 256> table = {};
     for (std::uint16_t &entry : table) {

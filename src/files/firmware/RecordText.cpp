@@ -22,7 +22,7 @@ static_assert(kMostLine <= OutputBuffer::kMostRoom);
 
 using Pair = std::array<std::uint8_t, 2>;
 
-constexpr std::array<Pair, 256> pairTable(std::string_view digits)
+consteval std::array<Pair, 256> pairTable(std::string_view digits)
 {
     std::array<Pair, 256> table = {};
     for (std::size_t i = 0; i < table.size(); ++i) {
