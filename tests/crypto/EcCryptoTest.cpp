@@ -126,6 +126,43 @@ TEST_F(EcKeys, PairsGoToThreeFilesAndComeBackRaw)
     }
 }
 
+TEST_F(EcKeys, NothingIsMadeWithoutAKeyACurveOrAPlaceForIt)
+{
+    service.curveNID = 415;
+    const Chars file = bytesAt("a.pem");
+    const auto path = [&file] { return file; };
+    ASSERT_EQ(service.SavePrvKey(path(), p256Key()), 1);
+    messages();
+    unsigned char digest[32] = {};
+    const std::function<int()> calls[] = {
+        [&] { return service.ReadPrvKey(path(), nullptr, nullptr); },
+        [&] { return service.ReadPubKey(path(), nullptr); },
+        [&] { return service.ReadEncPrvKey(path(), nullptr, Chars("x"), nullptr); },
+        [&] { return service.SavePrvKey(Chars(bytesAt("b.pem")), nullptr); },
+        [&] { return service.SavePubKey(Chars(bytesAt("b.pem")), nullptr); },
+        [&] {
+            return service.SaveEncPrvKey(Chars(bytesAt("b.pem")), nullptr, Chars("x"), nullptr);
+        },
+        [&] { return service.SaveHashPubKey(nullptr, Chars(bytesAt("b.bin"))); },
+        [&] { return service.GetPubKeyDER(static_cast<EVP_PKEY *>(nullptr), &out, &outLen); },
+        [&] { return service.GetPrvKeyBin(path(), nullptr); },
+        [&] { return service.sign(digest, sizeof digest, &out, &outLen, nullptr); },
+        [&] { return service.sign(digest, sizeof digest, &out, &outLen, nullptr, false); },
+        [&] { return service.DisplayRSAKeyParams(nullptr); },
+        [&] {
+            service.curveNID = 7;
+            return service.GenerateKeys(Chars(bytesAt("b.pem")), Chars(bytesAt("c.pem")),
+                                        Chars(bytesAt("b.bin")), Chars("x"), CIHERTYPE_AES_128_CBC);
+        },
+    };
+    for (std::size_t i = 0; i < std::size(calls); ++i) {
+        EXPECT_LE(calls[i](), 0) << i;
+    }
+    EXPECT_EQ(entries(), QStringList{"a.pem"});
+    EXPECT_EQ(service.generateSspKey(Chars(bytesAt("ssp.bin"))), 0);
+    EXPECT_EQ(contents("ssp.bin").size(), 16);
+}
+
 TEST_F(EcKeys, AFailedHashFailsTheRequestAndLeavesThePemFiles)
 {
     service.curveNID = 415;

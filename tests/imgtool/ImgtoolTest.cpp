@@ -13,6 +13,7 @@
 #include <pty.h>
 #include <sys/stat.h>
 #include <sys/wait.h>
+#include <termios.h>
 
 namespace
 {
@@ -98,13 +99,17 @@ TEST_F(Imgtool, AsksForAPassPhraseAtATerminalTwice)
                     key.constData(), "-e", open.constData(), "-p", nullptr);
             ::_exit(127);
         }
-        // It forgets what was typed ahead, so each line waits for its question.
         std::string shown;
         char letter = 0;
         const char *next = typed;
         while (::read(terminal, &letter, 1) == 1) {
             shown += letter;
             if (shown.ends_with(": ") && *next != '\0') {
+                // It stops showing what is typed right behind its question.
+                termios mode = {};
+                do {
+                    ::tcgetattr(terminal, &mode);
+                } while ((mode.c_lflag & ECHO) != 0);
                 const char *const end = std::strchr(next, '\n') + 1;
                 ASSERT_EQ(::write(terminal, next, static_cast<std::size_t>(end - next)),
                           end - next);

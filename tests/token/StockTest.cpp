@@ -69,7 +69,7 @@ TEST_F(Stock, RefusesWhatCannotBeALicence)
     const auto session = open();
     const Bytes shortKey(15, 1);
     const StockRequest good{"A", 1, "", kKey, kNonce, 1};
-    std::vector<StockRequest> bad(8, good);
+    std::vector<StockRequest> bad(9, good);
     bad[0].identifier = "";
     bad[1].identifier = "sixteen bytes..!";
     bad[2].identifier = "a\nb";
@@ -78,6 +78,7 @@ TEST_F(Stock, RefusesWhatCannotBeALicence)
     bad[5].nonce = ByteView(kNonce).first(11);
     bad[6].licences = 0;
     bad[7].licences = kMostLicences + 1;
+    bad[8].device = "a device's name of 25 bytes";
     for (const StockRequest &request : bad) {
         const auto result = programStock(session, request, {}, {});
         ASSERT_FALSE(result);
