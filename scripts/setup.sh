@@ -15,7 +15,7 @@ case $purpose in
     bench) packages+=(libbenchmark-dev srecord binutils-arm-none-eabi gcc-arm-none-eabi elfutils llvm python3) ;;
     pictures) packages+=(imagemagick pngquant openssl softhsm2) ;;
     package) packages+=(lintian debootstrap dpkg-dev xdotool file desktop-file-utils appstream python3) ;;
-    coverage) packages+=(libgtest-dev libgmock-dev openssl softhsm2 python3 gcovr) ;;
+    coverage) packages+=(libgtest-dev libgmock-dev openssl softhsm2 python3 clang llvm) ;;
     *) echo "setup.sh: unknown purpose '$purpose'" >&2; exit 3 ;;
 esac
 
