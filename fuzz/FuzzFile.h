@@ -20,6 +20,27 @@ private:
     QString m_name;
 };
 
+/// A file in memory that has a path with a name of its own, for readers that open a path or look at
+/// the ending. Filled anew for each input.
+class FuzzPath
+{
+public:
+    /// @param name  of the link, in a folder of this process that is gone with it
+    explicit FuzzPath(const QString &name);
+
+    void fill(std::span<const std::uint8_t> bytes) const;
+    [[nodiscard]] int handle() const { return m_handle; }
+    [[nodiscard]] const QString &path() const { return m_path; }
+    [[nodiscard]] std::string text() const { return m_path.toStdString(); }
+
+private:
+    int m_handle;
+    QString m_path;
+};
+
+/// A path in the same folder.
+QString fuzzPath(const QString &name);
+
 /// Collects the levels of all reports while it lives.
 class FuzzReports
 {

@@ -3,15 +3,19 @@
 #include "FuzzSupport.h"
 
 #include "crypto/primitives/EcKey.h"
+#include "crypto/primitives/Handles.h"
 #include "crypto/primitives/KeyPair.h"
 #include "crypto/service/PemReader.h"
 #include "preparation/licence/ChipKey.h"
 
 #include <QByteArray>
 
+#include <openssl/pem.h>
+#include <openssl/pkcs12.h>
+
 #include <algorithm>
 #include <array>
-#include <optional>
+#include <numeric>
 #include <string_view>
 
 namespace
@@ -72,6 +76,72 @@ void checkCurveKey(const crypto::EcKey &key)
     require(crypto::PublicKey::read(viewOf(pem)).has_value());
 }
 
+files::SecretBytes copyOf(ByteView bytes)
+{
+    files::SecretBytes copy(bytes.size());
+    std::ranges::copy(bytes, copy.data());
+    return copy;
+}
+
+/// @param asksAll  all readers must agree; otherwise those whose answer follows aren't asked
+void checkPrivate(ByteView pem, bool asksAll)
+{
+    const auto pair = crypto::KeyPair::readPrivate(pem);
+    require(pair || !pair.error().text.empty());
+    if (crypto::KeyPair::isLocked(pem)) {
+        crypto::KeyPair::readPrivate(pem, viewOf(kPhrase));
+    }
+    if (pair) {
+        checkPair(*pair);
+    }
+    if (!pair && !asksAll) {
+        return;
+    }
+    const auto curveKey = crypto::EcKey::readPrivate(pem, nullptr);
+    require(pair || !curveKey);
+    if (curveKey) {
+        checkCurveKey(*curveKey);
+        require(curveKey->scalar().has_value());
+    }
+    require(pair.has_value() == (crypto::readPrivate(copyOf(pem), nullptr) != nullptr));
+}
+
+void checkPublic(ByteView pem, bool asksAll)
+{
+    const auto curveKey = crypto::EcKey::readPublic(pem);
+    if (curveKey) {
+        checkCurveKey(*curveKey);
+    }
+    if (!curveKey && !asksAll) {
+        return;
+    }
+    const auto key = crypto::PublicKey::read(pem);
+    require(key || !curveKey);
+    require((crypto::readPublic(copyOf(pem)) != nullptr) <= key.has_value());
+    const auto chip = preparation::readChipKey(pem);
+    require(pem.size() == 64 ||
+            chip.has_value() == (curveKey && curveKey->curve() == crypto::Curve::P256));
+    require(!chip || chip->curve() == crypto::Curve::P256);
+}
+
+/// As locked keys are written, but with one round, as thousands take milliseconds.
+std::string cheaplyLocked(const crypto::KeyPair &pair)
+{
+    const auto der = pair.privateDer(false).value();
+    const unsigned char *at = der.data();
+    PKCS8_PRIV_KEY_INFO *const open =
+        d2i_PKCS8_PRIV_KEY_INFO(nullptr, &at, static_cast<long>(der.size()));
+    X509_SIG *const locked = PKCS8_encrypt(-1, EVP_aes_256_cbc(), kPhrase.data(),
+                                           static_cast<int>(kPhrase.size()), nullptr, 0, 1, open);
+    const crypto::Bio out(BIO_new(BIO_s_mem()));
+    require(locked != nullptr && PEM_write_bio_PKCS8(out.get(), locked) == 1);
+    X509_SIG_free(locked);
+    PKCS8_PRIV_KEY_INFO_free(open);
+    std::string text(static_cast<std::size_t>(BIO_pending(out.get())), '\0');
+    BIO_read(out.get(), text.data(), static_cast<int>(text.size()));
+    return text;
+}
+
 }  // namespace
 
 std::vector<std::vector<std::uint8_t>> fuzzSeeds()
@@ -93,7 +163,7 @@ std::vector<std::vector<std::uint8_t>> fuzzSeeds()
         add(0, pair.privateDer(false)->span());
         add(1, pair.publicDer().value());
         add(-1, pair.privatePem()->span());
-        add(-1, pair.privatePem(viewOf(kPhrase))->span());
+        add(-1, viewOf(cheaplyLocked(pair)));
         add(-1, viewOf(pair.publicPem().value()));
     }
     return seeds;
@@ -103,30 +173,14 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t *data, std::size_t size
 {
     const std::string text = pemText(data, size);
     const ByteView pem = viewOf(text);
-    const bool isLocked = crypto::KeyPair::isLocked(pem);
-    const auto pair = crypto::KeyPair::readPrivate(pem);
-    require(pair || !pair.error().text.empty());
-    if (pair) {
-        checkPair(*pair);
+    // OpenSSL makes a new decoder for each reading, which takes half a millisecond here. So who
+    // finds no block of its kind is only asked for one input in sixteen; it has to refuse.
+    const bool asksAll = std::accumulate(data, data + size, 0U) % 16 == 0;
+    if (asksAll || text.find("PRIVATE KEY-----") != std::string::npos) {
+        checkPrivate(pem, asksAll);
     }
-    if (isLocked) {
-        crypto::KeyPair::readPrivate(pem, viewOf(kPhrase));
+    if (asksAll || text.find("PUBLIC KEY-----") != std::string::npos) {
+        checkPublic(pem, asksAll);
     }
-    const auto curvePublic = crypto::EcKey::readPublic(pem);
-    const auto curvePrivate = crypto::EcKey::readPrivate(pem, nullptr);
-    if (curvePublic) {
-        checkCurveKey(*curvePublic);
-        require(crypto::PublicKey::read(pem).has_value());
-    }
-    if (curvePrivate) {
-        checkCurveKey(*curvePrivate);
-        require(curvePrivate->scalar().has_value());
-    }
-    const auto chip = preparation::readChipKey(pem);
-    require(!chip || chip->curve() == crypto::Curve::P256);
-    files::SecretBytes copy(text.size());
-    std::ranges::copy(pem, copy.data());
-    crypto::readPublic(copy);
-    require(!pair || crypto::readPrivate(copy, nullptr));
     return 0;
 }

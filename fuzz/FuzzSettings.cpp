@@ -13,7 +13,8 @@ std::vector<std::vector<std::uint8_t>> fuzzSeeds()
          {"[Window]\nSize=@Size(800 600)\npath=/home/a\nSettings\\Pad=false\nSettings\\logLine=\n"
           "SFI\\list=a, \"b,c\", d\nSFI\\edit=\"x;\\x1f600\\n\"\n",
           "[General]\nsize=3\n[Window]\nsize=@Invalid()\nSettings\\Pad=@ByteArray(\\0a)\n",
-          "[Window]\nSSP\\v=@Variant(\\0\\0\\0\\x2\\0\\0\\0\\x1)\nA\\B\\C=1\n"}) {
+          "[Window]\nSSP\\v=@Variant(\\0\\0\\0\\x2\\0\\0\\0\\x1)\nA=1\n",
+          "[Window]\nA\\B\\C=1\n"}) {
         seeds.emplace_back(text.begin(), text.end());
     }
     return seeds;
@@ -24,13 +25,14 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t *data, std::size_t size
     static const ScratchFolder folder;
     const QString path = folder.file(QStringLiteral("Settings.ini"),
                                      std::string_view(reinterpret_cast<const char *>(data), size));
-    const auto state = app::readSettings(path);
-    require(state.has_value());
-    if (!app::writeSettings(path, *state)) {
+    const auto read = app::readSettings(path);
+    require(read || read.error().code == files::ErrorCode::BadValue);
+    const app::SavedState state = read.value_or(app::SavedState());
+    if (!app::writeSettings(path, state)) {
         return 0;
     }
     const auto again = app::readSettings(path);
-    require(again && again->window.paddingFF == state->window.paddingFF);
-    require(again->window.lastFolder == state->window.lastFolder);
+    require(again && again->window.paddingFF == state.window.paddingFF);
+    require(again->window.lastFolder == state.window.lastFolder);
     return 0;
 }

@@ -1,5 +1,6 @@
 #pragma once
 #include <cstdint>
+#include <cstdio>
 #include <cstdlib>
 #include <string>
 #include <vector>
@@ -10,9 +11,10 @@
 std::vector<std::vector<std::uint8_t>> fuzzSeeds();
 
 /// A broken claim is a crash, so that the fuzzer keeps the input.
-inline void require(bool claim)
+inline void require(bool claim, int line = __builtin_LINE())
 {
     if (!claim) {
+        std::fprintf(stderr, "the claim of line %d is broken\n", line);
         std::abort();
     }
 }

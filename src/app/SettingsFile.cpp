@@ -8,6 +8,8 @@
 #include <QTemporaryDir>
 
 #include <algorithm>
+#include <optional>
+#include <string_view>
 
 namespace app
 {
@@ -41,6 +43,98 @@ private:
     QTemporaryDir m_folder;
 };
 
+/// The number of an escape, which ends before what is no digit of its base. What doesn't fit into
+/// 16 bits is lost.
+std::uint16_t escapedNumber(std::string_view &text, unsigned base)
+{
+    const std::string_view digits = "0123456789abcdef";
+    unsigned value = 0;
+    while (!text.empty()) {
+        const auto digit =
+            digits.find(static_cast<char>(QChar::fromLatin1(text.front()).toLower().unicode()));
+        if (digit >= base) {
+            break;
+        }
+        value = (value * base + static_cast<unsigned>(digit)) & UINT16_MAX;
+        text.remove_prefix(1);
+    }
+    return static_cast<std::uint16_t>(value);
+}
+
+/// One step through the file's text: the character that QSettings makes of an escape or a plain
+/// byte; none for a quote and a line that goes on.
+std::optional<std::uint16_t> nextCharacter(std::string_view &text)
+{
+    const auto take = [&text] {
+        const char byte = text.front();
+        text.remove_prefix(1);
+        return byte;
+    };
+    const char byte = take();
+    if (byte == '"') {
+        return std::nullopt;
+    }
+    if (byte != '\\' || text.empty()) {
+        return static_cast<std::uint8_t>(byte);
+    }
+    if (text.front() >= '0' && text.front() <= '7') {
+        return escapedNumber(text, 8);
+    }
+    const char letter = take();
+    if (letter == 'x') {
+        return escapedNumber(text, 16);
+    }
+    constexpr std::string_view kLetters = "abfnrtv\"?'\\";
+    const std::size_t known = kLetters.find(letter);
+    return known == std::string_view::npos
+               ? std::nullopt
+               : std::optional<std::uint16_t>("\a\b\f\n\r\t\v\"?'\\"[known]);
+}
+
+/// Whether a stream of Qt, from its first byte on, is a list of one number or text: what QSettings
+/// makes of such a list.
+bool isListOfOne(std::string_view text)
+{
+    constexpr std::uint8_t kHead[] = {0, 0, 0, QVariant::List, 0, 0, 0, 1, 0, 0, 0};
+    std::vector<std::uint16_t> bytes;
+    while (bytes.size() <= std::size(kHead) && !text.empty()) {
+        if (const auto character = nextCharacter(text)) {
+            bytes.push_back(*character);
+        }
+    }
+    const std::uint16_t type = bytes.size() > std::size(kHead) ? bytes.back() : 0;
+    return std::equal(std::begin(kHead), std::end(kHead), bytes.begin(),
+                      bytes.begin() +
+                          static_cast<std::ptrdiff_t>(std::min(bytes.size(), std::size(kHead)))) &&
+           ((type >= QVariant::Bool && type <= QVariant::Double) || type == QVariant::String);
+}
+
+/// Whether a value may be another stream of Qt. This program writes none, and reading one allocates
+/// as much as the file says.
+bool holdsForeignStream(std::span<const std::uint8_t> bytes)
+{
+    constexpr std::string_view kStream = "@Variant(";
+    std::string_view text(reinterpret_cast<const char *>(bytes.data()), bytes.size());
+    std::uint16_t last = 0;  // that was no blank
+    for (std::size_t found = 0; !text.empty();) {
+        const auto character = nextCharacter(text);
+        if (!character) {
+            continue;
+        }
+        // Only in front of a value or of a list's entry; a text that begins so has another "@".
+        const bool isStart = *character == kStream[0] && (last == '=' || last == ',');
+        found = found != 0 && *character == kStream[found] ? found + 1 : isStart ? 1 : 0;
+        if (found == kStream.size()) {
+            if (!isListOfOne(text)) {
+                return true;
+            }
+            found = 0;
+        }
+        last = QChar::isSpace(*character) ? last : *character;
+    }
+    return false;
+}
+
 Result<files::ByteBuffer> readBytes(const QString &path)
 {
     QFile file;
@@ -48,6 +142,16 @@ Result<files::ByteBuffer> readBytes(const QString &path)
         return tl::unexpected<files::Error>(opened.error());
     }
     return files::readAll(file, kLargest);
+}
+
+Result<files::ByteBuffer> readIni(const QString &path)
+{
+    auto bytes = readBytes(path);
+    if (bytes && holdsForeignStream(bytes->span())) {
+        return files::fail(ErrorCode::BadValue, "the settings file holds a value of a kind that "
+                                                "this program never writes");
+    }
+    return bytes;
 }
 
 // Groups of the file nest: all others lie inside "Window".
@@ -146,7 +250,7 @@ SavedGroup SavedState::group(const QString &name) const
 
 Result<SavedState> readSettings(const QString &path)
 {
-    const auto bytes = readBytes(path);
+    const auto bytes = readIni(path);
     if (!bytes) {
         return tl::unexpected<files::Error>(bytes.error());
     }
@@ -165,11 +269,12 @@ Result<void> writeSettings(const QString &path, const SavedState &state)
         return files::fail(ErrorCode::CannotOpen, "the settings file is locked");
     }
     const IniCopy copy;
-    if (const auto bytes = readBytes(path)) {
+    if (const auto bytes = readIni(path)) {
         if (auto filled = copy.fill(bytes->span()); !filled) {
             return filled;
         }
-    } else if (bytes.error().code != ErrorCode::NotFound) {
+    } else if (bytes.error().code != ErrorCode::NotFound &&
+               bytes.error().code != ErrorCode::BadValue) {
         return tl::unexpected<files::Error>(bytes.error());
     }
     QSettings ini(copy.path(), QSettings::IniFormat);

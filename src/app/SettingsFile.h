@@ -35,11 +35,14 @@ struct SavedState {
 
 /// Reads a settings file. A value that is missing keeps its default, one of a wrong type reads as
 /// empty, 0 or false.
-/// @return the state; NotFound, NotRegular, CannotOpen, TooLarge (above 4 MiB), ReadFailed
+/// @return the state; NotFound, NotRegular, CannotOpen, TooLarge (above 4 MiB), ReadFailed;
+/// BadValue
+///         for one that holds a stream of Qt ("@Variant(") that is no list of one number or text:
+///         reading it could allocate any amount of memory
 files::Result<SavedState> readSettings(const QString &path);
 
 /// Writes the state whole or not at all, readable by its owner only. Keys that this version has no
-/// form for stay as they are.
+/// form for stay as they are, but nothing stays of a file that `readSettings` finds a BadValue in.
 /// @return CannotOpen for a file that may not be changed, WriteFailed
 files::Result<void> writeSettings(const QString &path, const SavedState &state);
 

@@ -255,7 +255,8 @@ files::Result<Request> parseDescription(const QByteArray &text)
                     QStringLiteral("line %1: %2").arg(number).arg(why).toStdString());
     };
     const QStringList known = missing.keys();
-    const QStringList lines = QString::fromUtf8(text).split('\n');
+    // With the size, as otherwise a zero byte would hide what stands behind it.
+    const QStringList lines = QString::fromUtf8(text.constData(), text.size()).split('\n');
     for (const QString &line : lines) {
         ++number;
         if (line.trimmed().isEmpty() || line.startsWith('#')) {

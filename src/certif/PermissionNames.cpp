@@ -1,7 +1,6 @@
 #include "certif/PermissionNames.h"
 
 #include "xml/Document.h"
-#include "xml/Schema.h"
 
 #include <QDir>
 
@@ -18,24 +17,22 @@ QString textOf(const QDomElement &parent, const char *name)
     return parent.firstChildElement(QLatin1String(name)).text().trimmed();
 }
 
-files::Result<Family> readFamily(const QString &path, const xml::Schema &schema)
+}  // namespace
+
+files::Result<Family> readFamily(const QByteArray &document, const xml::Schema &schema)
 {
-    const auto bytes = xml::readBounded(path);
-    if (!bytes) {
-        return tl::unexpected(bytes.error());
-    }
-    if (const auto valid = schema.validate(*bytes); !valid) {
+    if (const auto valid = schema.validate(document); !valid) {
         const xml::Fault &fault = valid.error();
         return files::fail(
             files::ErrorCode::BadValue,
             QStringLiteral("line %1: %2").arg(fault.line).arg(fault.text).toStdString());
     }
-    const auto document = xml::parse(*bytes);
-    if (!document) {
-        return tl::unexpected(document.error());
+    const auto parsed = xml::parse(document);
+    if (!parsed) {
+        return tl::unexpected(parsed.error());
     }
     const QDomElement format =
-        document->documentElement().firstChildElement(QStringLiteral("CertifFormat"));
+        parsed->documentElement().firstChildElement(QStringLiteral("CertifFormat"));
     Family family;
     family.name = textOf(format, "Family");
     family.socClass = textOf(format, "SocClass");
@@ -50,8 +47,6 @@ files::Result<Family> readFamily(const QString &path, const xml::Schema &schema)
     return family;
 }
 
-}  // namespace
-
 std::vector<Family> readFamilies(const QString &folder, const QString &schema,
                                  QStringList &problems)
 {
@@ -63,7 +58,9 @@ std::vector<Family> readFamilies(const QString &folder, const QString &schema,
     std::vector<Family> families;
     const QStringList names = QDir(folder).entryList({QStringLiteral("*.xml")}, QDir::Files);
     for (const QString &name : names.mid(0, kMostFamilies)) {
-        auto family = readFamily(folder + '/' + name, *rules);
+        auto family = xml::readBounded(folder + '/' + name).and_then([&rules](const auto &bytes) {
+            return readFamily(bytes, *rules);
+        });
         if (family) {
             families.push_back(std::move(*family));
         } else {

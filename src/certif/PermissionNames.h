@@ -1,6 +1,9 @@
 #pragma once
 #include "certif/Certificate.h"
+#include "files/base/Result.h"
+#include "xml/Schema.h"
 
+#include <QByteArray>
 #include <QString>
 #include <QStringList>
 
@@ -22,6 +25,10 @@ struct Family {
     QString socClass;  ///< as a certificate for it tells it, "0x" and hexadecimal digits
     std::array<Permission, kMaskBits> bits;
 };
+
+/// Reads one document.
+/// @param schema  that it must obey. @return BadValue with line and fault, or the parser's refusal
+files::Result<Family> readFamily(const QByteArray &document, const xml::Schema &schema);
 
 /// Reads the XML files of a folder, in the order of their names.
 /// @param schema    path of the .xsd file that each must obey

@@ -66,7 +66,10 @@ std::vector<CsvLine> csvLines(const QByteArray &content)
         const int end = feed < 0 ? content.size() : feed + 1;
         const QByteArray line = content.mid(start, end - start);
         const QList<QByteArray> pieces = line.split(',');
-        QString value = pieces.size() < 2 ? QString() : QString::fromLatin1(pieces.at(1));
+        // With the size, as otherwise a zero byte would hide what stands behind it.
+        QString value = pieces.size() < 2
+                            ? QString()
+                            : QString::fromLatin1(pieces.at(1).constData(), pieces.at(1).size());
         value.remove(QLatin1Char('\n')).remove(QLatin1Char('\r'));
         lines.push_back({pieces.first(), value});
         start = end;

@@ -1,3 +1,4 @@
+#include "app/SettingsFile.h"
 #include "app/SettingsFixture.h"
 #include "workbench/widgets/PathText.h"
 
@@ -211,6 +212,27 @@ TEST_F(SavedState, DamagedValuesKeepToThemselves)
     EXPECT_FALSE(window->paddingFF || window->generateLogFile);
     EXPECT_TRUE(window->generateSettingsFile);
     EXPECT_EQ(places(tab(window.form(), "sfi"), "firmware"), QStringList("one.bin@20"));
+}
+
+TEST_F(SavedState, NoStreamOfQtIsReadButAListOfOne)
+{
+    // A list of 2^31 entries, written plainly and in ways that QSettings takes for the same; then
+    // texts that are none.
+    const std::pair<QByteArray, bool> values[] = {
+        {"@Variant(\\0\\0\\0\\t\\0\\x80\\0\\0\\0)", false},
+        {"a, \\x10040Va\"ri\"\\x61nt\\50", false},
+        {"@\\\nVariant(", false},
+        {"\\100Variant(\\0\\0\\0\\t)", false},
+        {"@Variant(\\0\\0\\0\\t\\0\\0\\0\\x1\\0\\0\\0\\x3\\b\\0\\0\\0)", true},
+        {"@Variant(\\0\\0\\0\\t\\0\\0\\0\\x1\\0\\0\\0\\t\\x7f\\0\\0\\0)", false},
+        {"@@Variant(", true},
+        {"\"@String(@Variant(\\0)\"", true},
+        {"@ Variant(, @Size(1 1)", true}};
+    for (const auto &[value, isRead] : values) {
+        writeSettings("[Window]\nSFI\\edit=" + value + '\n');
+        const auto read = app::readSettings(settingsPath());
+        EXPECT_EQ(read.has_value(), isRead) << value.toStdString();
+    }
 }
 
 TEST_F(SavedState, NoFileOfAnyKindBlocksStartOrClose)

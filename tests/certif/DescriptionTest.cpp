@@ -119,6 +119,11 @@ TEST(Parse, ReadsWhatDescribeWrites)
     EXPECT_EQ(hexText(request->certificate.permissions), "0x1");
 }
 
+TEST(Description, HidesNothingBehindAZeroByte)
+{
+    EXPECT_FALSE(parseDescription(lines() + QByteArray("\0hidden: 1\n", 11)));
+}
+
 struct Bad {
     const char *name;
     const char *from;

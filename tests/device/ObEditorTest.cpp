@@ -216,7 +216,7 @@ TEST(ObEditor, ChangesPutWhatIsFinalOnTop)
 
 struct Upload {
     const char *name;
-    const char *content;
+    QByteArray content;
     const char *refusal;  ///< empty when it is accepted
     std::uint32_t first = 0x000152A1;
     bool touchesReserved = false;
@@ -262,5 +262,6 @@ INSTANTIATE_TEST_SUITE_P(
         Upload{"TwoPrefixes", "ACC,0x0x1f\nLOCK,0\n", "Invalid value of ACC"},
         Upload{"NineDigits", "ACC,0x000000001\nLOCK,0\n", "Invalid value of ACC"},
         Upload{"BlankInFront", "ACC, 0x1\nLOCK,0\n", "Invalid value of ACC"},
+        Upload{"ZeroByteInValue", QByteArray("ACC,0x1\0z\nLOCK,0\n", 17), "Invalid value of ACC"},
         Upload{"FaultsInOrder", "ACC,zz\nLOST,0\n", "Invalid value of ACC"}),
     [](const auto &file) { return file.param.name; });

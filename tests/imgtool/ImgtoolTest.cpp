@@ -2,6 +2,7 @@
 #include "process/RunTool.h"
 #include "support/ScratchFolder.h"
 #include "tools/imgtool/CArray.h"
+#include "tools/imgtool/KeyOption.h"
 
 #include <gtest/gtest.h>
 
@@ -51,6 +52,17 @@ protected:
     ScratchFolder folder;
     int status = -1;
 };
+
+TEST_F(Imgtool, ReadsWholeBase64Only)
+{
+    const std::pair<const char *, int> texts[] = {
+        {"QUJD\nREVG\r\n", 6}, {" QQ == ", 1},   {"QQ", 1},    {"", -1},        {"=", -1},
+        {"QUJDR\n", -1},       {"QUJD\nR=", -1}, {"QUJ-", -1}, {"QQ==QQ==", -1}};
+    for (const auto &[text, size] : texts) {
+        const auto read = imgtool::readBase64(folder.file("b64", text).toStdString());
+        EXPECT_EQ(read ? static_cast<int>(read->size()) : -1, size) << text;
+    }
+}
 
 TEST_F(Imgtool, MakesEveryTypeAndPrintsWhatTheLibraryReads)
 {

@@ -79,6 +79,13 @@ CK_RV deriveWithKdf(CK_SESSION_HANDLE s, const CK_ECDH1_DERIVE_PARAMS &asked, CK
     wanted.push_back({CKA_VALUE, bits, sizeof bits});
     return softHsm()->C_CreateObject(s, wanted.data(), wanted.size(), out);
 }
+CK_RV findObjects(CK_SESSION_HANDLE s, CK_OBJECT_HANDLE *o, CK_ULONG n, CK_ULONG *found)
+{
+    const CK_RV code =
+        Faulty<&CK_FUNCTION_LIST::C_FindObjects, "C_FindObjects">::run(s, o, n, found);
+    *found = tokenFaults()->findsTooMany ? n + 1 : *found;
+    return code;
+}
 CK_RV deriveKey(CK_SESSION_HANDLE s, CK_MECHANISM *m, CK_OBJECT_HANDLE k, CK_ATTRIBUTE *a,
                 CK_ULONG n, CK_OBJECT_HANDLE *o)
 {
@@ -126,7 +133,6 @@ CK_RV C_GetFunctionList(CK_FUNCTION_LIST **out)
     FAULTY(C_OpenSession);
     FAULTY(C_Login);
     FAULTY(C_FindObjectsInit);
-    FAULTY(C_FindObjects);
     FAULTY(C_GetAttributeValue);
     FAULTY(C_CreateObject);
     FAULTY(C_DestroyObject);
@@ -134,6 +140,7 @@ CK_RV C_GetFunctionList(CK_FUNCTION_LIST **out)
     FAULTY(C_WrapKey);
     FAULTY(C_SignInit);
 #undef FAULTY
+    list.C_FindObjects = findObjects;
     list.C_DeriveKey = deriveKey;
     list.C_Sign = sign;
     list.C_GetTokenInfo = tokenInfo;

@@ -8,6 +8,7 @@ struct TokenFaults {
     /// other number is the call's result.
     std::function<unsigned long(const std::string &call)> before;
     unsigned long tokenFlags = 0;  ///< added to what the token tells of itself
+    bool findsTooMany = false;     ///< tells more objects than there was room for
     bool knowsKdf = false;         ///< derives with X9.63 and SHA-256 inside, as other tokens do
 };
 

@@ -1,23 +1,32 @@
 #include "support/PlainWriters.h"
 
 #include <algorithm>
-#include <cstdio>
 
 namespace
 {
 
+constexpr char kUpper[] = "0123456789ABCDEF";
+
+/// A number with at least so many digits, more when it needs them.
+std::string number(unsigned long long value, int digits, const char *alphabet)
+{
+    char room[16];
+    std::size_t at = sizeof room;
+    for (; digits > 0 || value != 0; --digits) {
+        room[--at] = alphabet[value % 16];
+        value /= 16;
+    }
+    return {room + at, sizeof room - at};
+}
+
 std::string upper(unsigned long long value, int digits)
 {
-    char text[32];
-    std::snprintf(text, sizeof text, "%.*llX", digits, value);
-    return text;
+    return number(value, digits, kUpper);
 }
 
 std::string lower(unsigned long long value, int digits)
 {
-    char text[32];
-    std::snprintf(text, sizeof text, "%0*llx", digits, value);
-    return text;
+    return number(value, digits, "0123456789abcdef");
 }
 
 /// Data and what of the sum is still missing, as both formats end a line.
@@ -26,7 +35,8 @@ std::string tail(const std::vector<std::uint8_t> &bytes, std::size_t at, std::si
 {
     std::string text;
     for (std::size_t i = at; i < at + length; ++i) {
-        text += upper(bytes[i], 2);
+        text += kUpper[bytes[i] / 16];
+        text += kUpper[bytes[i] % 16];
         sum += bytes[i];
     }
     return text + upper((flip - sum) & 255, 2) + "\n";

@@ -203,6 +203,13 @@ TEST_F(Stock, CountsDownToNothing)
     EXPECT_EQ(objects(), 7) << "counters don't pile up";
 }
 
+TEST_F(Stock, OfATokenThatFindsMoreThanThereIsRoomForIsRefused)
+{
+    const auto session = open();
+    faults().findsTooMany = true;
+    EXPECT_FALSE(readStocks(session)) << "and asked no second time, which would never end";
+}
+
 TEST_F(Stock, OfAFullTokenKeepsItsCount)
 {
     const auto session = open();

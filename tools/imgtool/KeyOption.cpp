@@ -99,7 +99,9 @@ Result<SecretBytes> decoded(ByteView text, const std::string &path)
         }
     }
     auto bytes = QByteArray::fromBase64Encoding(packed, QByteArray::AbortOnBase64DecodingErrors);
-    SecretBytes result(bytes ? static_cast<std::size_t>(bytes.decoded.size()) : 0);
+    // One letter over makes no byte: the text was cut, or has a letter too many.
+    const bool isWhole = (packed.size() - packed.count('=')) % 4 != 1;
+    SecretBytes result(bytes && isWhole ? static_cast<std::size_t>(bytes.decoded.size()) : 0);
     if (result.size() != 0) {
         std::copy(bytes.decoded.cbegin(), bytes.decoded.cend(), result.data());
     }

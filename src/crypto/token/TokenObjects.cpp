@@ -91,7 +91,9 @@ files::Result<std::vector<CK_OBJECT_HANDLE>> findObjects(const TokenSession::Sta
         got = 0;
         code = session.module->C_FindObjects(session.handle, found.data() + count,
                                              kMostObjects - count, &got);
-        count += got <= kMostObjects - count ? got : 0;
+        // More than there was room for: a module that can't be believed, nor asked for ever.
+        code = code == CKR_OK && got > kMostObjects - count ? CK_RV{CKR_GENERAL_ERROR} : code;
+        count += code == CKR_OK ? got : 0;
     } while (code == CKR_OK && got != 0 && count < kMostObjects);
     session.module->C_FindObjectsFinal(session.handle);
     if (code != CKR_OK) {

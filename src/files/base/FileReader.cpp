@@ -81,9 +81,11 @@ Result<void> readExactly(QFile &file, std::span<std::uint8_t> out)
 
 Result<MallocArray<std::uint8_t>> readBlock(QFile &file, qint64 offset, qint64 size)
 {
+    // What the file hasn't got can't be read, so nothing is allocated for it.
+    const bool isThere = size <= std::max<qint64>(0, file.size() - offset);
     MallocArray<std::uint8_t> block;
     if (size >= 0 && size <= UINT32_MAX) {
-        block = allocateBlock(static_cast<std::size_t>(size) + 1);
+        block = allocateBlock(isThere ? static_cast<std::size_t>(size) + 1 : 1);
     }
     if (!block) {
         return fail(ErrorCode::NoMemory, "Unable to allocate enough memory to read the file");
@@ -91,7 +93,7 @@ Result<MallocArray<std::uint8_t>> readBlock(QFile &file, qint64 offset, qint64 s
     if (!file.seek(offset)) {
         return fail(ErrorCode::CannotOpen, "Unable to find fPosition");
     }
-    if (!readExactly(file, {block.get(), static_cast<std::size_t>(size)})) {
+    if (!isThere || !readExactly(file, {block.get(), static_cast<std::size_t>(size)})) {
         return fail(ErrorCode::ReadFailed, "Error while reading the file");
     }
     return block;
