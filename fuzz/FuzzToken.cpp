@@ -23,6 +23,7 @@ constexpr CK_ULONG kHuge = CK_ULONG{1} << 40;
 struct Token {
     std::span<const std::uint8_t> input;
     std::uint32_t calls = 0;
+    bool isSearched = false;    ///< the present search has given its objects
     CK_OBJECT_HANDLE last = 0;  ///< handle
     std::set<CK_OBJECT_HANDLE> made;
 
@@ -100,14 +101,15 @@ Bytes Token::valueOf(CK_OBJECT_HANDLE object, CK_ATTRIBUTE_TYPE type) const
 
 CK_RV findInit(CK_SESSION_HANDLE, CK_ATTRIBUTE *, CK_ULONG)
 {
+    g_token.isSearched = false;
     return g_token.code();
 }
 
 CK_RV find(CK_SESSION_HANDLE, CK_OBJECT_HANDLE *out, CK_ULONG most, CK_ULONG *count)
 {
     const CK_RV code = g_token.code();
-    // Every other call ends a search.
-    const CK_ULONG there = (g_token.calls & 1) != 0 ? g_token.at(kHead + g_token.calls) % 4U : 0;
+    const CK_ULONG there = g_token.isSearched ? 0 : g_token.at(kHead + g_token.calls) % 4U;
+    g_token.isSearched = true;
     const CK_ULONG given = std::min(there, most);
     for (CK_ULONG i = 0; i < given; ++i) {
         out[i] = g_token.at(kHead + g_token.calls + i) % 32U;
