@@ -160,6 +160,15 @@ INSTANTIATE_TEST_SUITE_P(
                  "The area immediately following a module area starts in its last Flash word"}),
     [](const auto &fault) { return fault.param.name; });
 
+TEST_F(Sfi, HeaderCutAnywhereHasNoOtherFault)
+{
+    for (std::size_t left = 0; left < 30; ++left) {
+        const auto read = files::readSfi(twoAreas().cutTo(kSecond + left).done());
+        ASSERT_FALSE(read);
+        EXPECT_EQ(read.error().code, ErrorCode::Truncated) << left << ": " << read.error().text;
+    }
+}
+
 TEST_F(Sfi, AcceptsWhatTheRulesLeaveOut)
 {
     const struct {
