@@ -28,12 +28,13 @@ TESTS = {
     "files": ["files_base_test", "files_test", "memory_test", "corruption_test", "preparation_test"],
     "xml": ["xml_test", "obk_test", "device_test"],
     "process": ["process_test", "wiping/wiping_test"],
-    "crypto": ["crypto_primitives_test", "crypto_test", "token_test", "wiping/wiping_test", "preparation_test"],
+    "crypto": ["crypto_primitives_test", "crypto_test", "token_test", "wiping/wiping_test", "preparation_test",
+               "library_test"],
     "device": ["device_test", "workbench_test"],
     "obk": ["obk_test", "wiping/wiping_test", "memory_test", "workbench_test"],
     "certif": ["certif_test", "da/da_test", "workbench_test"],
     "preparation": ["preparation_test", "imgtool_test", "token_test", "console_test", "wiping/wiping_test",
-                    "memory_test"],
+                    "memory_test", "library_test"],
 }
 KINDS = {
     "bound removed": (r"^(\s*(?:\} else )?if \()(?!auto|const)(.*)(\) \{)$", r"\1false && (\2)\3"),

@@ -188,6 +188,14 @@ std::vector<Operation> operations()
         list.push_back({name, [name] { return sum(name); }});
     }
     list.push_back({"add a segment", addSegment});
+    list.push_back({"two areas", [] {
+                        static const ScratchFolder folder;
+                        static const QString path =
+                            folder.file("a.elf", ScratchFolder::contents(kDemo + "firmware.elf"));
+                        static const bool hasTwo =
+                            AddSegToElf(path, QByteArray(6000, 'a'), 0x08100000, ".more", 0);
+                        return hasTwo ? openFile(path) : Outcome();
+                    }});
     list.push_back({"large binary", [] {
                         static const ScratchFolder folder;
                         static const QString path = folder.file("a.bin", ramp(0, 1, 100000));

@@ -305,6 +305,19 @@ TEST_F(Stock, IsWrappedForOneChipAlone)
         << "no point of the curve";
 }
 
+TEST(StockPoint, StandsPlainOrInDer)
+{
+    const Bytes point(64, 0x5A);
+    const std::pair<Bytes, bool> fronts[] = {
+        {{4}, true},  {{4, 65, 4}, true},  {{}, false},         {{4, 4}, false},
+        {{2}, false}, {{4, 65, 2}, false}, {{4, 64, 4}, false}, {{3, 65, 4}, false}};
+    for (const auto &[front, isGood] : fronts) {
+        Bytes attribute = front;
+        attribute.insert(attribute.end(), point.begin(), point.end());
+        EXPECT_EQ(pointOf(attribute), isGood ? point : Bytes()) << front.size();
+    }
+}
+
 TEST_F(Stock, SignsWithItsOwnKey)
 {
     const auto session = open();
