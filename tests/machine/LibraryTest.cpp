@@ -8,6 +8,7 @@
 #include "obk/SystemTools.h"
 #include "preparation/SealedPackages.h"
 #include "preparation/boot/BootBuilder.h"
+#include "preparation/boot/BootKeyWrap.h"
 #include "preparation/boot/BootVerifier.h"
 #include "support/FailingLibrary.h"
 #include "support/MessageLog.h"
@@ -90,6 +91,10 @@ TEST_P(LibraryKeys, AreWholeOrRefused)
         goodOrRefused(
             "new", [] { return crypto::KeyPair::make(GetParam()); },
             [](const auto &made) { return made.rawPrivate().has_value(); });
+    }
+    if (open.kind() != crypto::KeyKind::Ed25519) {
+        const auto wrapped = preparation::wrapImageKey(open, Bytes(16, 1)).value();
+        sameOrRefused("unwrap", [&] { return preparation::unwrapImageKey(pair, wrapped); });
     }
     const auto isThePair = [&](const auto &key) { return key.publicHalf().bootDer() == der; };
     goodOrRefused(
