@@ -93,8 +93,11 @@ TEST_F(CertificateRequest, EmptyFieldsAreRefusedBeforeTheOldDescriptionIsTouched
     EXPECT_FALSE(generate());
     subject = "s.pem";
     EXPECT_FALSE(generate());
+    out = "a\nrole: 1";
+    EXPECT_FALSE(generate());
     EXPECT_EQ(texts(), (QStringList{"Error: Issuer Key & Subject Key should be filled!",
-                                    "Error: A Certificate path should be entered!"}));
+                                    "Error: A Certificate path should be entered!",
+                                    "Error: The value of \"name\" holds a line end"}));
     EXPECT_EQ(contentOf(PrepGenCertifDA::descriptionPath()), "old");
 }
 

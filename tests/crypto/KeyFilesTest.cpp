@@ -235,6 +235,11 @@ TEST_F(KeyFiles, OnlyWritersThatLockReplaceALockedFile)
     EXPECT_EQ(service.SaveEncPrvKey(path("key.pem"), rsaKey(), secret, EVP_aes_128_cbc()), 1);
     EXPECT_EQ(service.SaveEncPrvKey(path("key.pem"), p256Key(), secret, EVP_aes_128_cbc()), 1);
     EXPECT_EQ(mode("key.pem"), 0400);
+    for (int i = 0; i < 2; ++i) {
+        EXPECT_EQ(service.SavePubKey(path("pub.pem"), p256Key()), 1) << i;
+        EXPECT_EQ(RawKeys().SaveHashPubKey(rsaKey(), path("hash.bin")), 1) << i;
+    }
+    EXPECT_EQ(mode("pub.pem"), 0444);
 }
 
 TEST_F(KeyFiles, NothingIsWrittenInClearForWantOfACipherOrPassword)

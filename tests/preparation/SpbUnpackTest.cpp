@@ -221,7 +221,7 @@ TEST_F(SpbUnpack, ExitStatusNamesTheFault)
         {"no such image", {path("none.sfi")}, 1},
         {"a folder", {path(".")}, 1},
         {"bytes behind the image", {put("b.sfi", image + '\0')}, 1},
-        {"cut image", {put("c.sfi", image.left(image.size() - 1))}, 1},
+        {"cut image", {put("c.sfi", image.left(image.size() - 1)), "--key", key}, 1},
         {"empty file", {put("d.sfi", "")}, 1},
     };
     for (const auto &entry : cases) {

@@ -85,6 +85,7 @@ TEST_F(Stock, RefusesWhatCannotBeALicence)
         EXPECT_EQ(result.error().code, ErrorCode::BadValue) << result.error().text;
     }
     EXPECT_EQ(objects(), 1);
+    EXPECT_TRUE(programStock(session, {"A", 1, "", kKey, kNonce, kMostLicences}, {}, {}));
 }
 
 TEST_F(Stock, ReplacesOnlyWhatItIsTold)

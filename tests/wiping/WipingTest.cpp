@@ -4,8 +4,11 @@
 #include "crypto/primitives/Digests.h"
 #include "crypto/service/Crypto.h"
 #include "files/base/KeyFile.h"
+#include "obk/Generation.h"
 #include "obk/SystemTools.h"
 #include "preparation/SfiRequestBuilder.h"
+#include "preparation/boot/BootBuilder.h"
+#include "preparation/boot/BootVerifier.h"
 #include "preparation/sealing/ImageKeys.h"
 #include "report/DisplayMng.h"
 #include "support/FakeTool.h"
@@ -107,6 +110,25 @@ TEST(Wiping, WhatAToolPrintsLeavesQtsCopiesAlone)
         }
         EXPECT_LE(FreedBlocks::holding(viewOf(secret)), 2U) << "exit " << status;
     }
+}
+
+TEST(Wiping, PasswordsAndOpenedFirmwareLeaveNothing)
+{
+    const QByteArray password = kKey.toHex();
+    const QString typed = QString::fromLatin1(password);
+    const auto signer = crypto::KeyPair::make("ecdsa-p256").value();
+    const auto half = signer.publicHalf();
+    preparation::BootRequest request;
+    request.padHeader = true;
+    request.slot.size = 4096;
+    request.signer = &signer;
+    request.wrapKey = viewOf(kKey);
+    const auto file = preparation::buildBootImage(request, viewOf(password)).value();
+    const auto image = preparation::parseBootImage(file).value();
+    const FreedBlocks freed;
+    EXPECT_GT(obk::passwordFileBytes(typed).size(), 32U);
+    EXPECT_TRUE(preparation::verifyBootImage(image, {&half, nullptr, viewOf(kKey)}));
+    EXPECT_EQ(FreedBlocks::holding(viewOf(password)), 0U);
 }
 
 class CurveKey : public ::testing::Test
