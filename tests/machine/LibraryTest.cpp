@@ -135,7 +135,9 @@ TEST_P(LibraryKeys, AreWholeOrRefused)
         goodOrRefused(
             "encrypt", [&] { return open.encrypt(phrase); },
             [&](const auto &made) {
-                const auto back = pair.decrypt(made);
+                // A pair that was in use when OpenSSL failed may have lost its blinding.
+                const auto fresh = crypto::KeyPair::readPrivate(pem).value();
+                const auto back = fresh.decrypt(made);
                 return back && plain(*back) == phrase;
             });
     }
