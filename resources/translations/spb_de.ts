@@ -1060,6 +1060,10 @@ csv-Datei</translation>
         <translation>Ordner der Protokolldatei wählen</translation>
     </message>
     <message>
+        <source>Looking for tokens, please wait ...</source>
+        <translation>Es wird nach Token gesucht, bitte warten ...</translation>
+    </message>
+    <message>
         <source>MPU SSP</source>
         <translation>MPU-SSP</translation>
     </message>
@@ -1074,6 +1078,10 @@ csv-Datei</translation>
     <message>
         <source>Making %1, please wait ...</source>
         <translation>%1 wird erzeugt, bitte warten ...</translation>
+    </message>
+    <message>
+        <source>Making licences, please wait ...</source>
+        <translation>Lizenzen werden erzeugt, bitte warten ...</translation>
     </message>
     <message>
         <source>Microcontroller</source>
@@ -1278,6 +1286,10 @@ csv-Datei</translation>
     <message>
         <source>Open file</source>
         <translation>Datei öffnen</translation>
+    </message>
+    <message>
+        <source>Opening the token, please wait ...</source>
+        <translation>Das Token wird geöffnet, bitte warten ...</translation>
     </message>
     <message>
         <source>Opens a template (.xml)</source>
@@ -1528,6 +1540,10 @@ Nach einer Änderung muss sie zuerst neu erzeugt werden.</translation>
     <message>
         <source>Reading %1</source>
         <translation>%1 wird gelesen</translation>
+    </message>
+    <message>
+        <source>Reading the token, please wait ...</source>
+        <translation>Das Token wird gelesen, bitte warten ...</translation>
     </message>
     <message>
         <source>Ready</source>

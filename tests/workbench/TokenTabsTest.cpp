@@ -7,19 +7,23 @@
 #include "workbench/frame/CentralWidget.h"
 #include "workbench/tabs/hsm/HsmTab.h"
 #include "workbench/tabs/lic/LicTab.h"
+#include "workbench/widgets/LongWork.h"
 
 #include <QApplication>
 #include <QDir>
 #include <QTest>
 #include <QTimer>
 
+#include <chrono>
 #include <p11-kit/pkcs11.h>
+#include <thread>
 
 namespace
 {
 
 using workbench::HsmTab;
 using workbench::LicTab;
+using workbench::longWorkTimes;
 using workbench::RowForm;
 using workbench::Tab;
 
@@ -270,6 +274,48 @@ TEST_F(TokenTabs, StopWhereABatchFailsOrIsCancelled)
         EXPECT_EQ(answers.texts().last(), "Information|0 of 2 licences were made.");
     }
     EXPECT_EQ(firmwares("lic"), QStringList{"3|FW-3|VDR32H5|4"});
+}
+
+TEST_F(TokenTabs, ShowWhatASlowTokenDoesAndTakeNothingMeanwhile)
+{
+    program(TokenFixture::open(), 3, 5);
+    auto &lic = open<LicTab>("lic");
+    fill(lic, {"a.pem"});
+    const auto oldTimes = std::exchange(longWorkTimes, {100, 10});
+    QStringList shown;
+    int logins = 0;
+    faults().before = [&logins](const std::string &call) {
+        if (call == "C_Login") {
+            ++logins;
+            std::this_thread::sleep_for(std::chrono::milliseconds(500));
+        }
+        return CK_RV{CKR_OK};
+    };
+    QTimer finger;
+    QObject::connect(&finger, &QTimer::timeout, [&] {
+        for (QWidget *widget : QApplication::topLevelWidgets()) {
+            const auto *const box = qobject_cast<QMessageBox *>(widget);
+            if (box != nullptr && box->isVisible() && shown.size() < 3) {
+                shown << box->text();
+                EXPECT_FALSE(box->button(QMessageBox::Cancel)->isEnabled());
+                QTest::mouseClick(lic.form()->button("pin", "read"), Qt::LeftButton);
+                QTest::keyClick(lic.form()->generateButton(), Qt::Key_Space);
+            }
+        }
+    });
+    finger.start(5);
+    press(*lic.form(), "pin", "read");
+    EXPECT_EQ(logins, 1);
+    ASSERT_FALSE(shown.isEmpty());
+    EXPECT_EQ(shown.count("Opening the token, please wait ..."), shown.size());
+    EXPECT_EQ(firmwares("lic"), QStringList{"3|FW-3|VDR32H5|5"});
+    // What is quick needs no box.
+    shown.clear();
+    faults() = {};
+    longWorkTimes.quietMs = 10000;
+    press(*lic.form(), "token", "refresh");
+    EXPECT_TRUE(shown.isEmpty()) << shown.first().toStdString();
+    longWorkTimes = oldTimes;
 }
 
 TEST_F(TokenTabs, TellOnceThatTheTokenWasRemovedInTheMiddle)

@@ -8,6 +8,7 @@
 #include <QCommandLineParser>
 #include <QDir>
 #include <QPalette>
+#include <QStyle>
 #include <QTextStream>
 #include <QTimer>
 
@@ -65,7 +66,10 @@ void drive()
         return;
     }
     if (g_request.isDark) {
-        QApplication::setPalette(darkPalette());
+        // A desktop's own colours go through the style; those that are set are left alone.
+        QPalette palette = darkPalette();
+        QApplication::style()->polish(palette);
+        QApplication::setPalette(palette);
         qApp->setStyleSheet(qApp->styleSheet());  // the sheet took its colours from the old palette
     }
     finish(g_request.script.isEmpty()

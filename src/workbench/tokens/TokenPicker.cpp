@@ -3,8 +3,8 @@
 #include "files/base/SizeText.h"
 #include "report/Level.h"
 #include "workbench/forms/FormContext.h"
+#include "workbench/tokens/TokenWait.h"
 #include "workbench/widgets/Boxes.h"
-#include "workbench/widgets/BusyCursor.h"
 
 #include <QEvent>
 #include <QTimer>
@@ -102,9 +102,9 @@ bool TokenPicker::eventFilter(QObject *watched, QEvent *event)
 
 void TokenPicker::load()
 {
-    const BusyCursor busy;
     m_modules.reset();  // or the old ones would go on and not see what is new
-    auto loaded = crypto::TokenModules::load();
+    auto loaded = askToken(m_context.boxParent, tr("Looking for tokens, please wait ..."),
+                           [] { return crypto::TokenModules::load(); });
     m_why = loaded ? QString() : QString::fromStdString(loaded.error().text);
     if (loaded) {
         m_modules = std::move(*loaded);
@@ -115,7 +115,9 @@ void TokenPicker::refresh()
 {
     m_wanted = uri();
     load();
-    fill(m_modules ? m_modules->tokens() : std::vector<crypto::TokenInfo>());
+    fill(m_modules ? askToken(m_context.boxParent, tr("Looking for tokens, please wait ..."),
+                              [this] { return m_modules->tokens(); })
+                   : std::vector<crypto::TokenInfo>());
     disableFor(m_why);
 }
 
@@ -246,7 +248,9 @@ std::optional<crypto::TokenSession> TokenPicker::open()
         tellTokenError({files::ErrorCode::Missing, m_why.toStdString()});
         return std::nullopt;
     }
-    const auto token = m_modules->find(uri().toStdString());
+    const std::string address = uri().toStdString();
+    const auto token = askToken(m_context.boxParent, tr("Opening the token, please wait ..."),
+                                [&] { return m_modules->find(address); });
     if (!token) {
         tellTokenError(token.error());
         showState();
@@ -259,8 +263,8 @@ std::optional<crypto::TokenSession> TokenPicker::open()
     files::SecretBytes pin(static_cast<std::size_t>(typed.size()));
     std::copy(typed.begin(), typed.end(), pin.data());
     files::wipe(typed);
-    const BusyCursor busy;
-    auto session = m_modules->open(token->uri, pin);
+    auto session = askToken(m_context.boxParent, tr("Opening the token, please wait ..."),
+                            [&] { return m_modules->open(token->uri, pin); });
     showState();
     if (!session) {
         m_form->setText(token_row::kPin, {});
@@ -271,11 +275,17 @@ std::optional<crypto::TokenSession> TokenPicker::open()
     return std::move(*session);
 }
 
+files::Result<std::vector<crypto::LicenceStock>>
+TokenPicker::ask(const crypto::TokenSession &session)
+{
+    return askToken(m_context.boxParent, tr("Reading the token, please wait ..."),
+                    [&session] { return crypto::readStocks(session); });
+}
+
 std::optional<std::vector<crypto::LicenceStock>>
 TokenPicker::read(const crypto::TokenSession &session)
 {
-    const BusyCursor busy;
-    auto stocks = crypto::readStocks(session);
+    auto stocks = ask(session);
     if (!stocks) {
         tellTokenError(stocks.error());
         return std::nullopt;

@@ -54,8 +54,9 @@ public:
     std::optional<crypto::TokenSession> open();
 
     /// What a token holds. @return nothing after a report
-    static std::optional<std::vector<crypto::LicenceStock>>
-    read(const crypto::TokenSession &session);
+    std::optional<std::vector<crypto::LicenceStock>> read(const crypto::TokenSession &session);
+    /// The same without a report.
+    files::Result<std::vector<crypto::LicenceStock>> ask(const crypto::TokenSession &session);
 
     /// The chosen token as it is now.
     [[nodiscard]] std::optional<crypto::TokenInfo> info() const;

@@ -2,9 +2,9 @@
 
 #include "workbench/forms/PackageForm.h"
 #include "workbench/tabs/hsm/HsmTabs.h"
+#include "workbench/tokens/TokenWait.h"
 #include "workbench/widgets/Boxes.h"
 #include "workbench/widgets/FieldNames.h"
-#include "workbench/widgets/ToolProgress.h"
 
 #include <QScopedValueRollback>
 #include <QSplitter>
@@ -204,7 +204,7 @@ void HsmTab::readToken()
 
 bool HsmTab::showToken(const crypto::TokenSession &session)
 {
-    auto stocks = TokenPicker::read(session);
+    auto stocks = m_picker->read(session);
     if (!stocks) {
         m_pane->clear();
         return false;
@@ -271,7 +271,7 @@ bool HsmTab::mayReplace(const std::vector<crypto::LicenceStock> &stocks) const
 
 bool HsmTab::program(const crypto::TokenSession &session, const crypto::StockRequest &request)
 {
-    const auto stocks = TokenPicker::read(session);
+    const auto stocks = m_picker->read(session);
     if (!stocks) {
         return false;
     }
@@ -279,21 +279,22 @@ bool HsmTab::program(const crypto::TokenSession &session, const crypto::StockReq
     if (!mayReplace(replaced)) {
         return false;
     }
-    ToolProgress progress(context().boxParent);
-    const auto made =
-        crypto::programStock(session, request, replaced, [&progress](int done, int of) {
-            return progress.step(tr("Programming the token, please wait ..."), done, of);
-        });
-    progress.finish();
+    const QString what = tr("Programming the token, please wait ...");
+    TokenWait wait(context().boxParent);
+    files::Result<crypto::LicenceStock> made = files::fail(files::ErrorCode::Refused, {});
+    wait.run(what, [&] {
+        made = crypto::programStock(session, request, replaced,
+                                    [&](int done, int of) { return wait.step(what, done, of); });
+    });
     if (!made) {
         // What was to go may have stayed; and a token that was removed is told once.
-        if (auto now = crypto::readStocks(session)) {
+        if (auto now = m_picker->ask(session)) {
             m_pane->show(m_picker->info().value_or(session.info()), std::move(*now));
         } else {
             m_pane->clear();
         }
     }
-    if (!made && !progress.isCancelled()) {
+    if (!made && !wait.isCancelled()) {
         tellTokenError(made.error());
     }
     return made.has_value();

@@ -1,9 +1,9 @@
 #include "workbench/tabs/lic/LicTab.h"
 
 #include "workbench/tabs/lic/LicTabs.h"
+#include "workbench/tokens/TokenWait.h"
 #include "workbench/widgets/Boxes.h"
 #include "workbench/widgets/FileChoice.h"
-#include "workbench/widgets/ToolProgress.h"
 
 #include <QFileDialog>
 #include <QFileInfo>
@@ -182,7 +182,7 @@ void LicTab::readToken()
     }
     const QScopedValueRollback<bool> running(m_isRunning, true);
     const auto session = m_picker->open();
-    auto stocks = session ? TokenPicker::read(*session) : std::nullopt;
+    auto stocks = session ? m_picker->read(*session) : std::nullopt;
     if (!stocks) {
         m_token->clear();
         return;
@@ -247,7 +247,7 @@ const crypto::LicenceStock *LicTab::stockFor(const std::vector<crypto::LicenceSt
 
 void LicTab::make(const crypto::TokenSession &session, const std::vector<LicenceJob> &jobs)
 {
-    const auto stocks = TokenPicker::read(session);
+    const auto stocks = m_picker->read(session);
     if (!stocks) {
         return;
     }
@@ -267,18 +267,18 @@ void LicTab::make(const crypto::TokenSession &session, const std::vector<Licence
         return;
     }
     BatchResult result;
-    {
-        ToolProgress progress(context().boxParent);
+    TokenWait wait(context().boxParent);
+    wait.run(tr("Making licences, please wait ..."), [&] {
         const int count = static_cast<int>(jobs.size());
         result = makeLicences(session, *stock, jobs, [&](std::size_t job) {
             const QString name = QFileInfo(jobs[job].output).fileName();
-            return progress.step(tr("Making %1, please wait ...").arg(name), static_cast<int>(job),
-                                 count);
+            return wait.step(tr("Making %1, please wait ...").arg(name), static_cast<int>(job),
+                             count);
         });
-    }
+    });
     showResult(jobs, *stock, result);
     // A token that was removed ends the batch, which tells it: once is enough.
-    if (auto now = crypto::readStocks(session)) {
+    if (auto now = m_picker->ask(session)) {
         m_token->show(m_picker->info().value_or(session.info()), std::move(*now));
     } else {
         m_token->clear();
