@@ -65,7 +65,7 @@ class Program:
             self.filters = self.suites()
             failed += [fault for suite in self.filters for fault in self.run(suite)]
         self.refused = {test for test, _ in failed}
-        for test, how in failed:
+        for test, how in dict(failed).items():
             print(f"{self.name}: {test} {how} without a fault, and isn't credited", flush=True)
 
     def suites(self):
