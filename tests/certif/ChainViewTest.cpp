@@ -180,4 +180,17 @@ TEST(Upper, IsTakenByWhatItHoldsAndNotByItsName)
               "\nYou can't chain a certificate without any root\n Try another one \n");
 }
 
+TEST(Names, EndWhereTheListsEnd)
+{
+    EXPECT_EQ(keyTypeName(0), "key type 0");
+    EXPECT_EQ(keyTypeName(9), "HMAC-SHA-256");
+    EXPECT_EQ(keyTypeName(10), "key type 10");
+    EXPECT_EQ(roleName(Role{0}), "role 0");
+    EXPECT_NE(roleName(Role::Leaf), "role 3");
+    EXPECT_EQ(roleName(Role{4}), "role 4");
+    EXPECT_EQ(usageName(0), "usage 0");
+    EXPECT_EQ(usageName(2), "RMA");
+    EXPECT_EQ(usageName(3), "usage 3");
+}
+
 }  // namespace

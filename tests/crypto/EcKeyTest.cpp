@@ -215,6 +215,16 @@ TEST(KeyPair, ASmallNumberOfAWiderCurveIsNoRawKey)
     EXPECT_FALSE(key->rawPrivate());
 }
 
+TEST(KeyPair, APhraseOfAnyLengthIsAWrongOneAtMost)
+{
+    const QByteArray locked = written(crypto::EvpKey(EVP_EC_gen("P-256")), true, "phrase");
+    EXPECT_TRUE(crypto::KeyPair::readPrivate(viewOf(locked), viewOf("phrase")));
+    for (const int size : {1, 1024, 1025, 100000}) {
+        const QByteArray phrase(size, 'p');
+        EXPECT_FALSE(crypto::KeyPair::readPrivate(viewOf(locked), viewOf(phrase))) << size;
+    }
+}
+
 TEST(PhraseCost, AKeyThatWantsHoursOfDerivationIsRefusedBeforeTheFirstRound)
 {
     struct Lock {
