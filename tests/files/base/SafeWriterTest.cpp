@@ -8,6 +8,7 @@
 #include <gtest/gtest.h>
 
 #include <cerrno>
+#include <cstring>
 #include <sys/stat.h>
 #include <unistd.h>
 
@@ -87,7 +88,10 @@ TEST_F(SafeWriterTest, AFileTooLargeForTheDiskKeepsTheOldOne)
         EXPECT_EQ(written.error().code, ErrorCode::WriteFailed);
         EXPECT_EQ(everything(), QStringList{"out.bin"}) << "the failure may be shown for minutes";
         EXPECT_FALSE(writer->commit()) << "part of the content is missing";
-        EXPECT_FALSE(files::writeWhole(folder.path("new.bin"), bytes(large)));
+        const auto whole = files::writeWhole(folder.path("new.bin"), bytes(large));
+        ASSERT_FALSE(whole);
+        EXPECT_NE(whole.error().text.find(std::strerror(EFBIG)), std::string::npos)
+            << whole.error().text;
     }
     EXPECT_EQ(ScratchFolder::contents(path), "old");
     EXPECT_EQ(everything(), QStringList{"out.bin"});
