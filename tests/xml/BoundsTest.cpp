@@ -91,6 +91,7 @@ INSTANTIATE_TEST_SUITE_P(
              ErrorCode::BadValue, "line 1, column 1"},
         Case{"NamesOfInstructions", "<a><?x-1.b:_ <?><?\xC3\xA9?></a>", {}},
         Case{"InstructionWithADigitFirst", "<?1?><a/>", ErrorCode::BadValue, "no name"},
+        Case{"OpenInstruction", "<?ab", ErrorCode::Truncated, "instruction"},
         Case{"OpenTag", "<a b='", ErrorCode::Truncated, "start tag"},
         Case{"TextWithoutATag", "plain", {}}),
     caseName);
