@@ -94,7 +94,8 @@ TEST_F(Parser, ReadsNothingFromAFileInAnotherState)
         EXPECT_FALSE(found.isNull()) << tag;
         return found;
     };
-    DomParser &bad = parse("<other/><!-- c -->");
+    DomParser &bad = parse("<?xml version=\"1.0\"?><root><Device><DeviceID>0x7A1</DeviceID>"
+                           "</Device></root>");
     ASSERT_EQ(bad.CheckDataState(), DomParser::WrongRoot);
     EXPECT_EQ(bad.GetDevice(0x7A1), nullptr);
     EXPECT_TRUE(bad.GetDeviceNode(0x7A1).isNull());
