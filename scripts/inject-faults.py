@@ -18,6 +18,7 @@ import pathlib
 import re
 import resource
 import shutil
+import struct
 import subprocess
 import sys
 import tempfile
@@ -74,8 +75,22 @@ def make_inputs(build, data):
             (pathlib.Path(folder) / name).write_bytes(inputs[name])
         subprocess.run([build / "bin" / "Utilities" / "Linux" / "PSA_ADAC", "sign", "root.yml"],
                        cwd=folder, check=True)
+        inputs["secure.elf"] = secure_elf()
         inputs["root.cert"] = (pathlib.Path(folder) / "out.cert").read_bytes()
     return inputs
+
+
+def secure_elf():
+    """A linked file of one segment and one section, at an address of its own."""
+    code, names = bytes(range(64)), b"\0.boot\0.names\0\0"
+    begin = 52 + 32
+    head = struct.pack("<16sHHIIIIIHHHHHH", b"\x7fELF\1\1\1", 2, 40, 1, 0, 52,
+                       begin + len(code) + len(names), 0, 52, 32, 1, 40, 3, 2)
+    load = struct.pack("<8I", 1, begin, 0x08050000, 0x08050000, len(code), len(code), 5, 4)
+    sections = (struct.pack("<10I", *[0] * 10) +
+                struct.pack("<10I", 1, 1, 6, 0x08050000, begin, len(code), 0, 0, 4, 0) +
+                struct.pack("<10I", 7, 3, 0, 0, begin + len(code), len(names), 0, 0, 1, 0))
+    return head + load + code + names + sections
 
 
 def writers(build, all_inputs):
@@ -113,6 +128,12 @@ def writers(build, all_inputs):
         Writer("add-segment", [elf, "add-segment", "--data", "key.bin", "--address", "0x0803F000",
                                "--name", "Keys", "out"], starts=("old",), inputs=demo,
                old=all_inputs["firmware.elf"]),
+        Writer("crc-hex", [elf, "crc", "--flash-start", "0x08000000", "--flash-end", "0x08040000",
+                           "--slice", "1024", "out.hex"], ("out.hex",), starts=("old",),
+               old=all_inputs["firmware.hex"]),
+        Writer("merge-secure", [elf, "merge-secure", "--secure", "secure.elf", "--header",
+                                "key.bin", "out.elf"], ("out.elf",), starts=("old",),
+               inputs=("secure.elf", "key.bin"), old=all_inputs["firmware.elf"]),
     ]
     return result
 

@@ -181,7 +181,7 @@ Result<MergeInputs> openInputs(FileManager &manager, const std::wstring &userElf
         return fail(ErrorCode::Overlap, "Overlap between the two ELF files");
     }
     if (segmentsOf(*user).segmentCount < 2) {
-        return fail(ErrorCode::Missing,
+        return fail(ErrorCode::Refused,
                     utf8(userElf) + " has one segment, the header goes ahead of a second one");
     }
     if (segmentsOf(*secure).segmentCount > kMostSecureSegments) {
@@ -265,9 +265,11 @@ Result<CrcRewrite> planCrc(FileManager &manager, const std::wstring &path, const
     }
     return withinMemory([&]() -> Result<CrcRewrite> {
         for (SegmentData &segment : image.segments) {
+            const std::uint32_t before = segment.size;
             if (!padToWords(segment)) {
                 return outOfMemory();
             }
+            rewrite.zeros.push_back(static_cast<std::uint8_t>(segment.size - before));
         }
         auto area = makeCrcArea(countedSegments(image), range, manager.paddingByte);
         if (!area) {

@@ -36,9 +36,10 @@ struct ElfRewrite {
 
 /// What a table of sums does to a file.
 struct CrcRewrite {
-    RecordOwner<FileType> record;   ///< segments as they are summed
-    CrcArea area;                   ///< without blocks: nothing to write
-    std::optional<ElfRewrite> elf;  ///< for ELF files
+    RecordOwner<FileType> record;     ///< segments as they are summed
+    std::vector<std::uint8_t> zeros;  ///< by segment: bytes added to fill it up to a word
+    CrcArea area;                     ///< without blocks: nothing to write
+    std::optional<ElfRewrite> elf;    ///< for ELF files
 };
 
 /// @return the rewritten file; Refused or TooLarge, and CannotOpen for a malformed one

@@ -546,6 +546,12 @@ TEST_F(SpbElf, DryRunShowsWhatTheOtherRunWrites)
     EXPECT_TRUE(err.endsWith("spb-elf: CRCs area injected successfully\n")) << err.toStdString();
     EXPECT_EQ(segments(hex).size(), 2U);
     EXPECT_EQ(run(crc), 2) << "the table of the first run is in the way";
+    const QString bin = folder.file("a.bin", patternBytes(1001));
+    EXPECT_EQ(run(crc.mid(0, 1) + QStringList{bin} + crc.mid(2)), 0);
+    EXPECT_EQ(out, "Segment  Address     Bytes  Change\n"
+                   "1        0x08000000  1004   grows by 3 zeros, 4 sums at 0x08000FC0\n"
+                   "2        0x08000FC0  64     added as CRCs area\n"
+                   "File                 4096   from 1001\n");
 }
 
 TEST_F(SpbElf, ExitStatusTellsWhoseFaultItIs)
@@ -573,6 +579,29 @@ TEST_F(SpbElf, ExitStatusTellsWhoseFaultItIs)
         {{"crc", path, "--flash-start", "0", "--flash-end", "9", "--slice", "2"}, 2},
         {{"crc", path, "--flash-start", "0", "--flash-end", "8", "--slice", "2"}, 0},
         {{"--help"}, 0}};
+    // Only the first odd segment is filled up in the file; a device would sum the bytes that are
+    // there.
+    const LinkedElf twoOdd = {
+        {{".a", kFlash, patternBytes(13)}, {".b", kFlash + 256, patternBytes(7)}},
+        {{0, 1, kFlash}, {1, 1, kFlash + 256}}};
+    const QStringList crc = {"crc",           folder.file("odd.elf", twoOdd.bytes()),
+                             "--flash-start", "0x08000000",
+                             "--flash-end",   "0x08001000",
+                             "--slice",       "256"};
+    EXPECT_EQ(run(crc), 2);
+    EXPECT_EQ(err,
+              "spb-elf: the segment 2 at 0x08000100 ends inside a word, and the file wouldn't hold "
+              "the 1 zero that its sum counts: align the end of its section\n");
+    EXPECT_TRUE(read(crc.at(1)) == twoOdd.bytes());
+    EXPECT_EQ(run({"crc", path, "--flash-start", "8", "--flash-end", "0", "--slice", "4"}), 3);
+    // A segment at address 0 takes the size of its first section with contents.
+    const LinkedElf atZero = {{{".a", 0, patternBytes(64)}, {".bss", 64, {}, 8, 0, 128}},
+                              {{0, 2, 0}}};
+    EXPECT_EQ(run({"add-segment", folder.file("zero.elf", atZero.bytes()), "--name", "X", "--data",
+                   data, "--address", "0x08002000"}),
+              2);
+    EXPECT_TRUE(err.endsWith("would have 64 bytes in memory instead of 192\n"))
+        << err.toStdString();
     // Initial data is loaded right behind code that isn't a whole number of words.
     LinkedElf tight = linkedFirmware();
     tight.sections[0].bytes.resize(253);

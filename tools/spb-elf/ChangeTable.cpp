@@ -47,6 +47,11 @@ std::string change(const Loads &loads, std::size_t i, const std::vector<std::str
     return grown == 0 ? "stays" : "grows by " + std::to_string(grown) + " of padding";
 }
 
+std::string counted(std::size_t count, const char *noun)
+{
+    return std::to_string(count) + ' ' + noun + (count == 1 ? "" : "s");
+}
+
 const files::CrcBlock *blockOf(const files::CrcArea &area, std::size_t segment)
 {
     const auto found =
@@ -70,21 +75,73 @@ std::string changeTable(const files::ElfRewrite &rewrite)
     return console::alignedTable(rows);
 }
 
-std::string changeTable(const files::CrcRewrite &rewrite)
+std::string changeTable(const files::CrcRewrite &rewrite, std::uint64_t fileBytes)
 {
     const auto &image = static_cast<const FileData &>(*rewrite.record);
     std::vector<Row> rows = {{"Segment", "Address", "Bytes", "Change"}};
     for (std::size_t i = 0; i < image.segments.size(); ++i) {
         const files::CrcBlock *block = blockOf(rewrite.area, i);
-        rows.push_back({std::to_string(i + 1), hexText(image.segments[i].address),
-                        std::to_string(image.segments[i].size),
-                        block == nullptr ? "stays, outside the range"
-                                         : "stays, " + std::to_string(block->sums.size()) +
-                                               " sums at " + hexText(block->target)});
+        const int zeros = rewrite.zeros[i];
+        rows.push_back(
+            {std::to_string(i + 1), hexText(image.segments[i].address),
+             std::to_string(image.segments[i].size),
+             (zeros == 0 ? "stays"
+                         : "grows by " + counted(static_cast<std::size_t>(zeros), "zero")) +
+                 (block == nullptr ? ", outside the range"
+                                   : ", " + counted(block->sums.size(), "sum") + " at " +
+                                         hexText(block->target))});
     }
     rows.push_back({std::to_string(image.segments.size() + 1), hexText(rewrite.area.address),
                     std::to_string(rewrite.area.bytes.size()), "added as CRCs area"});
+    if (fileBytes != 0) {
+        const std::uint64_t end = rewrite.area.address + rewrite.area.bytes.size();
+        rows.push_back({"File", "", std::to_string(end - image.segments.front().address),
+                        "from " + std::to_string(fileBytes)});
+    }
     return console::alignedTable(rows);
+}
+
+std::optional<std::string> shrunkMemory(const files::ElfRewrite &rewrite)
+{
+    const Loads loads(rewrite);
+    for (std::size_t i = 0; i < loads.before.size(); ++i) {
+        if (loads.after[i].p_memsz < loads.before[i].p_memsz) {
+            return "the segment " + std::to_string(i + 1) + " at " +
+                   hexText(loads.before[i].p_paddr) + " would have " +
+                   std::to_string(loads.after[i].p_memsz) + " bytes in memory instead of " +
+                   std::to_string(loads.before[i].p_memsz);
+        }
+    }
+    return std::nullopt;
+}
+
+std::optional<std::string> foreignSum(const files::CrcRewrite &rewrite)
+{
+    const auto &image = static_cast<const FileData &>(*rewrite.record);
+    const auto loads = files::loadsOf(rewrite.elf->after).value_or(std::vector<Elf32_Phdr>());
+    for (const files::CrcBlock &block : rewrite.area.blocks) {
+        const SegmentData &segment = image.segments[block.segment];
+        const std::uint32_t zeros = rewrite.zeros[block.segment];
+        const files::Range filled = files::Range::of(segment.address + segment.size - zeros, zeros);
+        const auto holdsThem = [&filled, &rewrite](const Elf32_Phdr &load) {
+            const files::Range range = rangeOf(load);
+            if (range.begin > filled.begin || range.end < filled.end) {
+                return false;
+            }
+            const auto first = rewrite.elf->after.begin() + load.p_offset +
+                               static_cast<std::ptrdiff_t>(filled.begin - range.begin);
+            return std::all_of(first,
+                               first + static_cast<std::ptrdiff_t>(filled.end - filled.begin),
+                               [](std::uint8_t byte) { return byte == 0; });
+        };
+        if (zeros != 0 && std::none_of(loads.begin(), loads.end(), holdsThem)) {
+            return "the segment " + std::to_string(block.segment + 1) + " at " +
+                   hexText(segment.address) +
+                   " ends inside a word, and the file wouldn't hold the " + counted(zeros, "zero") +
+                   " that its sum counts: align the end of its section";
+        }
+    }
+    return std::nullopt;
 }
 
 std::optional<std::string> overlapOf(const files::ElfRewrite &rewrite)

@@ -7,6 +7,7 @@
 #include "report/DisplayMng.h"
 
 #include <QFile>
+#include <QFileInfo>
 
 namespace elf_tool
 {
@@ -56,27 +57,42 @@ int show(const std::string &table)
                : complain(console::kOutputFailed, "standard output can't be written");
 }
 
+/// The file's own words don't name it.
+std::string named(const std::string &path, const files::Error &error)
+{
+    const bool isNamed =
+        error.code != ErrorCode::CannotOpen && error.code != ErrorCode::WriteFailed;
+    return isNamed ? error.text : path + ": " + error.text;
+}
+
 /// The common end of the commands that only know ELF files.
+/// @param done  what is said of a file that was written
 int finish(const Result<files::ElfRewrite> &rewrite, const Options &options,
-           const std::string &path)
+           const std::string &path, const char *done)
 {
     if (!rewrite) {
-        return give(rewrite.error(), statusOf(rewrite.error().code));
+        const files::Error &error = rewrite.error();
+        return give({error.code, named(path, error)}, statusOf(error.code));
     }
-    if (const auto overlap = overlapOf(*rewrite)) {
-        return complain(console::kNotAuthentic, *overlap);
+    for (const auto &fault : {overlapOf(*rewrite), shrunkMemory(*rewrite)}) {
+        if (fault) {
+            return complain(console::kNotAuthentic, *fault);
+        }
     }
     if (options.isDryRun) {
         return show(changeTable(*rewrite));
     }
     if (const auto written = files::write(*rewrite, pathOf(path)); !written) {
-        return give(written.error(), console::kOutputFailed);
+        return complain(console::kOutputFailed, named(path, written.error()));
     }
-    return console::kFine;
+    return complain(console::kFine, done);
 }
 
 int runCrc(const Options &options, const std::string &path)
 {
+    if (*options.flashEnd < *options.flashStart) {
+        return complain(console::kUsage, "the flash range ends below its start");
+    }
     FileManager manager;
     const files::CrcRange range = {*options.flashStart, *options.flashEnd, *options.slice};
     const auto padding = static_cast<std::uint8_t>(options.padding.value_or(0));
@@ -92,10 +108,15 @@ int runCrc(const Options &options, const std::string &path)
                         "a segment outside the range would share addresses with the CRCs area");
     }
     if (rewrite->elf) {
-        return finish(std::move(*rewrite->elf), options, path);
+        if (const auto fault = foreignSum(*rewrite)) {
+            return complain(console::kNotAuthentic, *fault);
+        }
+        return finish(std::move(*rewrite->elf), options, path, "CRCs area injected successfully");
     }
     if (options.isDryRun) {
-        return show(changeTable(*rewrite));
+        const bool isBinary = rewrite->record->type == file_type::kBinary;
+        return show(changeTable(
+            *rewrite, isBinary ? static_cast<std::uint64_t>(QFileInfo(pathOf(path)).size()) : 0));
     }
     if (const auto written = files::writeCrc(manager, *rewrite, wide(path)); !written) {
         return give(written.error(), console::kOutputFailed);
@@ -117,7 +138,7 @@ int addSegment(const Options &options, const std::string &path)
     }
     return finish(files::planAddition(pathOf(path), data->span(), *options.address, *options.name,
                                       static_cast<std::uint8_t>(options.padding.value_or(0))),
-                  options, path);
+                  options, path, "segment added");
 }
 
 int mergeSecure(const Options &options, const std::string &path)
@@ -125,7 +146,7 @@ int mergeSecure(const Options &options, const std::string &path)
     FileManager manager;
     return finish(
         files::planMerge(manager, wide(path), wide(*options.header), wide(*options.secure)),
-        options, path);
+        options, path, "ELF file modified successfully");
 }
 
 /// Messages of the readers and writers.

@@ -189,6 +189,8 @@ Result<SafeWriter> SafeWriter::open(const QString &path, Secrecy secrecy, Lastin
 
 Result<void> SafeWriter::write(std::span<const std::uint8_t> bytes)
 {
+    // Whoever writes piece by piece doesn't say how many there will be.
+    const std::uint64_t all = bytes.size() > kProgressStep ? m_state->written + bytes.size() : 0;
     while (!bytes.empty()) {
         const std::size_t step = std::min(bytes.size(), kProgressStep);
         const ssize_t count = ::write(m_state->file.number(), bytes.data(), step);
@@ -201,7 +203,7 @@ Result<void> SafeWriter::write(std::span<const std::uint8_t> bytes)
         m_state->written += static_cast<std::uint64_t>(count);
         bytes = bytes.subspan(static_cast<std::size_t>(count));
         if (m_state->written > kProgressStep) {
-            tellProgress(Activity::Writing, m_state->path, m_state->written, 0);
+            tellProgress(Activity::Writing, m_state->path, m_state->written, all);
         }
     }
     return {};
