@@ -75,22 +75,27 @@ def make_inputs(build, data):
             (pathlib.Path(folder) / name).write_bytes(inputs[name])
         subprocess.run([build / "bin" / "Utilities" / "Linux" / "PSA_ADAC", "sign", "root.yml"],
                        cwd=folder, check=True)
-        inputs["secure.elf"] = secure_elf()
+        inputs["secure.elf"] = linked_elf(0x08050000)
+        inputs["user.elf"] = linked_elf(0x08000000, 0x08002000)
         inputs["root.cert"] = (pathlib.Path(folder) / "out.cert").read_bytes()
     return inputs
 
 
-def secure_elf():
-    """A linked file of one segment and one section, at an address of its own."""
-    code, names = bytes(range(64)), b"\0.boot\0.names\0\0"
-    begin = 52 + 32
+def linked_elf(*addresses):
+    """A linked file with a segment of one section at each address."""
+    code, names = bytes(range(64)), b"\0.code\0.names\0\0"
+    begin = 52 + 32 * len(addresses)
+    behind = begin + len(code) * len(addresses)
+    loads, sections = b"", bytes(40)
+    for number, address in enumerate(addresses):
+        at = begin + number * len(code)
+        loads += struct.pack("<8I", 1, at, address, address, len(code), len(code), 5, 4)
+        sections += struct.pack("<10I", 1, 1, 6, address, at, len(code), 0, 0, 4, 0)
+    sections += struct.pack("<10I", 7, 3, 0, 0, behind, len(names), 0, 0, 1, 0)
     head = struct.pack("<16sHHIIIIIHHHHHH", b"\x7fELF\1\1\1", 2, 40, 1, 0, 52,
-                       begin + len(code) + len(names), 0, 52, 32, 1, 40, 3, 2)
-    load = struct.pack("<8I", 1, begin, 0x08050000, 0x08050000, len(code), len(code), 5, 4)
-    sections = (struct.pack("<10I", *[0] * 10) +
-                struct.pack("<10I", 1, 1, 6, 0x08050000, begin, len(code), 0, 0, 4, 0) +
-                struct.pack("<10I", 7, 3, 0, 0, begin + len(code), len(names), 0, 0, 1, 0))
-    return head + load + code + names + sections
+                       behind + len(names), 0, 52, 32, len(addresses), 40, len(addresses) + 2,
+                       len(addresses) + 1)
+    return head + loads + code * len(addresses) + names + sections
 
 
 def writers(build, all_inputs):
@@ -133,7 +138,7 @@ def writers(build, all_inputs):
                old=all_inputs["firmware.hex"]),
         Writer("merge-secure", [elf, "merge-secure", "--secure", "secure.elf", "--header",
                                 "key.bin", "out.elf"], ("out.elf",), starts=("old",),
-               inputs=("secure.elf", "key.bin"), old=all_inputs["firmware.elf"]),
+               inputs=("secure.elf", "key.bin"), old=all_inputs["user.elf"]),
     ]
     return result
 
