@@ -8,8 +8,6 @@
 #include "support/PlainWriters.h"
 
 #include <algorithm>
-#include <cstdlib>
-#include <sys/resource.h>
 
 namespace
 {
@@ -184,32 +182,6 @@ TEST_F(FirmwareWriter, FailedWriteIsReportedAndTheOldFileStays)
     for (const char *name : {"a.bin", "a.hex", "a.srec"}) {
         EXPECT_EQ(ScratchFolder::contents(folder.path(name)), "old");
     }
-}
-
-TEST_F(FirmwareWriter, WithoutMemoryForItsBufferItFailsAloud)
-{
-#ifdef __SANITIZE_ADDRESS__
-    GTEST_SKIP() << "the sanitizer needs the address space";
-#endif
-    const auto image = recordOf({{0x100, Bytes(64, 1)}});
-    const QString path = folder.file("old.x", "old");
-    const auto run = [&] {
-        DisplayMng::getInstance().displayCallback = [](int level, const wchar_t *text) {
-            std::fprintf(stderr, "%d|%ls\n", level, text);
-        };
-        const rlimit limit = {rlim_t{1} << 30, RLIM_INFINITY};
-        ::setrlimit(RLIMIT_AS, &limit);
-        while (std::malloc(std::size_t{200} * 1024) != nullptr) {
-        }
-        const std::wstring target = path.toStdWString();
-        const bool isRefused = manager.SaveFile(image.get(), target) == -1 &&
-                               !manager.SaveHexFile(image.get(), target) &&
-                               !manager.SaveSrecFile(image.get(), target);
-        std::_Exit(isRefused ? 0 : 1);
-    };
-    EXPECT_EXIT(run(), ::testing::ExitedWithCode(0),
-                "(4.*old\\.x already.*\n5.Error: Unable to allocate memory\n){3}");
-    EXPECT_EQ(ScratchFolder::contents(path), "old");
 }
 
 TEST_F(FirmwareWriter, RecordWritersTakeAnOpenFile)

@@ -105,7 +105,8 @@ int runCrc(const Options &options, const std::string &path)
     }
     if (rewrite->area.meetsSkipped) {
         return complain(console::kNotAuthentic,
-                        "a segment outside the range would share addresses with the CRCs area");
+                        "a segment outside the range would share addresses with the CRCs area (the "
+                        "table of an earlier run? Take the file as it was linked)");
     }
     if (rewrite->elf) {
         if (const auto fault = foreignSum(*rewrite)) {
