@@ -598,8 +598,8 @@ sfi-, sfix-, ssfi- oder mcsv-Datei</translation>
         <translation>Dezimal, oder hexadezimal hinter 0x</translation>
     </message>
     <message>
-        <source>Decrypting</source>
-        <translation>Entschlüsselung läuft</translation>
+        <source>Decrypting %1</source>
+        <translation>%1 wird entschlüsselt</translation>
     </message>
     <message>
         <source>Default</source>
@@ -684,8 +684,8 @@ kommt ohne Frage an die nächste freie Adresse</translation>
         <translation>Leert den Pfad: der Befehl kommt ohne ihn aus</translation>
     </message>
     <message>
-        <source>Encrypting</source>
-        <translation>Verschlüsselung läuft</translation>
+        <source>Encrypting %1</source>
+        <translation>%1 wird verschlüsselt</translation>
     </message>
     <message>
         <source>Encryption &amp;key file</source>

@@ -49,12 +49,17 @@ void MainWindow::Check()
     centralWidget->clearParsePanes();
     if (path.endsWith(QLatin1String(".sfi")) || path.endsWith(QLatin1String(".smi")) ||
         path.endsWith(QLatin1String(".smu"))) {
-        workbench::whileBusy(this, [&] { checkImage(path); });
+        workbench::whileBusy(
+            this, [&] { checkImage(path); }, path);
     } else {
-        workbench::whileBusy(this, [&] {
-            showBox(this, BoxKind::Error, QStringLiteral("It is neither an SFI nor an SMI file"),
-                    app::describePackage(path));
-        });
+        workbench::whileBusy(
+            this,
+            [&] {
+                showBox(this, BoxKind::Error,
+                        QStringLiteral("It is neither an SFI nor an SMI file"),
+                        app::describePackage(path));
+            },
+            path);
     }
 }
 

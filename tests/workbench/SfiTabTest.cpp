@@ -676,7 +676,7 @@ TEST_F(SfiTab, LongWorkSaysWhatItDoesAndChangesNothingWhenCancelled)
     addBinary("firmware", big, "0x8100000");
     ASSERT_EQ(rowsOf("firmware"), 2);
     const QStringList before = QDir(folder.path("")).entryList(QDir::AllEntries | QDir::Hidden);
-    for (const char *step : {"Reading big.bin", "Encrypting", "Writing out.sfi"}) {
+    for (const char *step : {"Reading big.bin", "Encrypting out.sfi", "Writing out.sfi"}) {
         progress.cancelAt = step;
         const DialogAnswers none;
         click("generate_ok");

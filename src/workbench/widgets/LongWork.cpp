@@ -20,26 +20,30 @@ namespace
 
 constexpr int kWhole = 1000;  ///< steps of the bar
 
-QString sentence(files::Activity activity, const QString &path)
+/// @param path  empty for bytes that have no file yet
+QString sentence(files::Activity activity, const QString &path, const QString &request)
 {
-    const QString name = QFileInfo(path).fileName();
+    const QString name = QFileInfo(path.isEmpty() ? request : path).fileName();
     switch (activity) {
     case files::Activity::Reading:
         return QCoreApplication::translate("LongWork", "Reading %1").arg(name);
     case files::Activity::Writing:
         return QCoreApplication::translate("LongWork", "Writing %1").arg(name);
     case files::Activity::Encrypting:
-        return QCoreApplication::translate("LongWork", "Encrypting");
+        return QCoreApplication::translate("LongWork", "Encrypting %1").arg(name);
     case files::Activity::Decrypting:
         break;
     }
-    return QCoreApplication::translate("LongWork", "Decrypting");
+    return QCoreApplication::translate("LongWork", "Decrypting %1").arg(name);
 }
 
 class LongWork : public BusyCursor, public files::ProgressWatch
 {
 public:
-    explicit LongWork(QWidget *parent) : m_parent(parent) { m_sinceStart.start(); }
+    LongWork(QWidget *parent, const QString &file) : m_parent(parent), m_file(file)
+    {
+        m_sinceStart.start();
+    }
 
     void progressed(files::Activity activity, const QString &path, std::uint64_t done,
                     std::uint64_t of) override
@@ -55,7 +59,8 @@ public:
         m_box->setCancellable(!m_isCommitted);
         const int share = of == 0 ? 0 : static_cast<int>(done * kWhole / of);
         m_isShowing = true;
-        const bool goesOn = m_box->step(sentence(activity, path), share, of == 0 ? 0 : kWhole);
+        const bool goesOn =
+            m_box->step(sentence(activity, path, m_file), share, of == 0 ? 0 : kWhole);
         m_isShowing = false;
         m_sinceShown.start();
         if (!goesOn && !m_isCommitted) {
@@ -82,6 +87,7 @@ protected:
 
 private:
     QWidget *m_parent;
+    QString m_file;
     QElapsedTimer m_sinceStart;
     QElapsedTimer m_sinceShown;
     std::unique_ptr<ToolProgress> m_box;
@@ -91,14 +97,14 @@ private:
 
 }  // namespace
 
-bool whileBusy(QWidget *parent, const std::function<void()> &work)
+bool whileBusy(QWidget *parent, const std::function<void()> &work, const QString &file)
 {
     if (files::ProgressWatch::isWatched()) {
         work();
         return true;
     }
     try {
-        const LongWork watch(parent);
+        const LongWork watch(parent, file);
         work();
         return true;
     } catch (const files::Cancelled &) {

@@ -1,4 +1,6 @@
 #pragma once
+#include <QString>
+
 #include <functional>
 
 class QWidget;
@@ -17,7 +19,8 @@ inline LongWorkTimes longWorkTimes;
 /// which file is read, encrypted or written and how far it is; the window is painted meanwhile and
 /// takes nothing but the box's "Cancel". Inside another such request it is a part of that one.
 /// @param parent  of the box
+/// @param file    what is encrypted or decrypted, for the box; reading and writing name theirs
 /// @return false when the user cancelled: no output file has been put in its place then
-bool whileBusy(QWidget *parent, const std::function<void()> &work);
+bool whileBusy(QWidget *parent, const std::function<void()> &work, const QString &file = {});
 
 }  // namespace workbench

@@ -20,7 +20,8 @@ void SfiTab::generate()
     if (!passes(checkStart(m_variant, values, countOf(sfi_row::kExternal) > 0))) {
         return;
     }
-    whileBusy(context().boxParent, [&] { make(values); });
+    whileBusy(
+        context().boxParent, [&] { make(values); }, values.outputPath);
 }
 
 void SfiTab::make(const SfiFormValues &values)
@@ -168,7 +169,8 @@ void SfiTab::parse(bool fromUser)
         return;
     }
     m_panes->setCurrentIndex(InfoTabs::kSecond);
-    whileBusy(context().boxParent, [&] { parseFile(path); });
+    whileBusy(
+        context().boxParent, [&] { parseFile(path); }, path);
 }
 
 void SfiTab::parseFile(const QString &path)

@@ -177,7 +177,8 @@ void SfuTab::generate()
         showBox(parent, BoxKind::Error, refusal);
         return;
     }
-    whileBusy(parent, [&] { make(headerPath, path); });
+    whileBusy(
+        parent, [&] { make(headerPath, path); }, path);
 }
 
 void SfuTab::make(const QString &headerPath, const QString &path)

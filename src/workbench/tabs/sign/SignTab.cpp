@@ -157,7 +157,8 @@ bool SignTab::checkVersion()
 
 void SignTab::generate()
 {
-    whileBusy(context().boxParent, [this] { make(); });
+    whileBusy(
+        context().boxParent, [this] { make(); }, form()->text(kOutput));
 }
 
 void SignTab::make()

@@ -269,7 +269,7 @@ void SmiTab::generate()
                     QStringLiteral("SMI successfully created"));
         }
     };
-    whileBusy(context().boxParent, make);
+    whileBusy(context().boxParent, make, form()->text(kOutput));
 }
 
 bool SmiTab::build(const QString &section)

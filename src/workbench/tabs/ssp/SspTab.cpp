@@ -236,7 +236,8 @@ void SspTab::generate()
         showBox(parent, BoxKind::Error, QStringLiteral("SSP file must have the .ssp extension"));
         return;
     }
-    whileBusy(parent, [this] { make(); });
+    whileBusy(
+        parent, [this] { make(); }, form()->text(kOutput));
 }
 
 void SspTab::make()
